@@ -1,0 +1,28 @@
+# What every target of this tree shares, as one interface target, so that nothing is set globally.
+add_library(project_options INTERFACE)
+target_compile_features(project_options INTERFACE cxx_std_17)
+target_compile_definitions(project_options INTERFACE
+    QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_STRICT_ITERATORS
+    QT_DEPRECATED_WARNINGS)
+target_compile_options(project_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wundef
+    # GCC 12 takes the null pixels of an empty picture for the ones of every picture.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow>
+    $<$<BOOL:${ADJUSTMENTGUI_WERROR}>:-Werror>)
+if(ADJUSTMENTGUI_SANITIZE)
+    target_compile_options(project_options INTERFACE
+        -fsanitize=${ADJUSTMENTGUI_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(project_options INTERFACE -fsanitize=${ADJUSTMENTGUI_SANITIZE})
+endif()
+
+# Programs, libraries and the loadable module lie in the build tree as they do once installed, so that
+# the module is found relative to the library in both places.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTOUIC ON)
+set(CMAKE_AUTORCC ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};$ORIGIN")

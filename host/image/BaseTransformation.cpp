@@ -1,0 +1,5 @@
+#include "image/BaseTransformation.h"
+
+BaseTransformation::~BaseTransformation() = default;
+
+bool BaseTransformation::AllowsVectorProcessing() const { return true; }

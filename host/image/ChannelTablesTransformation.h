@@ -1,0 +1,37 @@
+#pragma once
+
+#include "image/BaseTransformation.h"
+
+#include <array>
+
+/// Every rule that maps each colour channel by itself: three tables of 256 entries, alpha untouched.
+///
+/// The concrete rule fills the tables when it is made; here they are applied.
+class ChannelTablesTransformation : public BaseTransformation
+{
+public:
+    using Table = std::array<quint8, 256>;
+
+    void ProcessPixel(qsizetype index) const { Map(m_pixels[index]); }
+    void ProcessRow(YDRGBA32i* row, int count) const override;
+
+protected:
+    /// Identity tables.
+    ChannelTablesTransformation();
+
+    /// The same table for red, green and blue.
+    void SetTable(const Table& table) { m_tables.fill(table); }
+
+    /// `value` rounded to nearest and clamped to 0..255; 0 for a value that is not a number.
+    static quint8 ToLevel(double value);
+
+private:
+    void Map(YDRGBA32i& pixel) const
+    {
+        pixel.b = m_tables[0][pixel.b];
+        pixel.g = m_tables[1][pixel.g];
+        pixel.r = m_tables[2][pixel.r];
+    }
+
+    std::array<Table, 3> m_tables; ///< blue, green, red: the pixel's memory order
+};

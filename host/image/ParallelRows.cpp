@@ -1,0 +1,41 @@
+#include "image/ParallelRows.h"
+
+#include <QFuture>
+#include <QThread>
+#include <QVarLengthArray>
+#include <QtConcurrent>
+
+#include <algorithm>
+
+bool ForEachRowBand(int top, int bottom, int rowsPerBand, const std::atomic<bool>* abort,
+                    const std::function<void(int first, int last)>& work)
+{
+    if (top >= bottom)
+        return true;
+    const qint64 rows = qint64(bottom) - top;
+    const qint64 bands = (rows + rowsPerBand - 1) / rowsPerBand;
+    std::atomic<qint64> nextBand{0};
+    std::atomic<bool> aborted{false};
+    const auto takeBands = [&] {
+        for (;;) {
+            const qint64 band = nextBand.fetch_add(1, std::memory_order_relaxed);
+            if (band >= bands)
+                return;
+            if (abort && abort->load(std::memory_order_relaxed)) {
+                aborted.store(true, std::memory_order_relaxed);
+                return;
+            }
+            const qint64 first = top + band * rowsPerBand;
+            work(static_cast<int>(first), static_cast<int>(std::min<qint64>(first + rowsPerBand, bottom)));
+        }
+    };
+    const qint64 helpers = std::min<qint64>(std::max(QThread::idealThreadCount(), 1), bands) - 1;
+    QVarLengthArray<QFuture<void>, 64> futures;
+    for (qint64 i = 0; i < helpers; ++i)
+        futures.append(QtConcurrent::run(takeBands));
+    takeBands();
+    // A task that the pool has not begun is run here by the wait itself, so a full pool cannot hang us.
+    for (QFuture<void>& future : futures)
+        future.waitForFinished();
+    return !aborted.load(std::memory_order_relaxed);
+}

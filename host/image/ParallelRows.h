@@ -1,0 +1,13 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+
+/// Calls `work(first, last)` for bands of rows that together are [top, bottom), on all cores, the calling
+/// thread among them, and returns when every band is done.
+///
+/// Bands hold `rowsPerBand` rows (1 or more; the last may hold fewer) and are handed out one by one, so
+/// that threads stay busy whatever a row costs. `abort`, which may be null, is tested before each band.
+/// Returns whether every band was worked on. May be called from a task of the global thread pool.
+bool ForEachRowBand(int top, int bottom, int rowsPerBand, const std::atomic<bool>* abort,
+                    const std::function<void(int first, int last)>& work);

@@ -1,0 +1,16 @@
+#include "image/YDBlend.h"
+
+#include "utilities/AVX2LIB.h"
+
+void YDBlend::YDSourceBySelection::ProcessRow(const YDRGBA32i* source, YDRGBA32i* destination,
+                                              const YDRGBA32i* mask, int count)
+{
+    using Kernel = void (*)(const YDRGBA32i*, YDRGBA32i*, const YDRGBA32i*, int);
+    static const auto kernel = AVX2LIB::Find<Kernel>("BlendBySelectionRow");
+    if (kernel) {
+        kernel(source, destination, mask, count);
+        return;
+    }
+    for (int x = 0; x < count; ++x)
+        YDSourceBySelection()(source[x], destination[x], mask[x]);
+}
