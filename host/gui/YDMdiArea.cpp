@@ -1,0 +1,30 @@
+#include "gui/YDMdiArea.h"
+
+#include <QVector>
+
+namespace {
+
+/// Oldest first; used on the GUI thread only.
+QVector<YDMdiArea*>& LivingAreas()
+{
+    static QVector<YDMdiArea*> areas;
+    return areas;
+}
+
+} // namespace
+
+YDMdiArea::YDMdiArea(QWidget* parent) : QMdiArea(parent)
+{
+    setViewMode(TabbedView);
+    setDocumentMode(true);
+    setTabsClosable(true);
+    setTabsMovable(true);
+    LivingAreas().append(this);
+}
+
+YDMdiArea::~YDMdiArea() { LivingAreas().removeOne(this); }
+
+QWidget* YDMdiArea::MainWindow()
+{
+    return LivingAreas().isEmpty() ? nullptr : LivingAreas().last()->window();
+}
