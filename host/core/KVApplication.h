@@ -9,7 +9,8 @@
 namespace KVApplication {
 
 /// Ids of the settings that have a key of their own; GetName() gives the key.
-enum SettingId {
+enum SettingId
+{
     HidePreviewSlider = 29, ///< bool: the before/after splitter of the document view is hidden
 };
 

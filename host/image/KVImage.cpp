@@ -19,7 +19,8 @@ QImage ImageToQImage(const RGBA32iImage& image)
         return {};
     auto* const keepAlive = new RGBA32iImage(image);
     // The read-only constructor: a QImage that is written to makes a copy first.
-    return QImage(reinterpret_cast<const uchar*>(image.Pixels()), image.Width(), image.Height(),
-                  static_cast<int>(image.BytesPerLine()), QImage::Format_ARGB32,
-                  [](void* value) { delete static_cast<RGBA32iImage*>(value); }, keepAlive);
+    return QImage(
+        reinterpret_cast<const uchar*>(image.Pixels()), image.Width(), image.Height(),
+        static_cast<int>(image.BytesPerLine()), QImage::Format_ARGB32,
+        [](void* value) { delete static_cast<RGBA32iImage*>(value); }, keepAlive);
 }

@@ -15,7 +15,8 @@
 /// Every copy of a value sees the same pixels; DeepCopy() makes pixels of its own. Rows start at multiples
 /// of 64 bytes for the tile widths in use. Reading and copying values is safe from any thread; who writes
 /// pixels sees to it that nobody else touches those rows meanwhile.
-template <class Pixel, int TileWidth, int TileHeight> class KVImage
+template <class Pixel, int TileWidth, int TileHeight>
+class KVImage
 {
     static_assert(TileWidth > 0 && TileHeight > 0, "a tile holds pixels");
 

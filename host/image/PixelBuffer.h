@@ -12,7 +12,8 @@
 /// huge pages. Safe to call from any thread.
 namespace PixelBuffer {
 
-enum class Content {
+enum class Content
+{
     Zeroed,        ///< every byte is 0
     Uninitialized, ///< whatever the memory held; the caller writes every byte it will read
 };

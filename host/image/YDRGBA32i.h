@@ -17,13 +17,11 @@ struct YDRGBA32i
     constexpr YDRGBA32i() = default;
     constexpr YDRGBA32i(quint8 blue, quint8 green, quint8 red, quint8 alpha)
         : b(blue), g(green), r(red), a(alpha)
-    {
-    }
+    {}
     constexpr YDRGBA32i(QRgb color)
         : b(static_cast<quint8>(color & 0xff)), g(static_cast<quint8>(color >> 8 & 0xff)),
           r(static_cast<quint8>(color >> 16 & 0xff)), a(static_cast<quint8>(color >> 24 & 0xff))
-    {
-    }
+    {}
 
     constexpr operator QRgb() const
     {

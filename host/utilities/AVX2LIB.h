@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QtGlobal>
 #include <QLibrary>
+#include <QtGlobal>
 
 /// The module of vector kernels, loaded once per process where the processor has AVX2.
 ///
@@ -18,7 +18,8 @@ public:
     QFunctionPointer Resolve(const char* name);
 
     /// Resolve() on the module, if there is one, as a function of type `Function`.
-    template <class Function> static Function Find(const char* name)
+    template <class Function>
+    static Function Find(const char* name)
     {
         AVX2LIB* const module = Instance();
         return module ? reinterpret_cast<Function>(module->Resolve(name)) : nullptr;
