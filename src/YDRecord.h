@@ -1,0 +1,143 @@
+#pragma once
+
+#include "adjustmentgui_export.h"
+
+#include <QDataStream>
+#include <QLatin1String>
+
+#include <array>
+#include <type_traits>
+
+/// What every adjustment's parameter record does the same way.
+///
+/// A record `Params` is a plain struct that says its stream tag and lists its fields once, in stream order:
+///
+///     static constexpr QLatin1String Tag{"KVTemperature 1.00000"};
+///     template <class Self, class Visitor> static bool VisitFields(Self& self, Visitor&& visit)
+///     {
+///         return visit("temperature", self.temperature, YDRecord::Range{1000, 40000}) && ...;
+///     }
+///
+/// A visitor is called with the field's name, the field and, for numbers, the range that its control
+/// offers; it returns whether to go on. Reading, writing and comparing walk that list here, the command
+/// line and JSON in the programs.
+///
+/// In a stream a record is its tag as raw Latin-1 bytes, without length or terminator, and its fields as
+/// QDataStream writes them. The version is part of the tag. Nothing is range-checked when it is read.
+namespace YDRecord {
+
+/// The values that a field's control offers, both ends included.
+struct Range
+{
+    double minimum;
+    double maximum;
+};
+
+/// Writes the tag; false, with nothing more to be written, if not all of it went out.
+[[nodiscard]] ADJUSTMENTGUI_EXPORT bool WriteTag(QDataStream& stream, QLatin1String tag);
+
+/// Reads as many bytes as the tag has; false if fewer came or they differ.
+[[nodiscard]] ADJUSTMENTGUI_EXPORT bool ReadTag(QDataStream& stream, QLatin1String tag);
+
+/// Where and what to log when a stream operator fails.
+struct Failure
+{
+    const char* source; ///< such as "src/YDTemperatureWidget"
+    int line;
+    const char* message;
+};
+
+/// Logs the failure as a debug line "[source:line] message".
+ADJUSTMENTGUI_EXPORT void Log(const Failure& failure);
+
+template <class Field>
+void WriteField(QDataStream& stream, const Field& field)
+{
+    stream << field;
+}
+template <class Field>
+void ReadField(QDataStream& stream, Field& field)
+{
+    stream >> field;
+}
+
+template <class Element, std::size_t Size>
+void WriteField(QDataStream& stream, const std::array<Element, Size>& fields)
+{
+    for (const Element& field : fields)
+        WriteField(stream, field);
+}
+template <class Element, std::size_t Size>
+void ReadField(QDataStream& stream, std::array<Element, Size>& fields)
+{
+    for (Element& field : fields)
+        ReadField(stream, field);
+}
+
+/// Writes tag and fields; true exactly when all of it went out.
+template <class Params>
+[[nodiscard]] bool Write(QDataStream& stream, const Params& params)
+{
+    if (!WriteTag(stream, Params::Tag))
+        return false;
+    Params::VisitFields(params, [&stream](const char*, const auto& field, auto...) {
+        WriteField(stream, field);
+        return true;
+    });
+    return stream.status() == QDataStream::Ok;
+}
+
+/// Reads tag and fields. A stream that does not begin with the tag leaves the record as it was; one that
+/// ends inside the fields leaves it half read, and false is the answer to both.
+template <class Params>
+[[nodiscard]] bool Read(QDataStream& stream, Params& params)
+{
+    if (!ReadTag(stream, Params::Tag))
+        return false;
+    Params::VisitFields(params, [&stream](const char*, auto& field, auto...) {
+        ReadField(stream, field);
+        return true;
+    });
+    return stream.status() == QDataStream::Ok;
+}
+
+/// Whether all fields of both records are equal.
+template <class Params>
+[[nodiscard]] bool Equal(const Params& a, const Params& b)
+{
+    int index = 0;
+    return Params::VisitFields(a, [&b, &index](const char*, const auto& ours, auto...) {
+        int other = 0;
+        bool equal = true;
+        Params::VisitFields(b, [&](const char*, const auto& theirs, auto...) {
+            if constexpr (std::is_same_v<decltype(ours), decltype(theirs)>)
+                equal = equal && (other != index || ours == theirs);
+            return other++ != index;
+        });
+        ++index;
+        return equal;
+    });
+}
+
+/// The stream operators' writing half: logs a record that could not be written.
+template <class Params>
+QDataStream& Insert(QDataStream& stream, const Params& params, const Failure& failure)
+{
+    if (!params.Write(stream))
+        Log(failure);
+    return stream;
+}
+
+/// The stream operators' reading half: a record that could not be read is logged and becomes the default
+/// one, never a half-read one.
+template <class Params>
+QDataStream& Extract(QDataStream& stream, Params& params, const Failure& failure)
+{
+    if (!params.Read(stream)) {
+        Log(failure);
+        params = Params();
+    }
+    return stream;
+}
+
+} // namespace YDRecord
