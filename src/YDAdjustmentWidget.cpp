@@ -1,0 +1,366 @@
+#include "YDAdjustmentWidget.h"
+
+#include "core/KVApplication.h"
+#include "gui/KVDocumentView.h"
+#include "gui/YDMdiArea.h"
+#include "gui/YDOperationProgressDlg.h"
+#include "ui_AdjustmentDialogBase.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QLinearGradient>
+#include <QPushButton>
+#include <QSlider>
+#include <QTimerEvent>
+
+namespace {
+
+constexpr int RestartDelayMs = 50;
+
+} // namespace
+
+YDAdjustmentWidget::YDAdjustmentWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
+    : KVAdjustmentWidget(parent, flags), m_isDialog(isDialog),
+      m_ui(std::make_unique<Ui::AdjustmentDialogBase>())
+{
+    if (m_isDialog)
+        BuildFrame();
+    connect(this, &YDAdjustmentWidget::ProgressRangeChanged, this,
+            &YDAdjustmentWidget::OnProgressRangeChanged);
+    connect(this, &YDAdjustmentWidget::ProgressValueChanged, this,
+            &YDAdjustmentWidget::OnProgressValueChanged);
+}
+
+void YDAdjustmentWidget::BuildFrame()
+{
+    m_ui->setupUi(this);
+    QProgressBar* const bar = m_ui->m_pProgress;
+    bar->setObjectName(QStringLiteral("FILTERPROGRESS"));
+    connect(m_ui->m_pButtons, &QDialogButtonBox::accepted, this, &YDAdjustmentWidget::Ok);
+    connect(m_ui->m_pButtons, &QDialogButtonBox::rejected, this, &YDAdjustmentWidget::Cancel);
+    if (QPushButton* const reset = m_ui->m_pButtons->button(QDialogButtonBox::Reset))
+        connect(reset, &QPushButton::clicked, this, &YDAdjustmentWidget::OnReset);
+    connect(this, &YDAdjustmentWidget::DataChanged, this, &YDAdjustmentWidget::OnDataChanged);
+    connect(this, &YDAdjustmentWidget::ProgressRangeChanged, bar, &QProgressBar::setRange);
+    connect(this, &YDAdjustmentWidget::ProgressValueChanged, bar, &QProgressBar::setValue);
+    bar->setRange(m_progressMinimum, m_progressMaximum);
+    bar->setValue(m_progressValue);
+    // An empty range would make an enabled bar look busy before anything was started.
+    bar->setEnabled(false);
+}
+
+YDAdjustmentWidget::~YDAdjustmentWidget()
+{
+    if (m_waitTimerId != -1)
+        QGuiApplication::restoreOverrideCursor();
+    if (m_watcher) {
+        m_dataChanged.store(true);
+        m_watcher->disconnect(this);
+        m_watcher->waitForFinished();
+    }
+}
+
+void YDAdjustmentWidget::SetView(KVDocumentView* view)
+{
+    if (m_view && m_isDialog)
+        disconnect(m_ui->m_pPreviewSlider, &QCheckBox::toggled, m_view, &KVDocumentView::HideSplitter);
+    m_view = view;
+    if (!view)
+        return;
+    const bool hide =
+        KVApplication::GetUserValue(KVApplication::GetName(KVApplication::HidePreviewSlider), false);
+    if (m_isDialog)
+        m_ui->m_pPreviewSlider->setChecked(hide);
+    view->HideSplitter(hide);
+    if (m_isDialog)
+        connect(m_ui->m_pPreviewSlider, &QCheckBox::toggled, view, &KVDocumentView::HideSplitter);
+}
+
+void YDAdjustmentWidget::ConvertImage(RGBA32iImage&, const RGBA32iImage&, const QPoint&, const QRect&) {}
+
+void YDAdjustmentWidget::SetupActivation(int, int) {}
+
+QString YDAdjustmentWidget::GetWidgetName() const
+{
+    const QWidget* const content = m_isDialog ? m_ui->m_pContent : this;
+    return content->windowTitle();
+}
+
+void YDAdjustmentWidget::ClearInternal() {}
+
+void YDAdjustmentWidget::CancelProcessing() { SetCancelProcessing(true); }
+
+void YDAdjustmentWidget::SetImage(const RGBA32iImage& source, const RGBA32iImage& selection,
+                                  const QPoint& offset, const QRect& boundingRect)
+{
+    m_source = source;
+    m_selection = selection;
+    m_selectionOffset = offset;
+    m_selectionBoundingRect = boundingRect;
+    if (m_isDialog || m_processing)
+        StartProcessing();
+    emit SourceChanged();
+}
+
+void YDAdjustmentWidget::ClearData()
+{
+    AbortRunningJob();
+    m_source = RGBA32iImage();
+    m_adjusted = RGBA32iImage();
+    m_cancelled = false;
+    Reset();
+    emit SourceChanged();
+}
+
+void YDAdjustmentWidget::StartProcessing()
+{
+    if (m_processing) {
+        AbortRunningJob();
+        return;
+    }
+    if (m_cancelled || m_source.IsEmpty())
+        return;
+    m_dataChanged.store(false);
+    // What is left of the last job's progress would tell a wait dialog that this one has ended.
+    m_progressMinimum = m_progressMaximum = m_progressValue = 0;
+    m_watcher = new JobWatcher(this);
+    connect(m_watcher, &JobWatcher::resultReadyAt, this, &YDAdjustmentWidget::OnResultReadyAt);
+    connect(m_watcher, &JobWatcher::finished, this, &YDAdjustmentWidget::OnProcessingFinished);
+    StartJobWatching(m_watcher);
+    StopTimer(m_progressTimerId);
+    m_progressTimerId = startTimer(KVApplication::GetProgressTimeout());
+    m_processing = true;
+}
+
+void YDAdjustmentWidget::RestartProcessing()
+{
+    StopTimer(m_restartTimerId);
+    m_restartTimerId = startTimer(RestartDelayMs, Qt::CoarseTimer);
+}
+
+void YDAdjustmentWidget::FlushPendingChange()
+{
+    if (m_restartTimerId == -1)
+        return;
+    StopTimer(m_restartTimerId);
+    StartProcessing();
+}
+
+bool YDAdjustmentWidget::WaitForProcessingFinished(bool cancel)
+{
+    if (IsWaiting()) {
+        if (cancel)
+            CancelProcessing();
+        return true;
+    }
+    if (!m_processing)
+        return true;
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    m_waitTimerId = startTimer(KVApplication::GetProgressTimeout());
+    if (cancel)
+        CancelProcessing();
+    return false;
+}
+
+void YDAdjustmentWidget::SetCancelProcessing(bool cancel)
+{
+    m_cancelled = cancel;
+    if (cancel)
+        AbortRunningJob();
+}
+
+void YDAdjustmentWidget::OnReset() { Reset(); }
+
+QWidget* YDAdjustmentWidget::GetUIContent() { return m_isDialog ? m_ui->m_pContent : this; }
+
+YDAdjustmentJob YDAdjustmentWidget::MakePreviewJob()
+{
+    YDAdjustmentJob job =
+        MakeConversionJob(m_source, m_selection, m_selectionOffset, m_selectionBoundingRect);
+    job.abort = &m_dataChanged;
+    return job;
+}
+
+YDAdjustmentJob YDAdjustmentWidget::MakeConversionJob(const RGBA32iImage& image,
+                                                      const RGBA32iImage& selection, const QPoint& offset,
+                                                      const QRect& boundingRect)
+{
+    YDAdjustmentJob job;
+    job.image = image;
+    job.selection = selection;
+    job.selectionOffset = offset;
+    job.selectionBoundingRect = boundingRect;
+    job.listener = this;
+    return job;
+}
+
+bool YDAdjustmentWidget::CopySource(YDAdjustmentJob& job)
+{
+    const RGBA32iImage source = job.image;
+    job.image = RGBA32iImage::Uninitialized(source.Width(), source.Height());
+    return !job.image.IsEmpty() &&
+           PixelBuffer::CopyRows(source.Pixels(), source.BytesPerLine(), job.image.Pixels(),
+                                 job.image.BytesPerLine(), source.Width() * qsizetype(sizeof(YDRGBA32i)),
+                                 source.Height(), job.abort);
+}
+
+void YDAdjustmentWidget::ForwardProgress(const YDAdjustmentProcessing& processing, const YDAdjustmentJob& job)
+{
+    if (!job.listener)
+        return;
+    connect(&processing, &YDAdjustmentProcessing::RangeChanged, job.listener,
+            &YDAdjustmentWidget::ProgressRangeChanged, Qt::QueuedConnection);
+    connect(&processing, &YDAdjustmentProcessing::ProgressChanged, job.listener,
+            &YDAdjustmentWidget::ProgressValueChanged, Qt::QueuedConnection);
+}
+
+void YDAdjustmentWidget::SetGrooveGradient(QSlider* slider, const QLinearGradient& gradient)
+{
+    QString stops;
+    const QGradientStops gradientStops = gradient.stops();
+    for (const QGradientStop& stop : gradientStops)
+        stops += QStringLiteral("stop: %1 rgb(%2, %3, %4),")
+                     .arg(stop.first)
+                     .arg(stop.second.red())
+                     .arg(stop.second.green())
+                     .arg(stop.second.blue());
+    slider->setStyleSheet(
+        QStringLiteral("QSlider::groove:horizontal{border: 0px solid;height: 4px;"
+                       "border-radius: 2px;background: qlineargradient(x1: 0, y1: 0, x2: 1, "
+                       "y2: 0, %1);}")
+            .arg(stops));
+}
+
+void YDAdjustmentWidget::timerEvent(QTimerEvent* event)
+{
+    const int id = event->timerId();
+    if (id == m_restartTimerId)
+        OnRestartTimeout();
+    else if (id == m_progressTimerId)
+        RevealProgress();
+    else if (id == m_waitTimerId)
+        OnWaitTimeout();
+    else
+        KVAdjustmentWidget::timerEvent(event);
+}
+
+void YDAdjustmentWidget::OnDataChanged()
+{
+    if (m_isDialog && !m_source.IsEmpty())
+        RestartProcessing();
+}
+
+void YDAdjustmentWidget::OnResultReadyAt(int index)
+{
+    m_adjusted = m_watcher->future().resultAt(index);
+    emit ImageReady();
+}
+
+void YDAdjustmentWidget::OnProcessingFinished()
+{
+    StopTimer(m_progressTimerId);
+    HideProgress();
+    m_watcher->deleteLater();
+    m_watcher = nullptr;
+    m_processing = false;
+    emit ProgressRangeChanged(0, 100);
+    emit ProgressValueChanged(100);
+    if (m_dataChanged.load())
+        StartProcessing();
+}
+
+void YDAdjustmentWidget::OnProgressRangeChanged(int minimum, int maximum)
+{
+    m_progressMinimum = minimum;
+    m_progressMaximum = maximum;
+}
+
+void YDAdjustmentWidget::OnProgressValueChanged(int value) { m_progressValue = value; }
+
+/// Cuts the running job's result, once a job, and tells the job to stop. Whoever sets the flag first does
+/// so; a job already told to stop stays so.
+void YDAdjustmentWidget::AbortRunningJob()
+{
+    bool expected = false;
+    if (m_processing && m_dataChanged.compare_exchange_strong(expected, true))
+        disconnect(m_watcher, &JobWatcher::resultReadyAt, this, &YDAdjustmentWidget::OnResultReadyAt);
+}
+
+void YDAdjustmentWidget::StopTimer(int& timerId)
+{
+    if (timerId != -1)
+        killTimer(timerId);
+    timerId = -1;
+}
+
+void YDAdjustmentWidget::RevealProgress()
+{
+    StopTimer(m_progressTimerId);
+    if (m_isDialog) {
+        m_ui->m_pProgress->setEnabled(true);
+        m_ui->m_pProgress->setMinimum(m_ui->m_pProgress->value());
+    }
+    m_progressShown = true;
+}
+
+void YDAdjustmentWidget::HideProgress()
+{
+    if (m_isDialog) {
+        m_ui->m_pProgress->setEnabled(false);
+        m_ui->m_pProgress->setMinimum(m_progressMinimum);
+    }
+    m_progressShown = false;
+}
+
+void YDAdjustmentWidget::OnRestartTimeout()
+{
+    if (m_waitTimerId == -1)
+        StartProcessing();
+    StopTimer(m_restartTimerId);
+}
+
+/// The host still waits after the progress time-out.
+void YDAdjustmentWidget::OnWaitTimeout()
+{
+    if (m_cancelled)
+        AbortRunningJob();
+    StopTimer(m_waitTimerId);
+    StopTimer(m_restartTimerId);
+    QGuiApplication::restoreOverrideCursor();
+
+    const QPointer<YDAdjustmentWidget> self(this);
+    const int result = m_processing ? WaitInDialog() : 1;
+    if (self)
+        QCoreApplication::processEvents();
+    if (self)
+        emit Finished(result);
+}
+
+/// Shows the job's progress in a dialog until the job has ended or the user aborts it. The dialog's event
+/// loop runs everything else too, so this widget may be gone when it returns.
+int YDAdjustmentWidget::WaitInDialog()
+{
+    const QPointer<YDAdjustmentWidget> self(this);
+    const QPointer<YDOperationProgressDlg> dialog = new YDOperationProgressDlg(YDMdiArea::MainWindow());
+    dialog->SetLabel(GetWidgetName() + QLatin1Char(':'));
+    dialog->SetProgressRange(m_progressMinimum, m_progressMaximum);
+    dialog->SetProgressPos(m_progressValue);
+    connect(this, &YDAdjustmentWidget::ProgressRangeChanged, dialog,
+            &YDOperationProgressDlg::SetProgressRange);
+    connect(this, &YDAdjustmentWidget::ProgressValueChanged, dialog, &YDOperationProgressDlg::SetProgressPos);
+    connect(this, &QObject::destroyed, dialog, &QDialog::reject);
+    m_waitDialogShown = true;
+    const int result = dialog->Exec(true);
+    delete dialog;
+    if (!self)
+        return 0;
+    m_waitDialogShown = false;
+    if (result == 0 && m_watcher)
+        SetCancelProcessing(true);
+    if (m_watcher) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        m_watcher->waitForFinished();
+        QGuiApplication::restoreOverrideCursor();
+    }
+    return result;
+}
