@@ -1,0 +1,71 @@
+#include "catalog/AdjustmentCatalog.h"
+
+#include "YDBrightnessContrastWidget.h"
+#include "catalog/RecordSettings.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+
+template <class Widget>
+std::unique_ptr<YDAdjustmentWidget> MakeWidget(bool isDialog, QWidget* parent)
+{
+    return std::make_unique<Widget>(isDialog, parent, Qt::WindowFlags());
+}
+
+template <class Widget>
+std::unique_ptr<AdjustmentSettings> MakeRecordSettings()
+{
+    return std::make_unique<RecordSettings<Widget>>();
+}
+
+void Convert(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
+             const QPoint& offset, const QRect& boundingRect)
+{
+    panel.SetImage(image, selection, offset, boundingRect);
+    panel.ConvertImage(image, selection, offset, boundingRect);
+}
+
+/// An adjustment whose widget keeps a record and converts pictures.
+template <class Widget>
+AdjustmentEntry RecordEntry(const char* name, const char* title)
+{
+    return {QString::fromLatin1(name), title, MakeWidget<Widget>, MakeRecordSettings<Widget>, Convert};
+}
+
+std::vector<AdjustmentEntry> MakeEntries()
+{
+    return {
+        RecordEntry<YDBrightnessContrastWidget>(
+            "brightness-contrast", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Brightness and Contrast")),
+    };
+}
+
+} // namespace
+
+QString AdjustmentEntry::Title() const { return QCoreApplication::translate("AdjustmentCatalog", title); }
+
+const std::vector<AdjustmentEntry>& AdjustmentCatalog::Entries()
+{
+    static const std::vector<AdjustmentEntry> entries = MakeEntries();
+    return entries;
+}
+
+const AdjustmentEntry* AdjustmentCatalog::Find(const QString& name)
+{
+    const auto& entries = Entries();
+    const auto found = std::find_if(entries.begin(), entries.end(),
+                                    [&name](const AdjustmentEntry& entry) { return entry.name == name; });
+    return found == entries.end() ? nullptr : &*found;
+}
+
+const AdjustmentEntry* AdjustmentCatalog::FindByPreset(const QByteArray& preset)
+{
+    const auto& entries = Entries();
+    const auto found = std::find_if(entries.begin(), entries.end(), [&preset](const AdjustmentEntry& entry) {
+        return entry.makeSettings()->IsTagOf(preset);
+    });
+    return found == entries.end() ? nullptr : &*found;
+}

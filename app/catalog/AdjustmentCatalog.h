@@ -1,0 +1,49 @@
+#pragma once
+
+#include "catalog/AdjustmentSettings.h"
+#include "image/KVImage.h"
+
+#include <QPoint>
+#include <QRect>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+class QWidget;
+class YDAdjustmentWidget;
+
+/// One adjustment: how it is called, and how its widget and its settings are made.
+struct AdjustmentEntry
+{
+    QString name;      ///< on the command line and in preset folders, such as "brightness-contrast"
+    const char* title; ///< untranslated; Title() is for people
+
+    /// A widget of the adjustment, as a dialog or as a panel.
+    std::unique_ptr<YDAdjustmentWidget> (*makeWidget)(bool isDialog, QWidget* parent);
+
+    /// The default settings.
+    std::unique_ptr<AdjustmentSettings> (*makeSettings)();
+
+    /// Applies what a panel of the adjustment shows to `image`, in place, on the calling thread, limited by
+    /// the selection as YDAdjustmentWidget::ConvertImage() has it. The image is handed to the widget first,
+    /// because some adjustments analyse it.
+    void (*apply)(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
+                  const QPoint& offset, const QRect& boundingRect);
+
+    /// The title in the user's language.
+    QString Title() const;
+};
+
+/// The one table of all adjustments, in the order of the editor's menu.
+namespace AdjustmentCatalog {
+
+const std::vector<AdjustmentEntry>& Entries();
+
+/// The adjustment called `name`; null if there is none.
+const AdjustmentEntry* Find(const QString& name);
+
+/// The adjustment whose presets begin as `preset` does; null if there is none.
+const AdjustmentEntry* FindByPreset(const QByteArray& preset);
+
+} // namespace AdjustmentCatalog

@@ -1,0 +1,153 @@
+#include "catalog/FieldJson.h"
+
+#include <QJsonDocument>
+#include <QRegularExpression>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+QString Tr(const char* text) { return QCoreApplication::translate("FieldJson", text); }
+
+QString CheckNumber(const QJsonValue& value, const FieldJson::OptionalRange& range)
+{
+    if (!value.isDouble())
+        return Tr("a number is expected");
+    const double number = value.toDouble();
+    if (range && !(number >= range->minimum && number <= range->maximum))
+        return Tr("%1 is outside %2..%3").arg(number).arg(range->minimum).arg(range->maximum);
+    return {};
+}
+
+/// A colour with '#' and six or eight digits; QColor alone would take names and other lengths as well.
+bool IsColor(const QString& text)
+{
+    static const QRegularExpression pattern(QStringLiteral("^#([0-9a-fA-F]{6}|[0-9a-fA-F]{8})$"));
+    return pattern.match(text).hasMatch();
+}
+
+} // namespace
+
+QJsonValue FieldJson::ToJson(int field) { return field; }
+
+/// JSON has no number for what is not finite.
+QJsonValue FieldJson::ToJson(double field)
+{
+    return std::isfinite(field) ? QJsonValue(field) : QJsonValue(QString::number(field));
+}
+
+/// The shortest decimal that reads back as this float: 0.333, not 0.33300000429153442.
+QJsonValue FieldJson::ToJson(float field)
+{
+    return std::isfinite(field) ? QJsonValue(QString::number(field, 'g', 6).toDouble())
+                                : QJsonValue(QString::number(double(field)));
+}
+
+QJsonValue FieldJson::ToJson(bool field) { return field; }
+
+QJsonValue FieldJson::ToJson(const QString& field) { return field; }
+
+QJsonValue FieldJson::ToJson(const QColor& field)
+{
+    return field.name(field.alpha() == 255 ? QColor::HexRgb : QColor::HexArgb);
+}
+
+QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange& range, int& field)
+{
+    const QString problem = CheckNumber(value, range);
+    if (!problem.isEmpty())
+        return problem;
+    const double number = value.toDouble();
+    if (number != std::floor(number) || number < std::numeric_limits<int>::min() ||
+        number > std::numeric_limits<int>::max())
+        return Tr("a whole number is expected");
+    field = static_cast<int>(number);
+    return {};
+}
+
+QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange& range, double& field)
+{
+    const QString problem = CheckNumber(value, range);
+    if (problem.isEmpty())
+        field = value.toDouble();
+    return problem;
+}
+
+QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange& range, float& field)
+{
+    double number = 0;
+    const QString problem = FromJson(value, range, number);
+    if (!problem.isEmpty())
+        return problem;
+    if (std::abs(number) > double(std::numeric_limits<float>::max()))
+        return Tr("%1 is too large").arg(number);
+    field = static_cast<float>(number);
+    return {};
+}
+
+QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange&, bool& field)
+{
+    if (!value.isBool())
+        return Tr("true or false is expected");
+    field = value.toBool();
+    return {};
+}
+
+QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange&, QString& field)
+{
+    if (!value.isString())
+        return Tr("a text is expected");
+    field = value.toString();
+    return {};
+}
+
+QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange&, QColor& field)
+{
+    if (!IsColor(value.toString()))
+        return Tr("a colour as #rrggbb or #aarrggbb is expected");
+    field = QColor(value.toString());
+    return {};
+}
+
+QString FieldJson::TypeName(const int*) { return Tr("whole number"); }
+QString FieldJson::TypeName(const double*) { return Tr("number"); }
+QString FieldJson::TypeName(const float*) { return Tr("number"); }
+QString FieldJson::TypeName(const bool*) { return Tr("true or false"); }
+QString FieldJson::TypeName(const QString*) { return Tr("text"); }
+QString FieldJson::TypeName(const QColor*) { return Tr("colour"); }
+
+QJsonValue FieldJson::FromText(const QString& text, const double*)
+{
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) ? QJsonValue(number) : QJsonValue(QJsonValue::Undefined);
+}
+
+QJsonValue FieldJson::FromText(const QString& text, const int*)
+{
+    return FromText(text, static_cast<const double*>(nullptr));
+}
+
+QJsonValue FieldJson::FromText(const QString& text, const float*)
+{
+    return FromText(text, static_cast<const double*>(nullptr));
+}
+
+QJsonValue FieldJson::FromText(const QString& text, const bool*)
+{
+    if (text == QLatin1String("true"))
+        return true;
+    if (text == QLatin1String("false"))
+        return false;
+    return QJsonValue(QJsonValue::Undefined);
+}
+
+QJsonValue FieldJson::FromText(const QString& text, const QString*) { return text; }
+QJsonValue FieldJson::FromText(const QString& text, const QColor*) { return text; }
+
+QJsonValue FieldJson::ListFromText(const QString& text)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
+    return document.isArray() ? QJsonValue(document.array()) : QJsonValue(QJsonValue::Undefined);
+}

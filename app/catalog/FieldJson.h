@@ -1,0 +1,93 @@
+#pragma once
+
+#include "YDRecord.h"
+
+#include <QColor>
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonValue>
+#include <QString>
+
+#include <array>
+#include <optional>
+
+/// The fields of parameter records as JSON values, one pair of functions for each type that fields have.
+///
+/// The FromJson functions change `field` only when the value fits: a number within `range` where there is
+/// one, a colour as "#rrggbb" or "#aarrggbb", a list of exactly as many elements. They answer with an empty
+/// text then, and with what is wrong otherwise.
+namespace FieldJson {
+
+using OptionalRange = std::optional<YDRecord::Range>;
+
+QJsonValue ToJson(int field);
+QJsonValue ToJson(double field);
+QJsonValue ToJson(float field);
+QJsonValue ToJson(bool field);
+QJsonValue ToJson(const QString& field);
+QJsonValue ToJson(const QColor& field);
+
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, int& field);
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, double& field);
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, float& field);
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, bool& field);
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, QString& field);
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, QColor& field);
+
+template <class Element, std::size_t Size>
+QJsonValue ToJson(const std::array<Element, Size>& fields)
+{
+    QJsonArray list;
+    for (const Element& field : fields)
+        list.append(ToJson(field));
+    return list;
+}
+
+template <class Element, std::size_t Size>
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range,
+                               std::array<Element, Size>& fields)
+{
+    const QJsonArray list = value.toArray();
+    if (!value.isArray() || list.size() != int(Size))
+        return QCoreApplication::translate("FieldJson", "a list of %n elements is expected", nullptr,
+                                           int(Size));
+    std::array<Element, Size> elements{};
+    for (std::size_t i = 0; i < Size; ++i) {
+        const QString problem = FromJson(list.at(int(i)), range, elements[i]);
+        if (!problem.isEmpty())
+            return problem;
+    }
+    fields = elements;
+    return {};
+}
+
+/// What kind of value a field takes, for people: "number", "whole number", "true or false", "text",
+/// "colour" or "list".
+QString TypeName(const int*);
+QString TypeName(const double*);
+QString TypeName(const float*);
+QString TypeName(const bool*);
+QString TypeName(const QString*);
+QString TypeName(const QColor*);
+template <class Element, std::size_t Size>
+QString TypeName(const std::array<Element, Size>*)
+{
+    return QCoreApplication::translate("FieldJson", "list");
+}
+
+/// The JSON value that `text`, as typed on a command line for a field of this type, stands for; undefined
+/// if it stands for none. Texts and colours are typed as they are, lists as JSON.
+QJsonValue FromText(const QString& text, const int*);
+QJsonValue FromText(const QString& text, const double*);
+QJsonValue FromText(const QString& text, const float*);
+QJsonValue FromText(const QString& text, const bool*);
+QJsonValue FromText(const QString& text, const QString*);
+QJsonValue FromText(const QString& text, const QColor*);
+QJsonValue ListFromText(const QString& text);
+template <class Element, std::size_t Size>
+QJsonValue FromText(const QString& text, const std::array<Element, Size>*)
+{
+    return ListFromText(text);
+}
+
+} // namespace FieldJson
