@@ -1,0 +1,97 @@
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "simd/BlendBySelectionRow.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "image/YDBlend.h"
+#include "simd/Prefetch.h"
+#include "simd/VectorKernels.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace {
+namespace HWY_NAMESPACE {
+namespace hn = hwy::HWY_NAMESPACE;
+
+#if HWY_TARGET == HWY_SCALAR
+
+size_t BlendVectors(const YDRGBA32i*, YDRGBA32i*, const YDRGBA32i*, size_t) { return 0; }
+
+#else
+
+using PixelTag = hn::ScalableTag<uint32_t>;
+using Pixels = hn::Vec<PixelTag>;
+using WordTag = hn::Repartition<uint16_t, PixelTag>;
+using Words = hn::Vec<WordTag>;
+
+/// (source * coverage + destination * (255 - coverage)) / 255, rounded to nearest, times 256 but for its low
+/// byte, which is of no use. All below 65536; see YDBlend::YDSourceBySelection for the division.
+HWY_INLINE Words MixInHighByte(Words source, Words destination, Words coverage, Words uncovered)
+{
+    const WordTag d;
+    const Words sum = hn::Add(hn::Add(hn::Mul(source, coverage), hn::Mul(destination, uncovered)),
+                              hn::Set(d, uint16_t(128)));
+    return hn::Add(sum, hn::ShiftRight<8>(sum));
+}
+
+HWY_INLINE Pixels Blend(Pixels source, Pixels destination, Pixels mask)
+{
+    const PixelTag d;
+    const WordTag d16;
+    const Words lowByte = hn::Set(d16, uint16_t(0xff));
+    const Pixels alpha = hn::ShiftRight<24>(mask);
+    const Words coverage = hn::BitCast(d16, hn::Or(alpha, hn::ShiftLeft<16>(alpha)));
+    const Words uncovered = hn::Sub(lowByte, coverage);
+    const Words s = hn::BitCast(d16, source);
+    const Words t = hn::BitCast(d16, destination);
+    const Words even = MixInHighByte(hn::And(s, lowByte), hn::And(t, lowByte), coverage, uncovered);
+    const Words odd = MixInHighByte(hn::ShiftRight<8>(s), hn::ShiftRight<8>(t), coverage, uncovered);
+    return hn::BitCast(d, hn::Or(hn::ShiftRight<8>(even), hn::AndNot(lowByte, odd)));
+}
+
+size_t BlendVectors(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask, size_t count)
+{
+    const PixelTag d;
+    const Pixels full = hn::Set(d, 0xff000000u);
+    const Pixels none = hn::Zero(d);
+    const size_t step = hn::Lanes(d);
+    size_t x = 0;
+    for (; x + step <= count; x += step) {
+        PrefetchAhead(source + x, step * sizeof(YDRGBA32i));
+        PrefetchAhead(destination + x, step * sizeof(YDRGBA32i));
+        PrefetchAhead(mask + x, step * sizeof(YDRGBA32i));
+        const Pixels coverage = hn::And(hn::LoadU(d, reinterpret_cast<const uint32_t*>(mask + x)), full);
+        if (hn::AllTrue(d, hn::Eq(coverage, none)))
+            continue;
+        auto* const out = reinterpret_cast<uint32_t*>(destination + x);
+        const Pixels in = hn::LoadU(d, reinterpret_cast<const uint32_t*>(source + x));
+        if (hn::AllTrue(d, hn::Eq(coverage, full)))
+            hn::StoreU(in, d, out);
+        else
+            hn::StoreU(Blend(in, hn::LoadU(d, out), coverage), d, out);
+    }
+    return x;
+}
+
+#endif
+
+void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask, size_t count)
+{
+    for (size_t x = BlendVectors(source, destination, mask, count); x < count; ++x)
+        YDBlend::YDSourceBySelection()(source[x], destination[x], mask[x]);
+}
+
+} // namespace HWY_NAMESPACE
+} // namespace
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace {
+HWY_EXPORT(BlendBySelectionRow);
+} // namespace
+
+void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask, int count)
+{
+    if (count > 0)
+        HWY_DYNAMIC_DISPATCH(BlendBySelectionRow)(source, destination, mask, static_cast<size_t>(count));
+}
+#endif

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "image/YDRGBA32i.h"
+
+#include <QtGlobal>
+
+#include <atomic>
+#include <functional>
+
+class BaseTransformation;
+class QRect;
+
+/// What the module of vector kernels exports; found by these names through AVX2LIB::Find.
+///
+/// The row kernels choose the best instruction set at hand (AVX2, AVX-512, AVX-512 with VBMI) at every call
+/// and give the same bytes with each of them. Rows may start at any pixel. Everything is safe from any
+/// thread, for pixels that nobody else touches meanwhile, but for RestrictTargets().
+extern "C" {
+
+/// Runs `transformation->ProcessRow` on every row of `area`, on all cores, the calling thread among them.
+///
+/// `stride` counts the pixels from one row of `pixels` to the next; `area`, in pixels, lies inside the
+/// picture, and an empty one is nothing to do. `abort` is tested before each row, and no further row begins
+/// once it is set; `progress` is called after each row, from the thread that worked on it. Returns when all
+/// threads are done. May be called from a task of the global thread pool.
+Q_DECL_EXPORT void IterativeVectorProcess(YDRGBA32i* pixels, int stride, const QRect& area,
+                                          BaseTransformation* transformation, const std::atomic<bool>& abort,
+                                          std::function<void()> progress);
+
+/// Maps blue, green and red of `count` pixels in place, each by its own table; alpha stays.
+///
+/// `tables` holds 768 bytes: the 256 entries for blue, then those for green and for red.
+Q_DECL_EXPORT void MapChannelsRow(YDRGBA32i* row, int count, const quint8* tables);
+
+/// YDBlend::YDSourceBySelection over `count` pixels of three rows, which must not overlap.
+Q_DECL_EXPORT void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask,
+                                       int count);
+
+/// The instruction sets that the kernels may use now, a bit each, the best in the lowest bit. Diagnostic.
+Q_DECL_EXPORT qint64 SupportedTargets();
+
+/// Confines the kernels to the instruction sets in `targets`, a selection of SupportedTargets(); 0 allows
+/// all of them again. Diagnostic: not while a kernel runs.
+Q_DECL_EXPORT void RestrictTargets(qint64 targets);
+
+/// Name of the instruction set with that one bit, such as "AVX2"; "Unknown" for any other number. Diagnostic.
+Q_DECL_EXPORT const char* TargetName(qint64 target);
+}
