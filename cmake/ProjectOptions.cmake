@@ -15,6 +15,11 @@ if(ADJUSTMENTGUI_SANITIZE)
     target_link_options(project_options INTERFACE -fsanitize=${ADJUSTMENTGUI_SANITIZE})
 endif()
 
+# Said even where it is the compiler's default, so that the linter, another compiler, reads the same.
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+
 # Programs, libraries and the loadable module lie in the build tree as they do once installed, so that
 # the module is found relative to the library in both places.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")

@@ -155,11 +155,11 @@ protected:
 
     /// Runs `process` over a record made by MakePreviewJob() on the global thread pool.
     template <class Record>
-    static void Launch(JobWatcher* watcher, RGBA32iImage (*process)(Record), const Record& record)
+    static void Launch(JobWatcher* watcher, RGBA32iImage (*process)(const Record&), const Record& record)
     {
         watcher->setFuture(QtConcurrent::run([process, record] {
             Record job = record;
-            return CopySource(job) ? process(std::move(job)) : RGBA32iImage();
+            return CopySource(job) ? process(job) : RGBA32iImage();
         }));
     }
 

@@ -100,7 +100,7 @@ YDBrightnessContrastWidget::BCData YDBrightnessContrastWidget::MakeData(const YD
     return {job, m_ui->m_pBrightnessSpin->value(), m_ui->m_pContrastSpin->value()};
 }
 
-RGBA32iImage YDBrightnessContrastWidget::Process(BCData data)
+RGBA32iImage YDBrightnessContrastWidget::Process(const BCData& data)
 {
     return RunTransformation(data,
                              YDIterativeBrightnessContrastTransformation(data.brightness, data.contrast));

@@ -24,7 +24,7 @@ public:
         int brightness = 0; ///< -100..100 by the slider
         int contrast = 0;   ///< -100..100 by the slider
 
-        static constexpr QLatin1String Tag{"KVBrightnessContrast 1.00000"};
+        static constexpr std::string_view Tag = "KVBrightnessContrast 1.00000";
         template <class Self, class Visitor>
         static bool VisitFields(Self& self, Visitor&& visit)
         {
@@ -65,7 +65,7 @@ private:
     void Connect();
     void Disconnect();
     BCData MakeData(const YDAdjustmentJob& job) const;
-    static RGBA32iImage Process(BCData data);
+    static RGBA32iImage Process(const BCData& data);
 
     const std::unique_ptr<Ui::BrightnessContrastParamWidget> m_ui;
     Params m_params;

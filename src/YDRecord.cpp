@@ -3,17 +3,17 @@
 #include <QByteArray>
 #include <QDebug>
 
-bool YDRecord::WriteTag(QDataStream& stream, QLatin1String tag)
+bool YDRecord::WriteTag(QDataStream& stream, std::string_view tag)
 {
-    return stream.writeRawData(tag.data(), tag.size()) == tag.size();
+    const int size = static_cast<int>(tag.size());
+    return stream.writeRawData(tag.data(), size) == size;
 }
 
-bool YDRecord::ReadTag(QDataStream& stream, QLatin1String tag)
+bool YDRecord::ReadTag(QDataStream& stream, std::string_view tag)
 {
-    QByteArray bytes(tag.size(), Qt::Uninitialized);
-    if (stream.readRawData(bytes.data(), bytes.size()) != bytes.size())
-        return false;
-    return bytes == QByteArray::fromRawData(tag.data(), tag.size());
+    QByteArray bytes(static_cast<int>(tag.size()), Qt::Uninitialized);
+    return stream.readRawData(bytes.data(), bytes.size()) == bytes.size() &&
+           std::string_view(bytes.constData(), tag.size()) == tag;
 }
 
 void YDRecord::Log(const Failure& failure)

@@ -3,16 +3,16 @@
 #include "adjustmentgui_export.h"
 
 #include <QDataStream>
-#include <QLatin1String>
 
 #include <array>
+#include <string_view>
 #include <type_traits>
 
 /// What every adjustment's parameter record does the same way.
 ///
 /// A record `Params` is a plain struct that says its stream tag and lists its fields once, in stream order:
 ///
-///     static constexpr QLatin1String Tag{"KVTemperature 1.00000"};
+///     static constexpr std::string_view Tag = "KVTemperature 1.00000";
 ///     template <class Self, class Visitor> static bool VisitFields(Self& self, Visitor&& visit)
 ///     {
 ///         return visit("temperature", self.temperature, YDRecord::Range{1000, 40000}) && ...;
@@ -34,10 +34,10 @@ struct Range
 };
 
 /// Writes the tag; false, with nothing more to be written, if not all of it went out.
-[[nodiscard]] ADJUSTMENTGUI_EXPORT bool WriteTag(QDataStream& stream, QLatin1String tag);
+[[nodiscard]] ADJUSTMENTGUI_EXPORT bool WriteTag(QDataStream& stream, std::string_view tag);
 
 /// Reads as many bytes as the tag has; false if fewer came or they differ.
-[[nodiscard]] ADJUSTMENTGUI_EXPORT bool ReadTag(QDataStream& stream, QLatin1String tag);
+[[nodiscard]] ADJUSTMENTGUI_EXPORT bool ReadTag(QDataStream& stream, std::string_view tag);
 
 /// Where and what to log when a stream operator fails.
 struct Failure

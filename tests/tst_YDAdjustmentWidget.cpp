@@ -87,7 +87,7 @@ private:
 
     static bool IsAborted(const Data& data) { return data.abort && data.abort->load(); }
 
-    static RGBA32iImage Process(Data data)
+    static RGBA32iImage Process(const Data& data)
     {
         ++data.gate->jobsBegun;
         while (!data.gate->open && !IsAborted(data))

@@ -29,7 +29,7 @@ struct Sample
     QString text = QStringLiteral("t");
     std::array<int, 3> list{{1, 2, 3}};
 
-    static constexpr QLatin1String Tag{"KVSample 1.00000"};
+    static constexpr std::string_view Tag = "KVSample 1.00000";
     template <class Self, class Visitor>
     static bool VisitFields(Self& self, Visitor&& visit)
     {
@@ -143,7 +143,7 @@ void TestYDRecord::AnotherTagIsRefusedWithoutTouchingTheRecord_data()
 void TestYDRecord::AnotherTagIsRefusedWithoutTouchingTheRecord()
 {
     QFETCH(QByteArray, tag);
-    const QByteArray fields = tag.size() == Sample::Tag.size() ? Written(Sample()).mid(16) : QByteArray();
+    const QByteArray fields = tag.size() == int(Sample::Tag.size()) ? Written(Sample()).mid(16) : QByteArray();
     QDataStream stream(tag + fields);
     Sample sample = Other();
     QVERIFY(!sample.Read(stream));

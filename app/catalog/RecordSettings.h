@@ -86,7 +86,7 @@ public:
 
     bool IsTagOf(const QByteArray& preset) const override
     {
-        return preset.startsWith(QByteArray::fromRawData(Params::Tag.data(), Params::Tag.size()));
+        return preset.startsWith(QByteArray::fromRawData(Params::Tag.data(), int(Params::Tag.size())));
     }
 
     void ShowIn(YDAdjustmentWidget& widget) const override
