@@ -1,0 +1,37 @@
+#pragma once
+
+#include "YDAdjustmentWidget.h"
+#include "catalog/AdjustmentCatalog.h"
+
+#include <QCoreApplication>
+
+#include <memory>
+
+/// One adjustment with its settings, as a command names it.
+class AdjustmentStep
+{
+    Q_DECLARE_TR_FUNCTIONS(AdjustmentStep)
+
+public:
+    /// From a name and assignments "FIELD=VALUE"; an error text, empty for none.
+    [[nodiscard]] QString Take(const QString& name, const QStringList& assignments);
+
+    /// From the text of an -a option.
+    [[nodiscard]] QString TakeText(const QString& text);
+
+    /// From a stored preset; the error names the file. A file that is cut or holds anything else is refused,
+    /// rather than standing for the defaults: nobody asks for a preset that does nothing.
+    [[nodiscard]] QString TakePreset(const QString& path);
+
+    const AdjustmentEntry& Entry() const { return *m_entry; }
+    const AdjustmentSettings& Settings() const { return *m_settings; }
+
+    /// Applies the step to the picture, in place. GUI thread.
+    void Apply(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
+               const QRect& boundingRect);
+
+private:
+    const AdjustmentEntry* m_entry = nullptr;
+    std::unique_ptr<AdjustmentSettings> m_settings;
+    std::unique_ptr<YDAdjustmentWidget> m_panel; ///< made when it is first needed
+};

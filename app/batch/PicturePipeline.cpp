@@ -1,0 +1,133 @@
+#include "batch/PicturePipeline.h"
+
+#include "batch/Console.h"
+#include "core/WholeFile.h"
+
+#include <QEventLoop>
+#include <QtConcurrent>
+
+PicturePipeline::PicturePipeline(std::vector<AdjustmentStep>& steps, const SelectionMask& mask,
+                                 const Options& options)
+    : m_steps(steps), m_mask(mask), m_options(options)
+{
+    m_pool.setMaxThreadCount(options.picturesAtOnce);
+}
+
+PicturePipeline::~PicturePipeline() { m_pool.waitForDone(); }
+
+int PicturePipeline::Run(const QList<OutputPlan::Item>& items)
+{
+    m_waiting = items;
+    m_total = items.size();
+    QEventLoop loop;
+    connect(this, &PicturePipeline::Finished, &loop, &QEventLoop::quit, Qt::QueuedConnection);
+    StartNext();
+    loop.exec();
+    Console::ClearProgress();
+    return m_failed;
+}
+
+void PicturePipeline::Stop()
+{
+    m_stopped = true;
+    m_waiting.clear();
+}
+
+void PicturePipeline::StartNext()
+{
+    while (!m_waiting.isEmpty() && m_underWay < m_options.picturesAtOnce) {
+        const auto picture = std::make_shared<Picture>();
+        picture->item = m_waiting.takeFirst();
+        ++m_underWay;
+        Console::ShowProgress(tr("%1 of %2: %3").arg(m_done + 1).arg(m_total).arg(picture->item.input));
+        Queue(picture, &PicturePipeline::Read, &PicturePipeline::OnRead);
+    }
+    if (m_underWay == 0)
+        emit Finished();
+}
+
+void PicturePipeline::Queue(const PicturePointer& picture, void (PicturePipeline::*work)(Picture&) const,
+                            void (PicturePipeline::*next)(const PicturePointer&))
+{
+    QtConcurrent::run(&m_pool, [this, picture, work, next] {
+        (this->*work)(*picture);
+        QMetaObject::invokeMethod(
+            this, [this, picture, next] { (this->*next)(picture); }, Qt::QueuedConnection);
+    });
+}
+
+void PicturePipeline::Read(Picture& picture) const
+{
+    // Before the work rather than after it; the writer checks again.
+    const auto existing = m_options.overwrite ? WholeFile::Existing::Replace : WholeFile::Existing::Refuse;
+    picture.content.error = WholeFile::WhyNotWritable(picture.item.output, existing);
+    if (!picture.content.error.isEmpty())
+        return;
+    picture.content = KVImageFileManager::Read(picture.item.input, m_options.reading);
+    if (!picture.content.error.isEmpty())
+        return;
+    picture.pixels = ImageFromQImage(picture.content.image);
+    picture.content.image = QImage();
+    if (picture.pixels.IsEmpty())
+        picture.content.error =
+            WholeFile::Error(picture.item.input, tr("there is not enough memory for the picture"));
+}
+
+void PicturePipeline::OnRead(const PicturePointer& picture)
+{
+    const KVImageFileManager::ReadResult& content = picture->content;
+    if (m_stopped || !content.error.isEmpty()) {
+        if (!m_stopped)
+            Fail(content.error);
+        End();
+        return;
+    }
+    if (content.depthReduced)
+        Console::Complain(WholeFile::Error(picture->item.input, tr("note: its depth is reduced to 8 bits")));
+    if (!content.metadataError.isEmpty())
+        Console::Complain(WholeFile::Error(
+            picture->item.input, tr("note: some metadata cannot be read (%1)").arg(content.metadataError)));
+    Adjust(*picture);
+    Queue(picture, &PicturePipeline::Write, &PicturePipeline::OnWritten);
+}
+
+void PicturePipeline::Adjust(Picture& picture)
+{
+    if (m_mask.IsSet() && m_mask.IsEmpty())
+        return; // an empty rectangle would mean the whole picture
+    const QRect boundingRect = m_mask.IsSet() ? m_mask.BoundingRect() : QRect();
+    for (AdjustmentStep& step : m_steps)
+        step.Apply(picture.pixels, m_mask.Pixels(), m_mask.Offset(), boundingRect);
+}
+
+void PicturePipeline::Write(Picture& picture) const
+{
+    KVImageFileManager::WriteOptions options;
+    options.overwrite = m_options.overwrite;
+    if (picture.item.formatOfInput)
+        options.format = picture.content.format;
+    picture.written = KVImageFileManager::Write(picture.item.output, ImageToQImage(picture.pixels),
+                                                picture.content.metadata, options);
+}
+
+void PicturePipeline::OnWritten(const PicturePointer& picture)
+{
+    if (!picture->written.error.isEmpty())
+        Fail(picture->written.error);
+    else if (!picture->written.warning.isEmpty())
+        Console::Complain(tr("note: %1").arg(picture->written.warning));
+    End();
+}
+
+void PicturePipeline::Fail(const QString& error)
+{
+    Console::Complain(error);
+    ++m_failed;
+}
+
+void PicturePipeline::End()
+{
+    --m_underWay;
+    ++m_done;
+    StartNext();
+}

@@ -1,0 +1,52 @@
+#include "batch/SelectionMask.h"
+
+#include "core/KVImageFileManager.h"
+#include "core/WholeFile.h"
+
+namespace {
+
+int Coverage(QRgb pixel) { return (qGray(pixel) * qAlpha(pixel) + 127) / 255; }
+
+QRect CoveredRect(const QImage& mask)
+{
+    QRect covered;
+    for (int y = 0; y < mask.height(); ++y) {
+        const auto* row = reinterpret_cast<const QRgb*>(mask.constScanLine(y));
+        int first = 0;
+        while (first < mask.width() && Coverage(row[first]) == 0)
+            ++first;
+        if (first == mask.width())
+            continue;
+        int last = mask.width() - 1;
+        while (Coverage(row[last]) == 0)
+            --last;
+        covered |= QRect(QPoint(first, y), QPoint(last, y));
+    }
+    return covered;
+}
+
+} // namespace
+
+QString SelectionMask::Read(const QString& path, const QPoint& position)
+{
+    const KVImageFileManager::ReadResult result = KVImageFileManager::Read(path);
+    if (!result.error.isEmpty())
+        return result.error;
+    const QRect covered = CoveredRect(result.image);
+    m_isSet = true;
+    m_offset = position + covered.topLeft();
+    m_pixels = RGBA32iImage(covered.width(), covered.height());
+    if (m_pixels.IsEmpty())
+        return covered.isEmpty() ? QString()
+                                 : WholeFile::Error(path, QCoreApplication::translate(
+                                                              "SelectionMask", "there is not enough memory"));
+    for (int y = 0; y < covered.height(); ++y) {
+        const auto* source = reinterpret_cast<const QRgb*>(result.image.constScanLine(covered.y() + y));
+        YDRGBA32i* row = m_pixels.Row(y);
+        for (int x = 0; x < covered.width(); ++x) {
+            const auto coverage = quint8(Coverage(source[covered.x() + x]));
+            row[x] = YDRGBA32i(coverage, coverage, coverage, coverage);
+        }
+    }
+    return {};
+}
