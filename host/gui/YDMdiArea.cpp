@@ -1,5 +1,6 @@
 #include "gui/YDMdiArea.h"
 
+#include <QTabBar>
 #include <QVector>
 
 namespace {
@@ -19,6 +20,8 @@ YDMdiArea::YDMdiArea(QWidget* parent) : QMdiArea(parent)
     setDocumentMode(true);
     setTabsClosable(true);
     setTabsMovable(true);
+    if (auto* const tabs = findChild<QTabBar*>())
+        tabs->setExpanding(false); // a lone document's tab is no wider than its name
     LivingAreas().append(this);
 }
 

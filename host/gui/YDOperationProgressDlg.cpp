@@ -23,7 +23,6 @@ YDOperationProgressDlg::YDOperationProgressDlg(QWidget* parent)
     m_pLabel->setObjectName(QStringLiteral("m_pLabel"));
     m_pLabel->setTextFormat(Qt::PlainText);
     m_pLabel->setWordWrap(true);
-    m_pLabel->setBuddy(m_pProgress);
     m_pProgress->setObjectName(QStringLiteral("m_pProgress"));
     m_pProgress->setRange(0, FullRange);
     m_pProgress->setValue(0);
@@ -42,6 +41,7 @@ void YDOperationProgressDlg::SetLabel(const QString& text)
 {
     m_pLabel->setText(text);
     m_pProgress->setAccessibleName(text);
+    adjustSize(); // in height, for a text of other length
 }
 
 int YDOperationProgressDlg::Exec(bool modal)

@@ -1,6 +1,8 @@
 #include "widgets/KVSlider.h"
 
+#include <QApplication>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QStyleOptionSlider>
 #include <QWheelEvent>
 
@@ -11,11 +13,30 @@ KVSlider::KVSlider(Qt::Orientation orientation, QWidget* parent) : QSlider(orien
     setFocusPolicy(Qt::StrongFocus); // not by the wheel
 }
 
+void KVSlider::paintEvent(QPaintEvent* event)
+{
+    QSlider::paintEvent(event);
+    if (!LacksHandle())
+        return;
+    QStyleOptionSlider option = Option();
+    option.subControls = QStyle::SC_SliderHandle;
+    if (m_isOwnDrag) {
+        option.activeSubControls = QStyle::SC_SliderHandle;
+        option.state |= QStyle::State_Sunken;
+    }
+    QPainter painter(this);
+    QApplication::style()->drawComplexControl(QStyle::CC_Slider, &option, &painter);
+}
+
 void KVSlider::mousePressEvent(QMouseEvent* event)
 {
-    const QRect handle = HandleRect();
-    if (event->button() != Qt::LeftButton || event->buttons() != Qt::LeftButton ||
-        handle.contains(event->pos())) {
+    const bool isLeftAlone = event->button() == Qt::LeftButton && event->buttons() == Qt::LeftButton;
+    if (isLeftAlone && LacksHandle()) {
+        BeginOwnDrag(*event);
+        return;
+    }
+    const QRect handle = StyleHandle();
+    if (!isLeftAlone || handle.contains(event->pos())) {
         QSlider::mousePressEvent(event);
         return;
     }
@@ -28,6 +49,25 @@ void KVSlider::mousePressEvent(QMouseEvent* event)
     event->setAccepted(press.isAccepted());
 }
 
+void KVSlider::mouseMoveEvent(QMouseEvent* event)
+{
+    if (m_isOwnDrag)
+        DragOwnHandleTo(event->pos());
+    else
+        QSlider::mouseMoveEvent(event);
+}
+
+void KVSlider::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (!m_isOwnDrag || event->button() != Qt::LeftButton) {
+        QSlider::mouseReleaseEvent(event);
+        return;
+    }
+    m_isOwnDrag = false;
+    setSliderDown(false);
+    update();
+}
+
 void KVSlider::wheelEvent(QWheelEvent* event)
 {
     if (hasFocus())
@@ -36,9 +76,48 @@ void KVSlider::wheelEvent(QWheelEvent* event)
         event->ignore();
 }
 
-QRect KVSlider::HandleRect() const
+QStyleOptionSlider KVSlider::Option() const
 {
     QStyleOptionSlider option;
     initStyleOption(&option);
+    return option;
+}
+
+/// The handle as the widget's style has it; empty under a style sheet that styles the groove alone.
+QRect KVSlider::StyleHandle() const
+{
+    const QStyleOptionSlider option = Option();
     return style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this);
+}
+
+/// The handle as the application's style has it, out of any style sheet's reach.
+QRect KVSlider::OwnHandle() const
+{
+    const QStyleOptionSlider option = Option();
+    return QApplication::style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle);
+}
+
+void KVSlider::BeginOwnDrag(const QMouseEvent& event)
+{
+    const QRect handle = OwnHandle();
+    m_isOwnDrag = true;
+    m_grabOffset = handle.contains(event.pos()) ? Along(event.pos()) - Along(handle.center()) : 0;
+    setSliderDown(true);
+    setRepeatAction(SliderNoAction);
+    DragOwnHandleTo(event.pos());
+    update();
+}
+
+void KVSlider::DragOwnHandleTo(const QPoint& mouse)
+{
+    const QStyleOptionSlider option = Option();
+    const QRect groove =
+        QApplication::style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderGroove);
+    const QRect handle = OwnHandle();
+    const bool isHorizontal = orientation() == Qt::Horizontal;
+    const int length = isHorizontal ? groove.width() : groove.height();
+    const int handleLength = isHorizontal ? handle.width() : handle.height();
+    const int start = Along(mouse) - m_grabOffset - handleLength / 2 - Along(groove.topLeft());
+    setSliderPosition(QStyle::sliderValueFromPosition(minimum(), maximum(), start, length - handleLength,
+                                                      option.upsideDown));
 }
