@@ -57,6 +57,7 @@ YDAdjustmentWidget::~YDAdjustmentWidget()
         m_dataChanged.store(true);
         m_watcher->disconnect(this);
         m_watcher->waitForFinished();
+        HandOver::Take(&m_dataChanged);
     }
 }
 
@@ -252,12 +253,14 @@ void YDAdjustmentWidget::OnDataChanged()
 
 void YDAdjustmentWidget::OnResultReadyAt(int index)
 {
+    HandOver::Take(&m_dataChanged);
     m_adjusted = m_watcher->future().resultAt(index);
     emit ImageReady();
 }
 
 void YDAdjustmentWidget::OnProcessingFinished()
 {
+    HandOver::Take(&m_dataChanged);
     StopTimer(m_progressTimerId);
     HideProgress();
     m_watcher->deleteLater();

@@ -4,17 +4,16 @@
 #include "YDAdjustmentProcessingTemplate.h"
 #include "adjustmentgui_export.h"
 #include "image/KVImage.h"
+#include "image/PoolTasks.h"
 #include "plugincore/KVAdjustmentWidget.h"
 
 #include <QFutureWatcher>
 #include <QPoint>
 #include <QPointer>
 #include <QRect>
-#include <QtConcurrent>
 
 #include <atomic>
 #include <memory>
-#include <type_traits>
 
 class KVDocumentView;
 class QLinearGradient;
@@ -157,9 +156,11 @@ protected:
     template <class Record>
     static void Launch(JobWatcher* watcher, RGBA32iImage (*process)(const Record&), const Record& record)
     {
-        watcher->setFuture(QtConcurrent::run([process, record] {
+        watcher->setFuture(PoolTask<RGBA32iImage>::Start([process, record] {
             Record job = record;
-            return CopySource(job) ? process(job) : RGBA32iImage();
+            const RGBA32iImage result = CopySource(job) ? process(job) : RGBA32iImage();
+            HandOver::Give(job.abort);
+            return result;
         }));
     }
 

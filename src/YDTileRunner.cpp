@@ -2,14 +2,10 @@
 
 #include "YDVectorRoutine.h"
 #include "image/BaseTransformation.h"
+#include "image/PoolTasks.h"
 #include "image/YDBlend.h"
 
-#include <QFuture>
-#include <QVarLengthArray>
-#include <QtConcurrent>
-
 #include <algorithm>
-#include <functional>
 #include <thread>
 
 namespace {
@@ -53,16 +49,6 @@ struct WideRect
 };
 
 int HardwareThreads() { return static_cast<int>(std::thread::hardware_concurrency()); }
-
-/// Runs `worker` as `tasks` tasks of the global pool and waits for all of them.
-void RunOnPool(int tasks, const std::function<void()>& worker)
-{
-    QVarLengthArray<QFuture<void>, 64> futures;
-    for (int i = 0; i < tasks; ++i)
-        futures.append(QtConcurrent::run(worker));
-    for (QFuture<void>& future : futures)
-        future.waitForFinished();
-}
 
 } // namespace
 
@@ -125,7 +111,7 @@ void YDTileRunner::TransformArea(const RGBA32iImage& image, const QRect& area)
 void YDTileRunner::TransformAreaByPixels(const RGBA32iImage& image, const QRect& area)
 {
     YDRowQueue rows(area.top(), area.bottom() + 1, m_abort);
-    RunOnPool(HardwareThreads() - 1, [&] { TransformRows(rows, image, area.left(), area.right()); });
+    RunPoolTasks(HardwareThreads() - 1, [&] { TransformRows(rows, image, area.left(), area.right()); });
 }
 
 void YDTileRunner::Blend(const RGBA32iImage& adjusted, const YDAdjustmentJob& job, const BlendArea& area)
@@ -144,5 +130,5 @@ void YDTileRunner::Blend(const RGBA32iImage& adjusted, const YDAdjustmentJob& jo
     if (HardwareThreads() <= 2)
         worker();
     else
-        RunOnPool(HardwareThreads() - 1, worker);
+        RunPoolTasks(HardwareThreads() - 1, worker);
 }

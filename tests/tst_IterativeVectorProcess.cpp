@@ -1,5 +1,6 @@
 #include "image/BaseTransformation.h"
 #include "image/KVImage.h"
+#include "image/PoolTasks.h"
 #include "simd/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
@@ -7,7 +8,6 @@
 #include <QTest>
 #include <QThread>
 #include <QThreadPool>
-#include <QtConcurrent>
 
 #include <chrono>
 #include <condition_variable>
@@ -152,11 +152,11 @@ void TestIterativeVectorProcess::WorksInsideAFullThreadPool()
     pool->setMaxThreadCount(1);
     const RGBA32iImage image(Width, Height);
     const QRect area(0, 0, Width, Height);
-    QtConcurrent::run([&image, &area] {
+    RunPoolTasks(1, [&image, &area] {
         VisitCounter counter;
         const std::atomic<bool> abort{false};
         Process()(image.Pixels(), image.RowLength(), area, &counter, abort, [] {});
-    }).waitForFinished();
+    });
     pool->setMaxThreadCount(threads);
     QCOMPARE(WrongVisits(image, area), 0);
 }

@@ -1,9 +1,8 @@
 #include "image/ParallelRows.h"
 
-#include <QFuture>
+#include "image/PoolTasks.h"
+
 #include <QThread>
-#include <QVarLengthArray>
-#include <QtConcurrent>
 
 #include <algorithm>
 
@@ -16,7 +15,7 @@ bool ForEachRowBand(int top, int bottom, int rowsPerBand, const std::atomic<bool
     const qint64 bands = (rows + rowsPerBand - 1) / rowsPerBand;
     std::atomic<qint64> nextBand{0};
     std::atomic<bool> aborted{false};
-    const auto takeBands = [&] {
+    const std::function<void()> takeBands = [&] {
         for (;;) {
             const qint64 band = nextBand.fetch_add(1, std::memory_order_relaxed);
             if (band >= bands)
@@ -30,12 +29,6 @@ bool ForEachRowBand(int top, int bottom, int rowsPerBand, const std::atomic<bool
         }
     };
     const qint64 helpers = std::min<qint64>(std::max(QThread::idealThreadCount(), 1), bands) - 1;
-    QVarLengthArray<QFuture<void>, 64> futures;
-    for (qint64 i = 0; i < helpers; ++i)
-        futures.append(QtConcurrent::run(takeBands));
-    takeBands();
-    // A task that the pool has not begun is run here by the wait itself, so a full pool cannot hang us.
-    for (QFuture<void>& future : futures)
-        future.waitForFinished();
+    RunPoolTasks(static_cast<int>(helpers), takeBands, takeBands);
     return !aborted.load(std::memory_order_relaxed);
 }
