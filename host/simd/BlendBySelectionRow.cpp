@@ -7,6 +7,8 @@
 #include "simd/Prefetch.h"
 #include "simd/VectorKernels.h"
 
+#include <algorithm>
+
 HWY_BEFORE_NAMESPACE();
 namespace {
 namespace HWY_NAMESPACE {
@@ -14,6 +16,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 #if HWY_TARGET == HWY_SCALAR
 
+size_t PixelsToAlignment(const YDRGBA32i*) { return 0; }
 size_t BlendVectors(const YDRGBA32i*, YDRGBA32i*, const YDRGBA32i*, size_t) { return 0; }
 
 #else
@@ -48,36 +51,81 @@ HWY_INLINE Pixels Blend(Pixels source, Pixels destination, Pixels mask)
     return hn::BitCast(d, hn::Or(hn::ShiftRight<8>(even), hn::AndNot(lowByte, odd)));
 }
 
+/// Where the mask lets nothing through, source and destination are not read, and where it lets everything
+/// through, the destination is not; so what lies ahead in the mask tells what to ask memory for.
+class RowPrefetch
+{
+public:
+    RowPrefetch(const YDRGBA32i* source, const YDRGBA32i* destination, const YDRGBA32i* mask, size_t count)
+        : m_source(source), m_destination(destination), m_mask(mask), m_count(count)
+    {}
+
+    HWY_INLINE void Ahead(size_t x, size_t pixels) const
+    {
+        constexpr size_t Distance = PrefetchDistance / sizeof(YDRGBA32i);
+        // The mask is looked at here before it is used, so it must arrive earlier still.
+        PrefetchAhead(m_mask + x, pixels * sizeof(YDRGBA32i), 2 * PrefetchDistance);
+        const uint8_t coverage = x + Distance < m_count ? m_mask[x + Distance].a : m_mask[x].a;
+        if (coverage != 0)
+            PrefetchAhead(m_source + x, pixels * sizeof(YDRGBA32i));
+        if (coverage != 0 && coverage != 255)
+            PrefetchAhead(m_destination + x, pixels * sizeof(YDRGBA32i));
+    }
+
+private:
+    const YDRGBA32i* const m_source;
+    const YDRGBA32i* const m_destination;
+    const YDRGBA32i* const m_mask;
+    const size_t m_count;
+};
+
+/// Pixels before the first whose address is that of a vector.
+size_t PixelsToAlignment(const YDRGBA32i* row)
+{
+    const size_t vectorBytes = hn::Lanes(PixelTag()) * sizeof(YDRGBA32i);
+    const size_t past = reinterpret_cast<uintptr_t>(row) % vectorBytes;
+    return past == 0 ? 0 : (vectorBytes - past) / sizeof(YDRGBA32i);
+}
+
 size_t BlendVectors(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask, size_t count)
 {
     const PixelTag d;
     const Pixels full = hn::Set(d, 0xff000000u);
     const Pixels none = hn::Zero(d);
     const size_t step = hn::Lanes(d);
+    const RowPrefetch prefetch(source, destination, mask, count);
     size_t x = 0;
     for (; x + step <= count; x += step) {
-        PrefetchAhead(source + x, step * sizeof(YDRGBA32i));
-        PrefetchAhead(destination + x, step * sizeof(YDRGBA32i));
-        PrefetchAhead(mask + x, step * sizeof(YDRGBA32i));
+        prefetch.Ahead(x, step);
         const Pixels coverage = hn::And(hn::LoadU(d, reinterpret_cast<const uint32_t*>(mask + x)), full);
         if (hn::AllTrue(d, hn::Eq(coverage, none)))
             continue;
         auto* const out = reinterpret_cast<uint32_t*>(destination + x);
         const Pixels in = hn::LoadU(d, reinterpret_cast<const uint32_t*>(source + x));
+        // A replaced destination is not read, so it need not pass through the cache either.
         if (hn::AllTrue(d, hn::Eq(coverage, full)))
-            hn::StoreU(in, d, out);
+            hn::Stream(in, d, out);
         else
-            hn::StoreU(Blend(in, hn::LoadU(d, out), coverage), d, out);
+            hn::Store(Blend(in, hn::Load(d, out), coverage), d, out);
     }
+    hwy::FlushStream();
     return x;
 }
 
 #endif
 
+void BlendPixels(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask, size_t count)
+{
+    for (size_t x = 0; x < count; ++x)
+        YDBlend::YDSourceBySelection()(source[x], destination[x], mask[x]);
+}
+
 void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask, size_t count)
 {
-    for (size_t x = BlendVectors(source, destination, mask, count); x < count; ++x)
-        YDBlend::YDSourceBySelection()(source[x], destination[x], mask[x]);
+    const size_t head = std::min(PixelsToAlignment(destination), count);
+    BlendPixels(source, destination, mask, head);
+    const size_t x = head + BlendVectors(source + head, destination + head, mask + head, count - head);
+    BlendPixels(source + x, destination + x, mask + x, count - x);
 }
 
 } // namespace HWY_NAMESPACE
