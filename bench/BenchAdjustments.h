@@ -1,0 +1,59 @@
+#pragma once
+
+#include "KVAdjustmentProcessingTemplate.h"
+#include "YDAdjustmentProcessingTemplate.h"
+#include "image/BaseTransformation.h"
+
+#include <QVariant>
+
+#include <functional>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+/// An adjustment to be measured.
+struct BenchAdjustment
+{
+    enum class Road
+    {
+        Vector,  ///< as the library chooses: with vector instructions where there are any
+        Generic, ///< pixel by pixel
+    };
+    using Rule = std::function<void(const RGBA32iImage& image, Road road)>;
+
+    std::string name;     ///< in the catalogue
+    Rule rule;            ///< runs the bare transformation over a picture, in place
+    const char* control;  ///< object name of a control in the panel
+    const char* property; ///< of the control, such as "value"
+    QVariant values[2];   ///< what the property is set to in turn; each asks for a new preview
+};
+
+/// Every adjustment that is measured, a line each.
+const std::vector<BenchAdjustment>& BenchAdjustments();
+
+/// `T` for the generic path only.
+template <class T>
+class GenericOnly : public T
+{
+public:
+    explicit GenericOnly(const T& transformation) : T(transformation) {}
+    bool AllowsVectorProcessing() const override { return false; }
+};
+
+/// The rule of a transformation, iterative or a pixel functor.
+template <class T>
+BenchAdjustment::Rule RuleOf(const T& transformation)
+{
+    if constexpr (std::is_base_of_v<BaseTransformation, T>)
+        return [transformation](const RGBA32iImage& image, BenchAdjustment::Road road) {
+            YDAdjustmentJob job;
+            job.image = image;
+            if (road == BenchAdjustment::Road::Vector)
+                YDAdjustmentProcessingTemplate<T>(nullptr, transformation).Run(job);
+            else
+                YDAdjustmentProcessingTemplate<GenericOnly<T>>(nullptr, GenericOnly<T>(transformation))
+                    .Run(job);
+        };
+    else
+        return RuleOf(YDIterativeAdjustmentTransformation<T>(transformation));
+}

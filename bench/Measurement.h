@@ -1,0 +1,40 @@
+#pragma once
+
+#include "BenchPictures.h"
+
+#include <benchmark/benchmark.h>
+
+#include <functional>
+#include <string>
+
+/// Milliseconds that `operation` takes.
+double TimeOf(const std::function<void()>& operation);
+
+/// What is measured in one row of the report.
+struct BenchRow
+{
+    using OnPictures = std::function<void(const BenchPictures&)>;
+
+    /// One pass; its milliseconds, or a negative number for a pass that gave none.
+    std::function<double(const BenchPictures&)> pass;
+    /// What precedes each pass and is not measured.
+    OnPictures prepare = [](const BenchPictures&) {};
+    /// What follows the last pass.
+    std::function<void()> finish = [] {};
+    /// Whether a pass works through the picture, so that megapixels a second mean something.
+    bool coversPicture = true;
+};
+
+/// Registers `row` under "<megapixels>MP/<name>".
+///
+/// Machines are noisy in ways that no counter shows, so each pass follows a reference pass over a picture
+/// of the same size, and the row reports the median ratio of the two ("ratio") beside the median
+/// milliseconds of both ("ms", "ref_ms") and, where that means something, megapixels a second ("MP/s").
+void RegisterRow(int megapixels, const std::string& name, const BenchRow& row);
+
+/// Registers what is run once, under "<megapixels>MP/<name>", and reports its counters alone.
+void RegisterSingleRow(int megapixels, const std::string& name,
+                       const std::function<void(benchmark::State&)>& measure);
+
+/// Median of `values`; 0 if there are none.
+double Median(std::vector<double> values);
