@@ -1,0 +1,209 @@
+#include "editor/AdjustmentPanel.h"
+
+#include "YDAdjustmentWidget.h"
+#include "editor/Document.h"
+#include "editor/Messages.h"
+#include "editor/PresetMenu.h"
+
+#include <QComboBox>
+#include <QFutureWatcher>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+#include <QtConcurrent>
+
+namespace {
+
+constexpr int Margin = 12;
+constexpr int MinWidthInCharacters = 50;
+
+const AdjustmentEntry& EntryAt(int index) { return AdjustmentCatalog::Entries().at(std::size_t(index)); }
+
+} // namespace
+
+AdjustmentPanel::AdjustmentPanel(QWidget* parent)
+    : QWidget(parent), m_choice(new QComboBox(this)), m_pages(new QStackedWidget(this)),
+      m_presets(new PresetMenu(this)), m_apply(new QPushButton(tr("&Apply"), this)),
+      m_reset(new QPushButton(tr("&Reset"), this)), m_widgets(AdjustmentCatalog::Entries().size()),
+      m_scrollAreas(AdjustmentCatalog::Entries().size())
+{
+    BuildLayout();
+    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries())
+        m_choice->addItem(entry.Title());
+    connect(m_choice, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &AdjustmentPanel::OnChosen);
+    connect(m_apply, &QPushButton::clicked, this, &AdjustmentPanel::Apply);
+    connect(m_reset, &QPushButton::clicked, this, [this] { Widget()->OnReset(); });
+    OnChosen(m_choice->currentIndex());
+}
+
+AdjustmentPanel::~AdjustmentPanel() = default;
+
+void AdjustmentPanel::BuildLayout()
+{
+    m_choice->setObjectName(QStringLiteral("AdjustmentChoice"));
+    m_choice->setAccessibleName(tr("Adjustment"));
+    m_choice->setToolTip(tr("The adjustment that the panel shows"));
+    m_choice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_apply->setObjectName(QStringLiteral("ApplyButton"));
+    m_apply->setToolTip(tr("Apply these settings to the picture"));
+    m_reset->setObjectName(QStringLiteral("ResetButton"));
+    m_reset->setToolTip(tr("Put the settings back to their defaults"));
+
+    auto* const top = new QHBoxLayout;
+    top->setContentsMargins(Margin, Margin, Margin, 0);
+    top->addWidget(m_choice, 1);
+    top->addWidget(m_presets);
+    auto* const buttons = new QHBoxLayout;
+    buttons->setContentsMargins(Margin, 0, Margin, Margin);
+    buttons->addWidget(m_reset);
+    buttons->addStretch();
+    buttons->addWidget(m_apply);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addLayout(top);
+    layout->addWidget(m_pages, 1);
+    layout->addLayout(buttons);
+    setMinimumWidth(fontMetrics().averageCharWidth() * MinWidthInCharacters);
+}
+
+void AdjustmentPanel::SetDocument(Document* document)
+{
+    if (m_document)
+        m_document->disconnect(this);
+    m_document = document;
+    if (document) {
+        connect(document, &Document::PictureChanged, this, &AdjustmentPanel::ShowPicture);
+        connect(document, &Document::LockedChanged, this, &AdjustmentPanel::UpdateButtons);
+        connect(document, &QObject::destroyed, this, [this] { SetDocument(nullptr); });
+    }
+    ShowPicture();
+    UpdateButtons();
+}
+
+void AdjustmentPanel::Choose(const AdjustmentEntry& entry)
+{
+    m_choice->setCurrentIndex(int(&entry - AdjustmentCatalog::Entries().data()));
+}
+
+const AdjustmentEntry& AdjustmentPanel::Chosen() const { return EntryAt(m_current); }
+
+YDAdjustmentWidget* AdjustmentPanel::Widget() const { return m_widgets.at(std::size_t(m_current)); }
+
+void AdjustmentPanel::Apply()
+{
+    if (!m_document || m_document->IsLocked() || m_isApplying)
+        return;
+    m_isApplying = true;
+    m_document->SetLocked(true);
+    setEnabled(false);
+    m_document->WithMask(this, [this](const SelectionMask& mask) { CopyAndApply(mask); });
+}
+
+void AdjustmentPanel::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    ShowPicture();
+}
+
+void AdjustmentPanel::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    ShowPicture();
+}
+
+QWidget* AdjustmentPanel::MakePage(const AdjustmentEntry& entry)
+{
+    auto* const scroll = new QScrollArea(m_pages);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    auto* const content = new QWidget(scroll);
+    YDAdjustmentWidget* const widget = entry.makeWidget(false, content).release();
+    auto* const layout = new QVBoxLayout(content);
+    layout->setContentsMargins(Margin, Margin, Margin, Margin);
+    layout->addWidget(widget);
+    layout->addStretch();
+    scroll->setWidget(content);
+    m_widgets.at(std::size_t(m_current)) = widget;
+    return scroll;
+}
+
+void AdjustmentPanel::OnChosen(int index)
+{
+    if (index < 0)
+        return;
+    if (m_current >= 0)
+        Widget()->SetImage({}, {}, {}, {});
+    m_current = index;
+    QWidget*& page = m_scrollAreas.at(std::size_t(index));
+    if (!page) {
+        page = MakePage(Chosen());
+        m_pages->addWidget(page);
+    }
+    m_pages->setCurrentWidget(page);
+    m_presets->SetTarget(Chosen(), Widget());
+    ShowPicture();
+    UpdateButtons();
+}
+
+/// The panel looks at the picture too: some adjustments show its histogram. A panel that nobody sees holds
+/// none.
+void AdjustmentPanel::ShowPicture()
+{
+    if (m_isApplying)
+        return;
+    const bool isSeen = m_document && isVisible();
+    Widget()->SetImage(isSeen ? m_document->Picture() : RGBA32iImage(), {}, {}, {});
+}
+
+void AdjustmentPanel::UpdateButtons()
+{
+    m_apply->setEnabled(m_document && !m_document->IsLocked() && !m_isApplying);
+}
+
+void AdjustmentPanel::CopyAndApply(const SelectionMask& mask)
+{
+    auto* const watcher = new QFutureWatcher<RGBA32iImage>(this);
+    const QPointer<Document> document = m_document;
+    connect(watcher, &QFutureWatcher<RGBA32iImage>::finished, this, [this, watcher, document, mask] {
+        watcher->deleteLater();
+        ApplyTo(document, watcher->result(), mask);
+    });
+    if (!document) {
+        EndApplying(document);
+        return;
+    }
+    watcher->setFuture(QtConcurrent::run([picture = document->Picture()] { return picture.DeepCopy(); }));
+}
+
+void AdjustmentPanel::ApplyTo(const QPointer<Document>& document, RGBA32iImage copy,
+                              const SelectionMask& mask)
+{
+    if (document && !copy.IsEmpty()) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        Chosen().apply(*Widget(), copy, mask.Coverage(), mask.Offset(), mask.BoundingRect());
+        QGuiApplication::restoreOverrideCursor();
+    }
+    EndApplying(document);
+    if (!document)
+        return;
+    if (copy.IsEmpty()) {
+        Messages::ShowError(this, tr("The adjustment could not be computed."),
+                            tr("There is too little memory for this picture."));
+        return;
+    }
+    document->Commit(copy, Chosen().Title());
+    emit Applied();
+}
+
+void AdjustmentPanel::EndApplying(const QPointer<Document>& document)
+{
+    m_isApplying = false;
+    setEnabled(true);
+    if (document)
+        document->SetLocked(false);
+    ShowPicture();
+    UpdateButtons();
+}

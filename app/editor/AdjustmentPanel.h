@@ -1,0 +1,69 @@
+#pragma once
+
+#include "catalog/AdjustmentCatalog.h"
+#include "image/KVImage.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <vector>
+
+class Document;
+class PresetMenu;
+class QComboBox;
+class QPushButton;
+class QStackedWidget;
+class SelectionMask;
+class YDAdjustmentWidget;
+
+/// Any adjustment of the catalogue as an embedded panel, applied to the current document at a press of a
+/// button.
+///
+/// The picture is copied on the thread pool. The adjustment itself then runs on the GUI thread, as the
+/// widget belongs to it, and on all cores, under a wait cursor.
+class AdjustmentPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit AdjustmentPanel(QWidget* parent = nullptr);
+    ~AdjustmentPanel() override;
+
+    /// Null for no document.
+    void SetDocument(Document* document);
+    void Choose(const AdjustmentEntry& entry);
+    const AdjustmentEntry& Chosen() const;
+    /// The chosen adjustment's widget.
+    YDAdjustmentWidget* Widget() const;
+
+public slots:
+    void Apply();
+
+signals:
+    void Applied();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void BuildLayout();
+    QWidget* MakePage(const AdjustmentEntry& entry);
+    void OnChosen(int index);
+    void ShowPicture();
+    void UpdateButtons();
+    void CopyAndApply(const SelectionMask& mask);
+    void ApplyTo(const QPointer<Document>& document, RGBA32iImage copy, const SelectionMask& mask);
+    void EndApplying(const QPointer<Document>& document);
+
+    QPointer<Document> m_document;
+    QComboBox* m_choice;
+    QStackedWidget* m_pages;
+    PresetMenu* m_presets;
+    QPushButton* m_apply;
+    QPushButton* m_reset;
+    std::vector<YDAdjustmentWidget*> m_widgets; ///< of each entry of the catalogue; null until it is chosen
+    std::vector<QWidget*> m_scrollAreas;
+    int m_current = -1;
+    bool m_isApplying = false;
+};

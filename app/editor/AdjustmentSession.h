@@ -1,0 +1,68 @@
+#pragma once
+
+#include "editor/SelectionMask.h"
+#include "image/KVImage.h"
+
+#include <QObject>
+#include <QPointer>
+
+class AdjustmentDialog;
+class KVDocumentView;
+class YDAdjustmentWidget;
+struct AdjustmentEntry;
+
+/// One run of an adjustment as a dialog, from its opening to OK or Cancel.
+///
+/// Shows the preview in the view while the dialog is open. OK waits for the preview of the last change, in
+/// the widget's own progress dialog if it takes long; a wait that the user aborts leaves the dialog open.
+/// Cancel hides dialog and preview at once, and the session goes when the job behind them has stopped. A
+/// session deletes itself after either.
+class AdjustmentSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    AdjustmentSession(const AdjustmentEntry& entry, KVDocumentView* view, QWidget* parent);
+    ~AdjustmentSession() override;
+
+    AdjustmentDialog* Dialog() const { return m_dialog; }
+    bool IsOpen() const { return m_state == State::Open || m_state == State::Accepting; }
+
+    /// Shows the dialog and starts the first preview. Nobody may write to the picture's pixels from now on.
+    void Start(const RGBA32iImage& picture, const SelectionMask& mask);
+    /// Starts a preview of settings that the widget was given without announcing them.
+    void Restart();
+
+public slots:
+    void Accept();
+    void Reject();
+
+signals:
+    /// The result of the last settings; the dialog is closed.
+    void Accepted(const RGBA32iImage& adjusted);
+    void Rejected();
+
+private:
+    enum class State
+    {
+        Open,
+        Accepting, ///< OK was pressed; the controls are disabled
+        Ended,     ///< the dialog is hidden and delivers nothing any more
+    };
+
+    void ConnectWidget();
+    void FollowPreviewToggle();
+    void OnImageReady();
+    void OnFinished(int result);
+    void AwaitResult();
+    void Deliver();
+    void Reopen();
+    void HideAll();
+
+    QPointer<AdjustmentDialog> m_dialog;
+    YDAdjustmentWidget* const m_widget;
+    QPointer<KVDocumentView> m_view;
+    State m_state = State::Open;
+    bool m_isCurrent = false; ///< the widget's result is newer than the last change
+    bool m_isRetry = false;   ///< OK has computed the result anew already
+};

@@ -1,0 +1,100 @@
+#include "editor/PresetMenu.h"
+
+#include "YDAdjustmentWidget.h"
+#include "editor/Messages.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenu>
+
+PresetMenu::PresetMenu(QWidget* parent) : QToolButton(parent), m_menu(new QMenu(this))
+{
+    setObjectName(QStringLiteral("PresetMenu"));
+    setText(tr("Presets"));
+    setAccessibleName(tr("Presets"));
+    setPopupMode(InstantPopup);
+    setToolButtonStyle(Qt::ToolButtonTextOnly);
+    setMenu(m_menu);
+    connect(m_menu, &QMenu::aboutToShow, this, &PresetMenu::FillMenu);
+}
+
+PresetMenu::~PresetMenu() = default;
+
+void PresetMenu::SetTarget(const AdjustmentEntry& entry, YDAdjustmentWidget* widget)
+{
+    m_entry = &entry;
+    m_widget = widget;
+    const bool hasPresets = entry.makeSettings()->HasPreset();
+    setEnabled(hasPresets);
+    setToolTip(hasPresets ? tr("Store these settings, or bring stored ones back")
+                          : tr("The settings of this adjustment cannot be stored"));
+}
+
+void PresetMenu::Load(const QString& path)
+{
+    if (!m_widget)
+        return;
+    const PresetStore::ReadResult preset = PresetStore(*m_entry).Read(path);
+    if (!preset.settings) {
+        Messages::ShowError(window(), tr("The preset cannot be used."), preset.error);
+        return;
+    }
+    preset.settings->ShowIn(*m_widget);
+    emit Loaded();
+}
+
+void PresetMenu::Save(const QString& path)
+{
+    if (!m_widget)
+        return;
+    const std::unique_ptr<AdjustmentSettings> settings = m_entry->makeSettings();
+    settings->TakeFrom(*m_widget);
+    const QString error = PresetStore::Write(path, *settings);
+    if (!error.isEmpty())
+        Messages::ShowError(window(), tr("The preset cannot be stored."), error);
+}
+
+void PresetMenu::FillMenu()
+{
+    m_menu->clear();
+    if (!m_widget)
+        return;
+    const QStringList files = PresetStore(*m_entry).Files();
+    for (const QString& path : files) {
+        QString name = QFileInfo(path).completeBaseName();
+        // A single ampersand would underline what follows it.
+        m_menu->addAction(name.replace(QLatin1Char('&'), QLatin1String("&&")), this,
+                          [this, path] { Load(path); });
+    }
+    if (files.isEmpty())
+        m_menu->addAction(tr("No presets stored yet"))->setEnabled(false);
+    m_menu->addSeparator();
+    m_menu->addAction(tr("&Load…"), this, &PresetMenu::OnLoad);
+    m_menu->addAction(tr("&Save…"), this, &PresetMenu::OnSave);
+}
+
+void PresetMenu::OnLoad()
+{
+    const QString path =
+        QFileDialog::getOpenFileName(window(), tr("Load Preset"), DialogFolder(), PresetStore::FileFilter());
+    if (!path.isEmpty())
+        Load(path);
+}
+
+void PresetMenu::OnSave()
+{
+    QFileDialog dialog(window(), tr("Save Preset"), DialogFolder(), PresetStore::FileFilter());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(PresetStore::Suffix());
+    if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty())
+        Save(dialog.selectedFiles().constFirst());
+}
+
+/// The presets' own folder, which the dialog can only show once it exists.
+QString PresetMenu::DialogFolder() const
+{
+    const QString folder = PresetStore(*m_entry).Folder();
+    QDir().mkpath(folder);
+    return folder;
+}

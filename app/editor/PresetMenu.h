@@ -1,0 +1,40 @@
+#pragma once
+
+#include "editor/PresetStore.h"
+
+#include <QPointer>
+#include <QToolButton>
+
+class QMenu;
+
+/// The button "Presets": stores the settings of an adjustment's widget in files and brings them back.
+class PresetMenu : public QToolButton
+{
+    Q_OBJECT
+
+public:
+    explicit PresetMenu(QWidget* parent = nullptr);
+    ~PresetMenu() override;
+
+    /// Works for `widget`, one of `entry`, from now on. An adjustment without presets disables the button.
+    void SetTarget(const AdjustmentEntry& entry, YDAdjustmentWidget* widget);
+
+    /// Shows the settings of the file in the widget; one that cannot be used leaves them as they are and
+    /// says why.
+    void Load(const QString& path);
+    void Save(const QString& path);
+
+signals:
+    /// Stored settings are shown in the widget, which has announced nothing.
+    void Loaded();
+
+private:
+    void FillMenu();
+    void OnLoad();
+    void OnSave();
+    QString DialogFolder() const;
+
+    const AdjustmentEntry* m_entry = nullptr;
+    QPointer<YDAdjustmentWidget> m_widget;
+    QMenu* m_menu;
+};
