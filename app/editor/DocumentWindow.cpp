@@ -1,0 +1,187 @@
+#include "editor/DocumentWindow.h"
+
+#include "catalog/AdjustmentCatalog.h"
+#include "editor/AdjustmentDialog.h"
+#include "editor/AdjustmentSession.h"
+#include "editor/Messages.h"
+#include "editor/SaveDialog.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <QScreen>
+#include <QVBoxLayout>
+
+DocumentWindow::DocumentWindow(const OpenedPicture& opened, QWidget* parent)
+    : QWidget(parent), m_document(opened), m_view(new KVDocumentView(this))
+{
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_view);
+    // The main window takes what is dropped.
+    m_view->setAcceptDrops(false);
+    m_view->viewport()->setAcceptDrops(false);
+    m_view->setFrameShape(QFrame::NoFrame);
+    setFocusProxy(m_view);
+    m_view->SetImage(m_document.Picture());
+    connect(&m_document, &Document::PictureChanged, this, [this] { m_view->SetImage(m_document.Picture()); });
+    connect(&m_document, &Document::SelectionChanged, this,
+            [this] { m_view->SetSelectionOutline(m_document.Selection()); });
+    connect(&m_document, &Document::ModifiedChanged, this, &QWidget::setWindowModified);
+    connect(&m_document, &Document::PathChanged, this, &DocumentWindow::UpdateTitle);
+    connect(&m_document, &Document::LockedChanged, this, &DocumentWindow::StateChanged);
+    connect(m_view, &KVDocumentView::SelectionDrawn, this, &DocumentWindow::OnSelectionDrawn);
+    connect(m_view, &KVDocumentView::SelectionCleared, this, [this] {
+        if (!m_document.IsLocked())
+            m_document.SelectNone();
+    });
+    connect(&m_saver, &PictureSaver::BusyChanged, this, &DocumentWindow::StateChanged);
+    connect(&m_saver, &PictureSaver::Saved, this, &DocumentWindow::OnSaved);
+    connect(&m_saver, &PictureSaver::Failed, this, &DocumentWindow::OnSaveFailed);
+    UpdateTitle();
+}
+
+DocumentWindow::~DocumentWindow()
+{
+    if (m_session) {
+        m_session->disconnect(this);
+        m_session->Reject();
+    }
+}
+
+AdjustmentSession* DocumentWindow::Session() const
+{
+    return m_session && m_session->IsOpen() ? m_session.data() : nullptr;
+}
+
+void DocumentWindow::RunAdjustment(const AdjustmentEntry& entry)
+{
+    if (m_document.IsLocked())
+        return;
+    m_document.SetLocked(true);
+    m_document.WithMask(this, [this, &entry](const SelectionMask& mask) { StartSession(entry, mask); });
+}
+
+void DocumentWindow::StartSession(const AdjustmentEntry& entry, const SelectionMask& mask)
+{
+    // The session outlives this window when it is closed while a job is still stopping.
+    auto* const session = new AdjustmentSession(entry, m_view, window());
+    m_session = session;
+    connect(session, &AdjustmentSession::Accepted, this,
+            [this, session, &entry](const RGBA32iImage& adjusted) {
+                m_document.Commit(adjusted, entry.Title());
+                EndSession(session);
+            });
+    connect(session, &AdjustmentSession::Rejected, this, [this, session] { EndSession(session); });
+    connect(session, &QObject::destroyed, this, &DocumentWindow::EndSession);
+    PlaceDialog(session->Dialog());
+    session->Start(m_document.Picture(), mask);
+    emit StateChanged();
+    emit SessionStarted(session);
+}
+
+/// A session that has ended may live on while a job stops, and no longer counts here.
+void DocumentWindow::EndSession(QObject* session)
+{
+    session->disconnect(this);
+    m_document.SetLocked(false);
+    emit StateChanged();
+}
+
+/// At the right end of the picture, where the dialog hides as little of it as possible.
+void DocumentWindow::PlaceDialog(QWidget* dialog) const
+{
+    constexpr int Gap = 24;
+    dialog->adjustSize();
+    const QSize size = dialog->size();
+    const QRect view(m_view->mapToGlobal(QPoint(0, 0)), m_view->size());
+    QPoint place(view.right() - size.width() - Gap, view.top() + Gap);
+    if (const QScreen* const screen = m_view->screen()) {
+        const QRect room = screen->availableGeometry() | window()->geometry();
+        place.setX(qBound(room.left(), place.x(), qMax(room.left(), room.right() - size.width())));
+        place.setY(qBound(room.top(), place.y(), qMax(room.top(), room.bottom() - size.height())));
+    }
+    dialog->move(place);
+}
+
+void DocumentWindow::Save()
+{
+    if (!m_document.IsLocked() && !IsSaving())
+        SaveTo(m_document.Path(), m_document.Format(), m_quality);
+}
+
+void DocumentWindow::SaveAs()
+{
+    if (m_document.IsLocked() || IsSaving())
+        return;
+    const SaveDialog::Answer answer = SaveDialog::Ask(window(), m_document.Path(), m_quality);
+    if (!answer.path.isEmpty())
+        SaveTo(answer.path, answer.format, answer.quality);
+}
+
+void DocumentWindow::SaveTo(const QString& path, const QByteArray& format, int quality)
+{
+    m_saver.Save({path, format, quality, m_document.Picture(), m_document.Metadata()});
+}
+
+void DocumentWindow::OnSelectionDrawn(const QRectF& area, KVDocumentView::SelectionTool tool)
+{
+    if (m_document.IsLocked())
+        return;
+    QPainterPath shape;
+    if (tool == KVDocumentView::SelectionTool::Ellipse)
+        shape.addEllipse(area);
+    else
+        shape.addRect(area);
+    m_document.Select(shape);
+}
+
+void DocumentWindow::OnSaved(const SaveRequest& request, const QString& warning)
+{
+    m_quality = request.quality;
+    m_document.MarkSaved(request.picture, request.path, request.format);
+    emit Saved(request.path);
+    if (!warning.isEmpty())
+        Messages::ShowNote(window(), tr("“%1” was saved.").arg(m_document.Name()), warning);
+    if (!m_closeAfterSave)
+        return;
+    m_closeAfterSave = false;
+    // The tab around this window goes with it.
+    parentWidget() ? parentWidget()->close() : close();
+}
+
+void DocumentWindow::OnSaveFailed(const QString& error)
+{
+    m_closeAfterSave = false;
+    Messages::ShowError(window(), tr("The picture could not be saved."), error);
+}
+
+void DocumentWindow::closeEvent(QCloseEvent* event)
+{
+    if (m_session)
+        m_session->Reject();
+    event->setAccepted(MayClose());
+}
+
+bool DocumentWindow::MayClose()
+{
+    if (IsSaving()) {
+        m_closeAfterSave = true;
+        return false;
+    }
+    if (!m_document.IsModified())
+        return true;
+    QMessageBox question(QMessageBox::Question, QGuiApplication::applicationDisplayName(),
+                         tr("Save the changes to “%1”?").arg(m_document.Name()),
+                         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, window());
+    question.setInformativeText(tr("Without saving, the changes are lost."));
+    question.setDefaultButton(QMessageBox::Save);
+    const int answer = question.exec();
+    if (answer == QMessageBox::Save && !m_document.IsLocked()) {
+        m_closeAfterSave = true;
+        Save();
+    }
+    return answer == QMessageBox::Discard;
+}
+
+void DocumentWindow::UpdateTitle() { setWindowTitle(m_document.Name() + QLatin1String("[*]")); }

@@ -1,0 +1,48 @@
+#include "editor/ColorScheme.h"
+#include "editor/EditorOptions.h"
+#include "editor/MainWindow.h"
+#include "editor/RenderCommand.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+constexpr int WrongCall = 2;
+
+int Run(const EditorOptions& options)
+{
+    ColorScheme::Apply(options.colorScheme.value_or(ColorScheme::Stored()));
+    MainWindow window;
+    std::unique_ptr<RenderCommand> render;
+    window.show();
+    if (options.isRender) {
+        render = std::make_unique<RenderCommand>(window, options);
+        render->Start();
+    } else if (!options.pictures.isEmpty()) {
+        window.Open(options.pictures);
+    }
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    const QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui"));
+    QCoreApplication::setApplicationName(QStringLiteral("adjust-editor"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(EDITOR_VERSION));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Adjust Editor"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("adjust-editor"));
+    const EditorOptions options = EditorOptions::Parse(QCoreApplication::arguments());
+    if (!options.error.isEmpty()) {
+        std::fprintf(stderr, "adjust-editor: %s\n", qPrintable(options.error));
+        return WrongCall;
+    }
+    return Run(options);
+}
