@@ -1,0 +1,25 @@
+# What an installation holds besides the libraries, headers and programs that their own folders install: the
+# package files by which CMake and pkg-config find the library.
+include(CMakePackageConfigHelpers)
+
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/adjustmentgui")
+if(NOT ADJUSTMENTGUI_HOST)
+    install(EXPORT adjustmentgui-host
+        FILE adjustmentgui-host-targets.cmake NAMESPACE host:: DESTINATION ${package_dir})
+endif()
+install(EXPORT adjustmentgui
+    FILE adjustmentgui-targets.cmake NAMESPACE adjustmentgui:: DESTINATION ${package_dir})
+configure_package_config_file(
+    "${PROJECT_SOURCE_DIR}/packaging/adjustmentgui-config.cmake.in"
+    "${PROJECT_BINARY_DIR}/adjustmentgui-config.cmake"
+    INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(
+    "${PROJECT_BINARY_DIR}/adjustmentgui-config-version.cmake" COMPATIBILITY SameMinorVersion)
+install(FILES
+    "${PROJECT_BINARY_DIR}/adjustmentgui-config.cmake"
+    "${PROJECT_BINARY_DIR}/adjustmentgui-config-version.cmake"
+    DESTINATION ${package_dir})
+
+configure_file("${PROJECT_SOURCE_DIR}/packaging/adjustmentgui.pc.in"
+    "${PROJECT_BINARY_DIR}/adjustmentgui.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/adjustmentgui.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,24 @@
+#include <YDBrightnessContrastWidget.h>
+#include <image/KVImage.h>
+#include <utilities/AVX2LIB.h>
+
+#include <QApplication>
+#include <QDebug>
+
+int main(int argc, char** argv)
+{
+    const QApplication application(argc, argv);
+    YDBrightnessContrastWidget panel(false, nullptr, Qt::WindowFlags());
+    YDBrightnessContrastWidget::Params params;
+    params.brightness = 20;
+    panel.SetValue(params);
+
+    QImage photo(64, 48, QImage::Format_RGB32);
+    photo.fill(qRgb(100, 110, 120));
+    RGBA32iImage image = ImageFromQImage(photo);
+    panel.ConvertImage(image, RGBA32iImage(), QPoint(), QRect());
+    const QRgb adjusted = ImageToQImage(image).pixel(63, 47);
+    qInfo("adjusted %d %d %d, vector kernels %s", qRed(adjusted), qGreen(adjusted), qBlue(adjusted),
+          AVX2LIB::Instance() ? "found" : "missing");
+    return adjusted == qRgb(120, 130, 140) ? 0 : 1;
+}
