@@ -1,5 +1,7 @@
 #include "gui/KVDocumentView.h"
 
+#include "image/ParallelRows.h"
+
 #include <QApplication>
 #include <QGraphicsScene>
 #include <QKeyEvent>
@@ -7,11 +9,15 @@
 #include <QPaintEvent>
 #include <QPainter>
 
-#include <cstdlib>
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
 constexpr int DarkestLightGrey = 128;
+/// Repaints of more device pixels are shared between the cores.
+constexpr double MostPixelsDrawnAlone = 1 << 19;
+constexpr int RowsPerBand = 64; ///< view units
 const QColor LightSurroundings(184, 184, 184);
 const QColor DarkSurroundings(43, 43, 43);
 
@@ -34,7 +40,8 @@ QPainterPath ShapeIn(const QRectF& area, KVDocumentView::SelectionTool tool)
 
 } // namespace
 
-KVDocumentView::KVDocumentView(QWidget* parent) : ZoomView(parent)
+KVDocumentView::KVDocumentView(QWidget* parent)
+    : ZoomView(parent), m_before(this), m_after(this), m_ants(this), m_draft(this)
 {
     setScene(new QGraphicsScene(this));
     setSceneRect(0, 0, 0, 0);
@@ -119,8 +126,14 @@ void KVDocumentView::paintEvent(QPaintEvent* event)
 {
     {
         QPainter painter(viewport());
+        const Frame frame = CurrentFrame();
+        const double ratio = devicePixelRatioF();
+        const bool isWhole = ratio == std::floor(ratio); // threads draw whole units
         for (const QRect& area : event->region())
-            DrawPictures(painter, area);
+            if (isWhole && area.width() * ratio * area.height() * ratio > MostPixelsDrawnAlone)
+                DrawPicturesOnAllCores(painter, area, frame);
+            else
+                DrawPictures(painter, area, frame);
     }
     ZoomView::paintEvent(event);
     QPainter painter(viewport());
@@ -154,6 +167,7 @@ void KVDocumentView::hideEvent(QHideEvent* event)
 {
     ZoomView::hideEvent(event);
     m_ants.SetVisible(false);
+    m_canvas = {};
     CancelGesture();
 }
 
@@ -220,26 +234,59 @@ bool KVDocumentView::IsSplitterShown() const
     return !m_isSplitterHidden && !Image().IsEmpty() && !Preview().IsEmpty();
 }
 
-void KVDocumentView::DrawPictures(QPainter& painter, const QRect& area) const
+KVDocumentView::Frame KVDocumentView::CurrentFrame() const
 {
-    const bool isDark = IsDark(palette());
-    painter.fillRect(area, isDark ? DarkSurroundings : LightSurroundings);
-    if (Image().IsEmpty())
-        return;
-    const PictureLayer::Placement place = CurrentPlacement();
-    if (Preview().IsEmpty() || m_after.IsAwaitingFirstCopy()) {
-        m_before.Draw(painter, place, area, isDark);
+    Frame frame;
+    frame.placement = CurrentPlacement();
+    frame.visible = VisiblePicture();
+    frame.hasAfter = !Preview().IsEmpty() && !m_after.IsAwaitingFirstCopy();
+    frame.split = IsSplitterShown() ? m_splitter.Position(frame.visible) : frame.visible.left();
+    frame.isDark = IsDark(palette());
+    return frame;
+}
+
+void KVDocumentView::DrawPictures(QPainter& painter, const QRect& area, const Frame& frame) const
+{
+    painter.fillRect(area, frame.isDark ? DarkSurroundings : LightSurroundings);
+    if (!frame.hasAfter) {
+        m_before.Draw(painter, frame.placement, area, frame.isDark);
         return;
     }
-    QRect afterArea = area & VisiblePicture(); // a preview may be larger
-    if (IsSplitterShown()) {
-        const int split = m_splitter.Position(VisiblePicture());
-        QRect beforeArea = area;
-        beforeArea.setRight(std::min(area.right(), split - 1));
-        afterArea.setLeft(std::max(area.left(), split));
-        m_before.Draw(painter, place, beforeArea, isDark);
+    const QRect picture = area & frame.visible; // a preview may be larger
+    QRect before = picture;
+    before.setRight(std::min(picture.right(), frame.split - 1));
+    QRect after = picture;
+    after.setLeft(std::max(picture.left(), frame.split));
+    m_before.Draw(painter, frame.placement, before, frame.isDark);
+    m_after.Draw(painter, frame.placement, after, frame.isDark);
+}
+
+void KVDocumentView::DrawPicturesOnAllCores(QPainter& painter, const QRect& area, const Frame& frame)
+{
+    const int ratio = qRound(devicePixelRatioF());
+    const QSize size = viewport()->size() * ratio;
+    if (m_canvas.size() != size)
+        m_canvas = QImage(size, QImage::Format_RGB32);
+    if (m_canvas.isNull()) {
+        DrawPictures(painter, area, frame);
+        return;
     }
-    m_after.Draw(painter, place, afterArea, isDark);
+    uchar* const pixels = m_canvas.bits();
+    const int bytesPerLine = m_canvas.bytesPerLine();
+    const auto rows = [&](int first, int last) {
+        QImage image(pixels + qsizetype(first) * ratio * bytesPerLine, size.width(), (last - first) * ratio,
+                     bytesPerLine, QImage::Format_RGB32);
+        image.setDevicePixelRatio(ratio);
+        return image;
+    };
+    ForEachRowBand(area.top(), area.bottom() + 1, RowsPerBand, nullptr, [&](int first, int last) {
+        QImage band = rows(first, last);
+        QPainter bandPainter(&band);
+        bandPainter.translate(0, -first);
+        DrawPictures(bandPainter, QRect(area.left(), first, area.width(), last - first), frame);
+    });
+    const QRect source(area.left() * ratio, 0, area.width() * ratio, area.height() * ratio);
+    painter.drawImage(area, rows(area.top(), area.bottom() + 1), source);
 }
 
 void KVDocumentView::DrawOverlay(QPainter& painter, const QRect& area)

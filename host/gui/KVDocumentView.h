@@ -6,6 +6,8 @@
 #include "gui/SelectionDrag.h"
 #include "gui/ZoomView.h"
 
+#include <QImage>
+
 /// Shows one picture, beside it the same picture as an adjustment would leave it, and a selection.
 ///
 /// Scene coordinates are picture pixels: the scene rectangle is the picture. Mouse events reach the scene
@@ -88,11 +90,23 @@ private:
         DrawSelection
     };
 
+    /// What a repaint needs to know of the view, so that threads need not ask a widget.
+    struct Frame
+    {
+        PictureLayer::Placement placement;
+        QRect visible; ///< part of the picture
+        int split = 0; ///< first column of the after side
+        bool isDark = false;
+        bool hasAfter = false;
+    };
+
+    Frame CurrentFrame() const;
     PictureLayer::Placement CurrentPlacement() const { return {ToView({0, 0}), Scale()}; }
     QRect VisiblePicture() const;
     QSize PictureSize() const { return {Image().Width(), Image().Height()}; }
     bool IsSplitterShown() const;
-    void DrawPictures(QPainter& painter, const QRect& area) const;
+    void DrawPictures(QPainter& painter, const QRect& area, const Frame& frame) const;
+    void DrawPicturesOnAllCores(QPainter& painter, const QRect& area, const Frame& frame);
     void DrawOverlay(QPainter& painter, const QRect& area);
 
     bool BeginGesture(const QMouseEvent& event);
@@ -103,6 +117,7 @@ private:
 
     PictureLayer m_before;
     PictureLayer m_after;
+    QImage m_canvas; ///< what threads draw a large repaint into; null until there was one
     bool m_isSplitterHidden = false;
     BeforeAfterSplitter m_splitter;
     MarchingAnts m_ants;  ///< around the selection

@@ -32,8 +32,9 @@ QRect Around(const QRectF& bounds)
 
 } // namespace
 
-MarchingAnts::MarchingAnts(QObject* parent) : QObject(parent)
+MarchingAnts::MarchingAnts(QObject* parent) : QObject(parent), m_timer(this)
 {
+    m_timer.setObjectName(QStringLiteral("marchingAnts"));
     m_timer.setInterval(StepMs);
     connect(&m_timer, &QTimer::timeout, this, [this] {
         m_phase = (m_phase + 1) % (2 * DashLength);

@@ -147,9 +147,13 @@ PictureLayer::Cells PictureLayer::CellsFor(const QRectF& visible, const Placemen
     const bool isDirect = Wanted().factor == 1 || (m_copy.pixels.IsEmpty() && m_zoom >= SmallestDirectZoom);
     const QRect part = CellsIn(visible, placement, 1, SizeOf(m_picture));
     if (isDirect && std::max(part.width(), part.height()) <= LongestDrawnSide) {
-        const bool isOpaque = Wanted().factor == 1 && (IsKnownOpaque() || IsOpaque(m_picture, part));
-        const QImage::Format format = isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32;
-        return {ViewOf(m_picture, part, format), part.topLeft(), 1};
+        const bool isAtLeastHalf = Wanted().factor == 1;
+        const bool isOpaque = isAtLeastHalf && (IsKnownOpaque() || IsOpaque(m_picture, part));
+        const QImage view = ViewOf(m_picture, part, isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32);
+        if (isOpaque || !isAtLeastHalf || m_zoom >= 1)
+            return {view, part.topLeft(), 1};
+        // Smooth scaling of plain ARGB32 costs QPainter more than this and the scaling together.
+        return {view.convertToFormat(QImage::Format_ARGB32_Premultiplied), part.topLeft(), 1};
     }
     if (!m_copy.pixels.IsEmpty()) {
         const QRect copyPart = CellsIn(visible, placement, m_copy.factor, SizeOf(m_copy.pixels));
