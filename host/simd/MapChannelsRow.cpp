@@ -71,73 +71,68 @@ private:
 
 #else
 
-constexpr size_t Piece = 16;        // entries that a byte shuffle looks up
-constexpr size_t Group = 4 * Piece; // what bits 4 and 5 of a value choose a piece from
+constexpr size_t Piece = 16;              // entries that a byte shuffle looks up
+constexpr size_t Quarter = TableSize / 4; // bits 6 and 7 of a value choose one
 
-/// Indices of bytes in the pieces of a group. A byte shuffle answers 0 for an index with the top bit set;
-/// so a piece is left out for the values that lack bit 4 or 5.
+/// Indices of bytes in one piece of each quarter. A byte shuffle reads the low four bits of an index, and
+/// answers 0 for one with the top bit set; so a quarter is left out for the values that lack bit 6 or 7.
 struct PieceIndices
 {
     explicit HWY_INLINE PieceIndices(Bytes values)
     {
         const ByteTag d;
-        const hn::Repartition<uint16_t, ByteTag> d16;
-        const Bytes top = hn::Set(d, uint8_t(0x80));
-        const auto words = hn::BitCast(d16, values); // there is no shift of bytes
-        const Bytes lacksBit4 = hn::AndNot(hn::BitCast(d, hn::ShiftLeft<3>(words)), top);
-        const Bytes lacksBit5 = hn::AndNot(hn::BitCast(d, hn::ShiftLeft<2>(words)), top);
-        always = hn::And(values, hn::Set(d, uint8_t(Piece - 1)));
-        withBit4 = hn::Or(always, lacksBit4);
-        withBit5 = hn::Or(always, lacksBit5);
-        withBoth = hn::Or(withBit4, lacksBit5);
+        always = hn::And(values, hn::Set(d, uint8_t(0x7f)));
+        withBit6 = hn::Add(always, hn::Set(d, uint8_t(0xc0))); // bit 6 carries the top bit away
+        withBit7 = hn::Xor(values, hn::Set(d, uint8_t(0x80)));
+        withBoth = hn::Or(withBit6, withBit7);
     }
 
-    Bytes always, withBit4, withBit5, withBoth;
+    Bytes always, withBit6, withBit7, withBoth;
 };
 
-/// A table for byte shuffles. In each group the pieces p0 to p3 are kept as p0, p0 ^ p1, p0 ^ p2 and
-/// p0 ^ p1 ^ p2 ^ p3: each piece is then the exclusive or of those whose number has no bit that its own
-/// lacks.
+/// A table for byte shuffles. Its quarters q0 to q3 are kept as q0, q0 ^ q1, q0 ^ q2 and q0 ^ q1 ^ q2 ^ q3:
+/// each quarter is then the exclusive or of those whose number has no bit that its own lacks.
 class alignas(Piece) PreparedTable
 {
 public:
     explicit PreparedTable(const uint8_t* table)
     {
-        for (size_t group = 0; group < TableSize; group += Group) {
-            const uint8_t* const from = table + group;
-            uint8_t* const to = m_pieces + group;
-            for (size_t i = 0; i < Piece; ++i) {
-                to[i] = from[i];
-                to[Piece + i] = from[i] ^ from[Piece + i];
-                to[2 * Piece + i] = from[i] ^ from[2 * Piece + i];
-                to[3 * Piece + i] = to[Piece + i] ^ from[2 * Piece + i] ^ from[3 * Piece + i];
-            }
+        for (size_t i = 0; i < Quarter; ++i) {
+            const uint8_t* const q = table + i;
+            m_quarters[i] = q[0];
+            m_quarters[Quarter + i] = q[0] ^ q[Quarter];
+            m_quarters[2 * Quarter + i] = q[0] ^ q[2 * Quarter];
+            m_quarters[3 * Quarter + i] = q[0] ^ q[Quarter] ^ q[2 * Quarter] ^ q[3 * Quarter];
         }
     }
 
     HWY_INLINE Bytes LookUp(Bytes values) const
     {
         const ByteTag d;
+        const hn::Repartition<uint16_t, ByteTag> d16;
         const PieceIndices indices(values);
-        const Bytes bit6 = hn::Add(values, values);
-        const Bytes low = Choose(bit6, LookUpInGroup(1, indices), LookUpInGroup(0, indices));
-        const Bytes high = Choose(bit6, LookUpInGroup(3, indices), LookUpInGroup(2, indices));
-        return Choose(values, high, low);
+        const auto words = hn::BitCast(d16, values); // there is no shift of bytes
+        const Bytes bit4 = hn::BitCast(d, hn::ShiftLeft<3>(words));
+        const Bytes bit5 = hn::BitCast(d, hn::ShiftLeft<2>(words));
+        const Bytes low = Choose(bit4, LookUpInPiece(1, indices), LookUpInPiece(0, indices));
+        const Bytes high = Choose(bit4, LookUpInPiece(3, indices), LookUpInPiece(2, indices));
+        return Choose(bit5, high, low);
     }
 
 private:
-    HWY_INLINE Bytes LookUpInGroup(size_t group, const PieceIndices& indices) const
+    /// What the values are mapped to if they lie in this piece of their quarter.
+    HWY_INLINE Bytes LookUpInPiece(size_t piece, const PieceIndices& indices) const
     {
         const ByteTag d;
-        const uint8_t* const pieces = m_pieces + group * Group;
-        const Bytes p0 = hn::TableLookupBytesOr0(hn::LoadDup128(d, pieces), indices.always);
-        const Bytes p1 = hn::TableLookupBytesOr0(hn::LoadDup128(d, pieces + Piece), indices.withBit4);
-        const Bytes p2 = hn::TableLookupBytesOr0(hn::LoadDup128(d, pieces + 2 * Piece), indices.withBit5);
-        const Bytes p3 = hn::TableLookupBytesOr0(hn::LoadDup128(d, pieces + 3 * Piece), indices.withBoth);
-        return hn::Xor3(hn::Xor(p0, p1), p2, p3);
+        const uint8_t* const q = m_quarters + piece * Piece;
+        const Bytes q0 = hn::TableLookupBytesOr0(hn::LoadDup128(d, q), indices.always);
+        const Bytes q1 = hn::TableLookupBytesOr0(hn::LoadDup128(d, q + Quarter), indices.withBit6);
+        const Bytes q2 = hn::TableLookupBytesOr0(hn::LoadDup128(d, q + 2 * Quarter), indices.withBit7);
+        const Bytes q3 = hn::TableLookupBytesOr0(hn::LoadDup128(d, q + 3 * Quarter), indices.withBoth);
+        return hn::Xor3(hn::Xor(q0, q1), q2, q3);
     }
 
-    uint8_t m_pieces[TableSize];
+    uint8_t m_quarters[TableSize];
 };
 
 #endif
