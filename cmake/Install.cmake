@@ -23,3 +23,11 @@ install(FILES
 configure_file("${PROJECT_SOURCE_DIR}/packaging/adjustmentgui.pc.in"
     "${PROJECT_BINARY_DIR}/adjustmentgui.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/adjustmentgui.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+if(ADJUSTMENTGUI_BUILD_APPS)
+    install(FILES packaging/adjust-editor.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+    install(FILES packaging/adjustmentgui.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+    install(FILES packaging/adjust-editor.svg
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+    install(FILES packaging/adjust-editor.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+endif()
