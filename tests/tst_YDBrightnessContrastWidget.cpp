@@ -111,8 +111,6 @@ private slots:
     void AReadOnlyStreamLogsTheFailedWrite();
     void RecordsFromOutsideAreShownAndAppliedWithoutHarm_data();
     void RecordsFromOutsideAreShownAndAppliedWithoutHarm();
-    void TheRuleGivesTheLevelsOfItsFormula_data();
-    void TheRuleGivesTheLevelsOfItsFormula();
     void NeutralSettingsChangeNoPixel();
     void ConversionChangesThePixelsHandedIn();
     void ThePreviewEqualsTheConversion();
@@ -329,37 +327,6 @@ void TestYDBrightnessContrastWidget::RecordsFromOutsideAreShownAndAppliedWithout
     QVERIFY(f.brightnessSpin->value() >= -127 && f.brightnessSpin->value() <= 127);
     Converted(f.widget, Ramp(20, 20));
     QCOMPARE(Level(value, 0, 100), Level(value < 0 ? -127 : 127, 0, 100));
-}
-
-void TestYDBrightnessContrastWidget::TheRuleGivesTheLevelsOfItsFormula_data()
-{
-    QTest::addColumn<int>("brightness");
-    QTest::addColumn<int>("contrast");
-    QTest::addColumn<int>("level");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("neutral, black") << 0 << 0 << 0 << 0;
-    QTest::newRow("neutral, white") << 0 << 0 << 255 << 255;
-    QTest::newRow("brighter") << 30 << 0 << 100 << 130;
-    QTest::newRow("brighter is clamped") << 30 << 0 << 240 << 255;
-    QTest::newRow("darker is clamped") << -30 << 0 << 20 << 0;
-    // (200 - 127.5) * 117 / 127 + 127.5 = 194.29
-    QTest::newRow("less contrast") << 0 << -10 << 200 << 194;
-    // (200 - 127.5) * 127 / 117 + 127.5 = 206.197
-    QTest::newRow("more contrast") << 0 << 10 << 200 << 206;
-    // (50 + 30 - 127.5) * 117 / 127 + 127.5 = 83.74
-    QTest::newRow("brightness before contrast") << 30 << -10 << 50 << 84;
-    QTest::newRow("no contrast at all is mid grey") << 0 << -127 << 3 << 128;
-    QTest::newRow("full contrast, below mid grey") << 0 << 127 << 127 << 0;
-    QTest::newRow("full contrast, above mid grey") << 0 << 127 << 128 << 255;
-}
-
-void TestYDBrightnessContrastWidget::TheRuleGivesTheLevelsOfItsFormula()
-{
-    QFETCH(int, brightness);
-    QFETCH(int, contrast);
-    QFETCH(int, level);
-    QFETCH(int, expected);
-    QCOMPARE(int(Level(brightness, contrast, quint8(level))), expected);
 }
 
 void TestYDBrightnessContrastWidget::NeutralSettingsChangeNoPixel()
