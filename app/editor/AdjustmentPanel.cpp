@@ -1,19 +1,18 @@
 #include "editor/AdjustmentPanel.h"
 
 #include "YDAdjustmentWidget.h"
+#include "editor/BackgroundTask.h"
 #include "editor/Document.h"
 #include "editor/Messages.h"
 #include "editor/PresetMenu.h"
 
 #include <QComboBox>
-#include <QFutureWatcher>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <QVBoxLayout>
-#include <QtConcurrent>
 
 namespace {
 
@@ -97,9 +96,12 @@ void AdjustmentPanel::Apply()
     if (!m_document || m_document->IsLocked() || m_isApplying)
         return;
     m_isApplying = true;
-    m_document->SetLocked(true);
+    m_focus = focusWidget();
     setEnabled(false);
-    m_document->WithMask(this, [this](const SelectionMask& mask) { CopyAndApply(mask); });
+    const QPointer<Document> document = m_document;
+    document->SetLocked(true);
+    connect(document, &QObject::destroyed, this, &AdjustmentPanel::EndApplying);
+    document->WithMask(this, [this, document](const SelectionMask& mask) { CopyAndApply(document, mask); });
 }
 
 void AdjustmentPanel::showEvent(QShowEvent* event)
@@ -163,32 +165,26 @@ void AdjustmentPanel::UpdateButtons()
     m_apply->setEnabled(m_document && !m_document->IsLocked() && !m_isApplying);
 }
 
-void AdjustmentPanel::CopyAndApply(const SelectionMask& mask)
+void AdjustmentPanel::CopyAndApply(const QPointer<Document>& document, const SelectionMask& mask)
 {
-    auto* const watcher = new QFutureWatcher<RGBA32iImage>(this);
-    const QPointer<Document> document = m_document;
-    connect(watcher, &QFutureWatcher<RGBA32iImage>::finished, this, [this, watcher, document, mask] {
-        watcher->deleteLater();
-        ApplyTo(document, watcher->result(), mask);
-    });
-    if (!document) {
-        EndApplying(document);
-        return;
-    }
-    watcher->setFuture(QtConcurrent::run([picture = document->Picture()] { return picture.DeepCopy(); }));
+    BackgroundTask::Run(
+        this, [picture = document->Picture()] { return picture.DeepCopy(); },
+        [this, document, mask](const RGBA32iImage& copy) { ApplyTo(document, copy, mask); });
 }
 
 void AdjustmentPanel::ApplyTo(const QPointer<Document>& document, RGBA32iImage copy,
                               const SelectionMask& mask)
 {
-    if (document && !copy.IsEmpty()) {
+    if (!document)
+        return;
+    if (!copy.IsEmpty()) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         Chosen().apply(*Widget(), copy, mask.Coverage(), mask.Offset(), mask.BoundingRect());
         QGuiApplication::restoreOverrideCursor();
     }
-    EndApplying(document);
-    if (!document)
-        return;
+    EndApplying();
+    disconnect(document, &QObject::destroyed, this, &AdjustmentPanel::EndApplying);
+    document->SetLocked(false);
     if (copy.IsEmpty()) {
         Messages::ShowError(this, tr("The adjustment could not be computed."),
                             tr("There is too little memory for this picture."));
@@ -198,12 +194,12 @@ void AdjustmentPanel::ApplyTo(const QPointer<Document>& document, RGBA32iImage c
     emit Applied();
 }
 
-void AdjustmentPanel::EndApplying(const QPointer<Document>& document)
+void AdjustmentPanel::EndApplying()
 {
     m_isApplying = false;
     setEnabled(true);
-    if (document)
-        document->SetLocked(false);
+    if (m_focus)
+        m_focus->setFocus();
     ShowPicture();
     UpdateButtons();
 }

@@ -52,9 +52,9 @@ private:
     void OnChosen(int index);
     void ShowPicture();
     void UpdateButtons();
-    void CopyAndApply(const SelectionMask& mask);
+    void CopyAndApply(const QPointer<Document>& document, const SelectionMask& mask);
     void ApplyTo(const QPointer<Document>& document, RGBA32iImage copy, const SelectionMask& mask);
-    void EndApplying(const QPointer<Document>& document);
+    void EndApplying();
 
     QPointer<Document> m_document;
     QComboBox* m_choice;
@@ -66,4 +66,5 @@ private:
     std::vector<QWidget*> m_scrollAreas;
     int m_current = -1;
     bool m_isApplying = false;
+    QPointer<QWidget> m_focus;
 };

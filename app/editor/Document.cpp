@@ -1,8 +1,9 @@
 #include "editor/Document.h"
 
+#include "editor/BackgroundTask.h"
+
 #include <QFileInfo>
 #include <QUndoCommand>
-#include <QtConcurrent>
 
 #include <algorithm>
 
@@ -45,7 +46,6 @@ Document::Document(const OpenedPicture& opened, QObject* parent)
       m_depthReduced(opened.depthReduced), m_picture(opened.picture), m_savedPicture(opened.picture)
 {
     m_undoStack.setUndoLimit(UndoStepsFor(m_picture));
-    connect(&m_maskWatcher, &QFutureWatcher<SelectionMask>::finished, this, &Document::OnMaskReady);
 }
 
 Document::~Document() = default;
@@ -115,9 +115,8 @@ void Document::WithMask(QObject* context, std::function<void(const SelectionMask
         return;
     }
     m_maskUsers.emplace_back(context, std::move(use));
-    if (m_maskWatcher.isRunning())
-        return; // OnMaskReady() goes on from there
-    StartMask();
+    if (!m_isMaskBeingMade) // otherwise OnMaskReady() goes on from there
+        StartMask();
 }
 
 void Document::SetPicture(const RGBA32iImage& picture)
@@ -134,27 +133,33 @@ void Document::ForgetMask()
     m_mask = SelectionMask();
     m_isMaskStale = true;
     // A selection of everything limits nothing, and its border does not fade.
-    m_isMaskValid = m_selection.isEmpty() || m_selection.contains(QRectF(QPointF(0, 0), Size()));
+    m_isMaskValid = m_selection.isEmpty() || m_selection == RectanglePath(Size());
 }
 
 void Document::StartMask()
 {
     m_isMaskStale = false;
-    m_maskWatcher.setFuture(QtConcurrent::run(&SelectionMask::Make, m_selection, m_feather, Size()));
+    m_isMaskBeingMade = true;
+    BackgroundTask::Run(
+        this,
+        [shape = m_selection, feather = m_feather, size = Size()] {
+            return SelectionMask::Make(shape, feather, size);
+        },
+        [this](const SelectionMask& mask) { OnMaskReady(mask); });
 }
 
-void Document::OnMaskReady()
+void Document::OnMaskReady(const SelectionMask& mask)
 {
+    m_isMaskBeingMade = false;
     if (m_isMaskStale && !m_isMaskValid) {
         if (!m_maskUsers.empty())
             StartMask();
         return;
     }
     if (!m_isMaskValid) {
-        m_mask = m_maskWatcher.result();
+        m_mask = mask;
         m_isMaskValid = true;
     }
-    m_maskWatcher.setFuture(QFuture<SelectionMask>()); // lets go of the result
     const auto users = std::exchange(m_maskUsers, {});
     for (const auto& [context, use] : users)
         if (context)

@@ -3,7 +3,6 @@
 #include "editor/OpenedPicture.h"
 #include "editor/SelectionMask.h"
 
-#include <QFutureWatcher>
 #include <QObject>
 #include <QPainterPath>
 #include <QPointer>
@@ -82,7 +81,7 @@ private:
     void SetPicture(const RGBA32iImage& picture);
     void ForgetMask();
     void StartMask();
-    void OnMaskReady();
+    void OnMaskReady(const SelectionMask& mask);
 
     QString m_path;
     QByteArray m_format;
@@ -98,6 +97,6 @@ private:
     SelectionMask m_mask;
     bool m_isMaskValid = true;  ///< m_mask is the mask of the selection
     bool m_isMaskStale = false; ///< the selection changed since the running computation began
-    QFutureWatcher<SelectionMask> m_maskWatcher;
+    bool m_isMaskBeingMade = false;
     std::vector<std::pair<QPointer<QObject>, std::function<void(const SelectionMask&)>>> m_maskUsers;
 };

@@ -1,10 +1,9 @@
 #include "editor/PictureLoader.h"
 
 #include "core/KVImageFileManager.h"
+#include "editor/BackgroundTask.h"
 
 #include <QFileInfo>
-#include <QFutureWatcher>
-#include <QtConcurrent>
 
 namespace {
 
@@ -40,12 +39,9 @@ void PictureLoader::Open(const QStringList& paths)
         if (m_pending.contains(absolute))
             continue;
         m_pending.append(absolute);
-        auto* const watcher = new QFutureWatcher<OpenedPicture>(this);
-        connect(watcher, &QFutureWatcher<OpenedPicture>::finished, this, [this, watcher] {
-            watcher->deleteLater();
-            OnRead(watcher->result());
-        });
-        watcher->setFuture(QtConcurrent::run(&ReadPicture, absolute));
+        BackgroundTask::Run(
+            this, [absolute] { return ReadPicture(absolute); },
+            [this](const OpenedPicture& picture) { OnRead(picture); });
     }
     emit PendingChanged();
 }

@@ -1,21 +1,13 @@
 #include "editor/PictureSaver.h"
 
 #include "core/KVImageFileManager.h"
-
-#include <QtConcurrent>
+#include "editor/BackgroundTask.h"
 
 #include <utility>
 
-PictureSaver::PictureSaver(QObject* parent) : QObject(parent)
-{
-    connect(&m_watcher, &QFutureWatcher<Outcome>::finished, this, &PictureSaver::OnWritten);
-}
+PictureSaver::PictureSaver(QObject* parent) : QObject(parent) {}
 
-PictureSaver::~PictureSaver()
-{
-    m_watcher.disconnect(this);
-    m_watcher.waitForFinished();
-}
+PictureSaver::~PictureSaver() { m_writing.waitForFinished(); }
 
 void PictureSaver::Save(const SaveRequest& request)
 {
@@ -23,7 +15,8 @@ void PictureSaver::Save(const SaveRequest& request)
     m_request = request;
     m_busy = true;
     emit BusyChanged(true);
-    m_watcher.setFuture(QtConcurrent::run(&PictureSaver::Write, request));
+    m_writing = BackgroundTask::Run(
+        this, [request] { return Write(request); }, [this](const Outcome& outcome) { OnWritten(outcome); });
 }
 
 PictureSaver::Outcome PictureSaver::Write(const SaveRequest& request)
@@ -37,9 +30,8 @@ PictureSaver::Outcome PictureSaver::Write(const SaveRequest& request)
     return {written.warning, written.error};
 }
 
-void PictureSaver::OnWritten()
+void PictureSaver::OnWritten(const Outcome& outcome)
 {
-    const Outcome outcome = m_watcher.result();
     const SaveRequest request = std::exchange(m_request, {});
     m_busy = false;
     emit BusyChanged(false);

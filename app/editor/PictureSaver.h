@@ -4,7 +4,7 @@
 #include "image/KVImage.h"
 
 #include <QByteArray>
-#include <QFutureWatcher>
+#include <QFuture>
 #include <QObject>
 #include <QString>
 
@@ -46,9 +46,9 @@ private:
     };
 
     static Outcome Write(const SaveRequest& request);
-    void OnWritten();
+    void OnWritten(const Outcome& outcome);
 
     SaveRequest m_request;
     bool m_busy = false;
-    QFutureWatcher<Outcome> m_watcher;
+    QFuture<void> m_writing;
 };
