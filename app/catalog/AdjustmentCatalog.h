@@ -31,6 +31,9 @@ struct AdjustmentEntry
     void (*apply)(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
                   const QPoint& offset, const QRect& boundingRect);
 
+    /// The dialog computes no preview and has no result: whoever shows it draws with `apply`.
+    bool isHostDrawn = false;
+
     /// The title in the user's language.
     QString Title() const;
 };

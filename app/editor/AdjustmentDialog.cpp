@@ -10,7 +10,7 @@
 namespace {
 
 /// Sliders want room: a dialog as narrow as its labels allow would make them hard to set.
-constexpr int MinWidthInCharacters = 56;
+constexpr int MinWidthInCharacters = 48;
 
 } // namespace
 

@@ -3,16 +3,21 @@
 #include "YDAdjustmentWidget.h"
 #include "editor/AdjustmentDialog.h"
 #include "editor/Messages.h"
+#include "editor/OverlayPreview.h"
 #include "editor/PresetMenu.h"
 #include "gui/KVDocumentView.h"
 
 #include <QCheckBox>
+
+#include <utility>
 
 AdjustmentSession::AdjustmentSession(const AdjustmentEntry& entry, KVDocumentView* view, QWidget* parent)
     : QObject(parent), m_dialog(new AdjustmentDialog(entry, parent)), m_widget(m_dialog->Widget()),
       m_view(view)
 {
     ConnectWidget();
+    if (entry.isHostDrawn)
+        UseOverlay(entry);
     connect(m_dialog, &AdjustmentDialog::Dismissed, this, &AdjustmentSession::Reject);
     connect(m_dialog->Presets(), &PresetMenu::Loaded, this, &AdjustmentSession::Restart);
     connect(m_dialog, &QObject::destroyed, this, &QObject::deleteLater);
@@ -25,14 +30,29 @@ void AdjustmentSession::ConnectWidget()
     connect(m_widget, &YDAdjustmentWidget::Ok, this, &AdjustmentSession::Accept);
     connect(m_widget, &YDAdjustmentWidget::Cancel, this, &AdjustmentSession::Reject);
     connect(m_widget, &YDAdjustmentWidget::Finished, this, &AdjustmentSession::OnFinished);
-    connect(m_widget, &YDAdjustmentWidget::ImageReady, this, &AdjustmentSession::OnImageReady);
-    connect(m_widget, &YDAdjustmentWidget::DataChanged, this, [this] { m_isCurrent = false; });
+    connect(m_widget, &YDAdjustmentWidget::ImageReady, this, &AdjustmentSession::OnResultReady);
+    connect(m_widget, &YDAdjustmentWidget::DataChanged, this, &AdjustmentSession::OnDataChanged);
+}
+
+void AdjustmentSession::UseOverlay(const AdjustmentEntry& entry)
+{
+    m_overlay = new OverlayPreview(entry, *m_widget, this);
+    connect(m_widget, &YDAdjustmentWidget::DataChanged, m_overlay, &OverlayPreview::Restart);
+    connect(m_overlay, &OverlayPreview::Ready, this, [this] {
+        OnResultReady();
+        if (m_state == State::Accepting)
+            Deliver();
+    });
 }
 
 void AdjustmentSession::Start(const RGBA32iImage& picture, const SelectionMask& mask)
 {
     m_isCurrent = false;
-    m_widget->SetImage(picture, mask.Coverage(), mask.Offset(), mask.BoundingRect());
+    // A host-drawn widget is given no picture: it would wait for a job of its own for ever.
+    if (m_overlay)
+        m_overlay->Start(picture, mask);
+    else
+        m_widget->SetImage(picture, mask.Coverage(), mask.Offset(), mask.BoundingRect());
     m_widget->SetView(m_view);
     FollowPreviewToggle();
     m_dialog->show();
@@ -42,15 +62,20 @@ void AdjustmentSession::Start(const RGBA32iImage& picture, const SelectionMask& 
 void AdjustmentSession::Restart()
 {
     m_isCurrent = false;
-    m_widget->RestartProcessing();
+    if (m_overlay)
+        m_overlay->Restart();
+    else
+        m_widget->RestartProcessing();
+    ComputeNow();
 }
 
 void AdjustmentSession::Accept()
 {
     if (m_state != State::Open)
         return;
-    m_widget->FlushPendingChange();
+    ComputeNow();
     m_state = State::Accepting;
+    m_isChangeMissed = false;
     m_isRetry = false;
     m_dialog->SetControlsEnabled(false);
     AwaitResult();
@@ -64,6 +89,10 @@ void AdjustmentSession::Reject()
     m_state = State::Ended;
     HideAll();
     emit Rejected();
+    if (m_overlay) {
+        deleteLater();
+        return;
+    }
     // While OK waits, this only stops the job: the answer to that wait is still to come.
     if (m_widget->WaitForProcessingFinished(true) && !wasAccepting)
         deleteLater();
@@ -77,11 +106,21 @@ void AdjustmentSession::FollowPreviewToggle()
         connect(m_view, &KVDocumentView::SplitterHiddenChanged, toggle, &QCheckBox::setChecked);
 }
 
-void AdjustmentSession::OnImageReady()
+void AdjustmentSession::OnDataChanged()
+{
+    m_isCurrent = false;
+    // While the host waits the widget starts nothing for it, and the next result is still the old one.
+    m_isChangeMissed = m_state == State::Accepting;
+}
+
+void AdjustmentSession::OnResultReady()
 {
     m_isCurrent = true;
-    if (m_state != State::Ended && m_view)
-        m_view->SetPreview(m_widget->AdjustedImage());
+    if (m_state == State::Ended)
+        return;
+    if (m_view)
+        m_view->SetPreview(Result());
+    emit PreviewReady();
 }
 
 void AdjustmentSession::OnFinished(int result)
@@ -98,24 +137,38 @@ void AdjustmentSession::OnFinished(int result)
     }
 }
 
+/// Does not let a change wait until no other follows it.
+void AdjustmentSession::ComputeNow()
+{
+    if (m_overlay)
+        m_overlay->Flush();
+    else
+        m_widget->FlushPendingChange();
+}
+
+RGBA32iImage AdjustmentSession::Result() const
+{
+    return m_overlay ? m_overlay->Result() : m_widget->AdjustedImage();
+}
+
 void AdjustmentSession::AwaitResult()
 {
-    if (m_widget->WaitForProcessingFinished(false))
+    if (m_overlay ? !m_overlay->IsBusy() : m_widget->WaitForProcessingFinished(false))
         Deliver();
 }
 
 void AdjustmentSession::Deliver()
 {
-    const RGBA32iImage adjusted = m_widget->AdjustedImage();
-    if (m_isCurrent && !adjusted.IsEmpty()) {
+    const RGBA32iImage adjusted = Result();
+    const bool isChangeMissed = std::exchange(m_isChangeMissed, false);
+    if (m_isCurrent && !isChangeMissed && !adjusted.IsEmpty()) {
         m_state = State::Ended;
         emit Accepted(adjusted);
         HideAll();
         deleteLater();
-    } else if (!m_isRetry) {
-        // The settings changed by themselves while OK waited.
-        m_isRetry = true;
-        m_widget->StartProcessing();
+    } else if (isChangeMissed || !m_isRetry) {
+        m_isRetry = !isChangeMissed;
+        Restart();
         AwaitResult();
     } else {
         Reopen();

@@ -8,6 +8,7 @@
 
 class AdjustmentDialog;
 class KVDocumentView;
+class OverlayPreview;
 class YDAdjustmentWidget;
 struct AdjustmentEntry;
 
@@ -41,6 +42,8 @@ signals:
     /// The result of the last settings; the dialog is closed.
     void Accepted(const RGBA32iImage& adjusted);
     void Rejected();
+    /// The view shows the preview of the last settings, or soon will.
+    void PreviewReady();
 
 private:
     enum class State
@@ -51,10 +54,14 @@ private:
     };
 
     void ConnectWidget();
+    void UseOverlay(const AdjustmentEntry& entry);
     void FollowPreviewToggle();
-    void OnImageReady();
+    void OnDataChanged();
+    void OnResultReady();
     void OnFinished(int result);
+    void ComputeNow();
     void AwaitResult();
+    RGBA32iImage Result() const;
     void Deliver();
     void Reopen();
     void HideAll();
@@ -62,7 +69,9 @@ private:
     QPointer<AdjustmentDialog> m_dialog;
     YDAdjustmentWidget* const m_widget;
     QPointer<KVDocumentView> m_view;
+    OverlayPreview* m_overlay = nullptr; ///< null where the widget computes the preview itself
     State m_state = State::Open;
-    bool m_isCurrent = false; ///< the widget's result is newer than the last change
-    bool m_isRetry = false;   ///< OK has computed the result anew already
+    bool m_isCurrent = false;      ///< the widget's result is newer than the last change
+    bool m_isChangeMissed = false; ///< the settings changed by themselves while OK waited
+    bool m_isRetry = false;        ///< OK has computed the result anew already
 };

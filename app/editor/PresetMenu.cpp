@@ -8,13 +8,11 @@
 #include <QFileInfo>
 #include <QMenu>
 
-PresetMenu::PresetMenu(QWidget* parent) : QToolButton(parent), m_menu(new QMenu(this))
+PresetMenu::PresetMenu(QWidget* parent) : QPushButton(tr("Presets"), parent), m_menu(new QMenu(this))
 {
     setObjectName(QStringLiteral("PresetMenu"));
-    setText(tr("Presets"));
     setAccessibleName(tr("Presets"));
-    setPopupMode(InstantPopup);
-    setToolButtonStyle(Qt::ToolButtonTextOnly);
+    setAutoDefault(false); // Enter is the dialog's OK
     setMenu(m_menu);
     connect(m_menu, &QMenu::aboutToShow, this, &PresetMenu::FillMenu);
 }

@@ -3,12 +3,12 @@
 #include "editor/PresetStore.h"
 
 #include <QPointer>
-#include <QToolButton>
+#include <QPushButton>
 
 class QMenu;
 
 /// The button "Presets": stores the settings of an adjustment's widget in files and brings them back.
-class PresetMenu : public QToolButton
+class PresetMenu : public QPushButton
 {
     Q_OBJECT
 

@@ -73,9 +73,7 @@ void RenderCommand::OnSessionStarted(AdjustmentSession* session)
     YDAdjustmentWidget* const widget = session->Dialog()->Widget();
     m_options.settings->ShowIn(*widget);
     session->Restart();
-    // At once, so that the preview of the defaults, which is being computed, is never taken for this one.
-    widget->FlushPendingChange();
-    connect(widget, &YDAdjustmentWidget::ImageReady, this, &RenderCommand::OnPreview);
+    connect(session, &AdjustmentSession::PreviewReady, this, &RenderCommand::OnPreview);
     connect(session, &AdjustmentSession::Accepted, this, &RenderCommand::WriteResult, Qt::QueuedConnection);
 }
 
