@@ -1,27 +1,13 @@
 #include "editor/ColorScheme.h"
 
+#include "editor/EditorStyle.h"
+
 #include <QApplication>
 #include <QPalette>
-#include <QProxyStyle>
 #include <QSettings>
 #include <QStyle>
 
 namespace {
-
-/// A style as it is, but for the pictures that some styles put on the buttons of dialogs.
-class PlainButtonsStyle : public QProxyStyle
-{
-public:
-    using QProxyStyle::QProxyStyle;
-
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* answer) const override
-    {
-        if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
-            return 0;
-        return QProxyStyle::styleHint(hint, option, widget, answer);
-    }
-};
 
 QString SettingsKey() { return QStringLiteral("view/colorScheme"); }
 
@@ -107,12 +93,12 @@ void ColorScheme::Apply(Scheme scheme)
 {
     static const QString systemStyle = QApplication::style()->objectName();
     if (scheme == Scheme::System) {
-        QApplication::setStyle(new PlainButtonsStyle(systemStyle));
+        QApplication::setStyle(new EditorStyle(systemStyle));
         QApplication::setPalette(QPalette());
         return;
     }
     // Only Fusion takes every colour from the palette.
-    QApplication::setStyle(new PlainButtonsStyle(QStringLiteral("Fusion")));
+    QApplication::setStyle(new EditorStyle(QStringLiteral("Fusion")));
     QApplication::setPalette(PaletteOf(scheme == Scheme::Dark ? DarkColors() : LightColors()));
 }
 

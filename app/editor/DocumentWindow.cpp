@@ -88,20 +88,17 @@ void DocumentWindow::EndSession(QObject* session)
     emit StateChanged();
 }
 
-/// At the right end of the picture, where the dialog hides as little of it as possible.
+/// Beside the window where the screen has room, otherwise over the corner where the adjusted part is.
 void DocumentWindow::PlaceDialog(QWidget* dialog) const
 {
-    constexpr int Gap = 24;
+    constexpr int Gap = 16;
     dialog->adjustSize();
-    const QSize size = dialog->size();
     const QRect view(m_view->mapToGlobal(QPoint(0, 0)), m_view->size());
-    QPoint place(view.right() - size.width() - Gap, view.top() + Gap);
-    if (const QScreen* const screen = m_view->screen()) {
-        const QRect room = screen->availableGeometry() | window()->geometry();
-        place.setX(qBound(room.left(), place.x(), qMax(room.left(), room.right() - size.width())));
-        place.setY(qBound(room.top(), place.y(), qMax(room.top(), room.bottom() - size.height())));
-    }
-    dialog->move(place);
+    const QRect frame = window()->frameGeometry();
+    const int needed = dialog->width() + 2 * Gap;
+    const bool fitsBeside = m_view->screen()->availableGeometry().right() - frame.right() >= needed;
+    const int left = fitsBeside ? frame.right() + Gap : view.right() - dialog->width() - Gap;
+    dialog->move(qMax(view.left(), left), view.top() + Gap);
 }
 
 void DocumentWindow::Save()

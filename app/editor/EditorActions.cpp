@@ -125,6 +125,7 @@ void EditorActions::MakeViewActions()
     SetHint(zoomActual, tr("Show each pixel of the picture as one of the screen"));
     hideSplitter = new QAction(tr("Hide &Preview Slider"), m_window);
     hideSplitter->setCheckable(true);
+    SetIcon(hideSplitter, Kind::Compare);
     SetHint(hideSplitter, tr("Show the adjusted picture alone, without the one before beside it"));
 }
 
@@ -164,7 +165,7 @@ void EditorActions::FillMenuBar(QMenuBar* bar, QAction* dockToggle, QAction* too
     bar->addMenu(tr("&Help"))->addAction(about);
 }
 
-void EditorActions::FillToolBar(QToolBar* bar)
+void EditorActions::FillToolBar(QToolBar* bar, QAction* dockToggle)
 {
     bar->addActions({open, save});
     bar->addSeparator();
@@ -181,6 +182,11 @@ void EditorActions::FillToolBar(QToolBar* bar)
     bar->addWidget(field);
     bar->addSeparator();
     bar->addActions({zoomOut, zoomIn, zoomFit, zoomActual});
+    auto* const space = new QWidget(bar);
+    space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    bar->addWidget(space);
+    bar->addAction(hideSplitter);
+    bar->addAction(dockToggle);
 }
 
 void EditorActions::FillAdjustmentsMenu(QMenu* menu)

@@ -26,7 +26,7 @@ public:
 
     /// `dockToggle` and `toolBarToggle` show and hide what the window holds beside the pictures.
     void FillMenuBar(QMenuBar* bar, QAction* dockToggle, QAction* toolBarToggle);
-    void FillToolBar(QToolBar* bar);
+    void FillToolBar(QToolBar* bar, QAction* dockToggle);
 
     /// What can be done at present.
     struct Allowed

@@ -19,6 +19,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -26,12 +27,14 @@
 #include <QSettings>
 #include <QSpinBox>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
 namespace {
 
 constexpr QSize FirstSize(1280, 840);
+constexpr int NoteMs = 12000;
 /// Counts up when docks or tool bars change so that a stored layout no longer fits.
 constexpr int LayoutVersion = 1;
 
@@ -60,6 +63,7 @@ MainWindow::MainWindow(QWidget* parent)
     setWindowIcon(ToolIcons::Application());
     setAcceptDrops(true);
     setCentralWidget(m_area);
+    BuildHint();
     setStatusBar(m_statusBar);
     BuildDock();
     BuildBars();
@@ -81,6 +85,19 @@ MainWindow::~MainWindow()
     m_statusBar->SetWindow(nullptr);
 }
 
+/// What the empty window says.
+void MainWindow::BuildHint()
+{
+    m_hint = new QLabel(tr("Drop pictures here, or press %1 to open some.")
+                            .arg(m_actions->open->shortcut().toString(QKeySequence::NativeText)),
+                        m_area->viewport());
+    m_hint->setAlignment(Qt::AlignCenter);
+    m_hint->setWordWrap(true);
+    m_hint->setForegroundRole(QPalette::PlaceholderText);
+    auto* const layout = new QVBoxLayout(m_area->viewport());
+    layout->addWidget(m_hint);
+}
+
 void MainWindow::BuildDock()
 {
     auto* const dock = new QDockWidget(tr("Adjustments Panel"), this);
@@ -88,6 +105,12 @@ void MainWindow::BuildDock()
     m_panel = new AdjustmentPanel(dock);
     dock->setWidget(m_panel);
     addDockWidget(Qt::RightDockWidgetArea, dock);
+    dock->hide(); // at first, so that the picture has the room
+    QAction* const toggle = dock->toggleViewAction();
+    toggle->setIcon(ToolIcons::Icon(ToolIcons::Kind::Sliders));
+    toggle->setIconVisibleInMenu(false);
+    toggle->setShortcut(Qt::Key_F9);
+    toggle->setToolTip(tr("Show the panel that applies adjustments without a dialog (F9)"));
 }
 
 void MainWindow::BuildBars()
@@ -95,8 +118,8 @@ void MainWindow::BuildBars()
     QToolBar* const bar = addToolBar(tr("Tool Bar"));
     bar->setObjectName(QStringLiteral("ToolBar"));
     bar->setMovable(false);
-    m_actions->FillToolBar(bar);
     const auto* const dock = findChild<QDockWidget*>(QStringLiteral("AdjustmentsDock"));
+    m_actions->FillToolBar(bar, dock->toggleViewAction());
     m_actions->FillMenuBar(menuBar(), dock->toggleViewAction(), bar->toggleViewAction());
 }
 
@@ -221,9 +244,10 @@ void MainWindow::AddDocument(const OpenedPicture& opened)
     tab->showMaximized();
     if (opened.depthReduced)
         m_statusBar->showMessage(tr("“%1” holds more than 8 bits a channel; the picture was reduced to 8.")
-                                     .arg(window->GetDocument()->Name()));
+                                     .arg(window->GetDocument()->Name()),
+                                 NoteMs);
     else if (!opened.warning.isEmpty())
-        m_statusBar->showMessage(opened.warning);
+        m_statusBar->showMessage(opened.warning, NoteMs);
     emit DocumentOpened(window);
 }
 
@@ -259,6 +283,7 @@ void MainWindow::SetColorScheme(ColorScheme::Scheme scheme)
 {
     ColorScheme::Store(scheme);
     ColorScheme::Apply(scheme);
+    m_area->setBackground(palette().brush(QPalette::Window));
 }
 
 void MainWindow::OnCurrentChanged()
@@ -267,6 +292,8 @@ void MainWindow::OnCurrentChanged()
     m_panel->SetDocument(window ? window->GetDocument() : nullptr);
     m_statusBar->SetWindow(window);
     UpdateTitle();
+    m_hint->setVisible(Windows().isEmpty());
+    m_area->setBackground(palette().brush(QPalette::Window));
     if (window) {
         const QSignalBlocker quiet(m_actions->feather);
         m_actions->feather->setValue(window->GetDocument()->Feather());

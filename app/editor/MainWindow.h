@@ -10,6 +10,7 @@ class AdjustmentPanel;
 class DocumentWindow;
 class EditorActions;
 class EditorStatusBar;
+class QLabel;
 class QMdiSubWindow;
 class QMimeData;
 class YDMdiArea;
@@ -40,6 +41,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    void BuildHint();
     void BuildDock();
     void BuildBars();
     void ConnectActions();
@@ -70,5 +72,6 @@ private:
     EditorActions* m_actions;
     EditorStatusBar* m_statusBar;
     AdjustmentPanel* m_panel = nullptr;
+    QLabel* m_hint = nullptr;
     bool m_isQuitting = false; ///< the window closes once every picture is saved
 };

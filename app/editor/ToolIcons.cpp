@@ -149,6 +149,20 @@ Drawing Sliders()
     return {lines, {}, knobs};
 }
 
+Drawing Close()
+{
+    QPainterPath cross = Polyline({{6, 6}, {18, 18}});
+    cross.addPath(Polyline({{18, 6}, {6, 18}}));
+    return {cross, {}, {}};
+}
+
+Drawing Detach()
+{
+    QPainterPath windows = Polyline({{8, 8}, {8, 4.5}, {19.5, 4.5}, {19.5, 16}, {16, 16}});
+    windows.addRect(QRectF(4.5, 8, 11.5, 11.5));
+    return {windows, {}, {}};
+}
+
 Drawing DrawingOf(ToolIcons::Kind kind)
 {
     using ToolIcons::Kind;
@@ -179,6 +193,10 @@ Drawing DrawingOf(ToolIcons::Kind kind)
         return Compare();
     case Kind::Sliders:
         return Sliders();
+    case Kind::Close:
+        return Close();
+    case Kind::Detach:
+        return Detach();
     }
     Q_UNREACHABLE();
 }

@@ -21,6 +21,8 @@ enum class Kind
     ZoomActual,
     Compare,
     Sliders,
+    Close,
+    Detach,
 };
 
 QIcon Icon(Kind kind);

@@ -1,0 +1,398 @@
+#include "TestPictures.h"
+#include "YDAdjustmentWidget.h"
+#include "core/KVApplication.h"
+#include "editor/AdjustmentDialog.h"
+#include "editor/AdjustmentPanel.h"
+#include "editor/AdjustmentSession.h"
+#include "editor/DocumentWindow.h"
+#include "editor/MainWindow.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QDropEvent>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QUrl>
+
+namespace {
+
+constexpr int PatienceMs = 20000;
+
+QVector<QMessageBox*> MessageBoxes()
+{
+    QVector<QMessageBox*> boxes;
+    for (QWidget* const widget : QApplication::topLevelWidgets())
+        if (auto* const box = qobject_cast<QMessageBox*>(widget))
+            if (box->isVisible())
+                boxes.append(box);
+    return boxes;
+}
+
+/// Presses a button of the question that comes next, in its own event loop.
+void AnswerNextQuestion(QObject* context, QMessageBox::StandardButton answer)
+{
+    auto* const timer = new QTimer(context);
+    QObject::connect(timer, &QTimer::timeout, context, [timer, answer] {
+        if (MessageBoxes().isEmpty())
+            return;
+        timer->stop();
+        timer->deleteLater();
+        MessageBoxes().constFirst()->button(answer)->click();
+    });
+    timer->start(1);
+}
+
+QAction* ActionOf(const MainWindow& window, const QString& text)
+{
+    for (QAction* const action : window.findChildren<QAction*>()) {
+        QString plain = action->text();
+        if (plain.remove(QLatin1Char('&')).startsWith(text))
+            return action;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+class TestEditorMainWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void PicturesOpenInTabs();
+    void APictureThatIsOpenIsShownAgain();
+    void ABrokenFileShowsOneMessage();
+    void SeveralBrokenFilesShareAMessage();
+    void DroppedFilesAreOpened();
+    void OtherDropsAreIgnored();
+    void EveryAdjustmentIsInTheMenu();
+    void AnOpenAdjustmentForbidsOtherChanges();
+    void ThePanelAppliesItsSettings();
+    void ThePanelKeepsToTheSelection();
+    void SavingWritesTheFile();
+    void ClosingAChangedPictureAsks_data();
+    void ClosingAChangedPictureAsks();
+    void QuittingSavesFirst();
+    void ClosingATabDuringAnAdjustmentCancelsIt();
+    void TheSplitterSettingIsKept();
+    void RecentFilesAreKept();
+    void TheZoomCanBeTyped();
+
+private:
+    QString MakePicture(const char* name, int grey = 100) const;
+    DocumentWindow* Open(MainWindow& window, const QString& path) const;
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void TestEditorMainWindow::initTestCase()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
+    QCoreApplication::setApplicationName(QStringLiteral("tst_EditorMainWindow"));
+    qRegisterMetaType<DocumentWindow*>();
+}
+
+void TestEditorMainWindow::init()
+{
+    QSettings().clear();
+    m_folder = std::make_unique<QTemporaryDir>();
+    qputenv("XDG_DATA_HOME", m_folder->path().toLocal8Bit());
+}
+
+void TestEditorMainWindow::cleanup() { qDeleteAll(MessageBoxes()); }
+
+QString TestEditorMainWindow::MakePicture(const char* name, int grey) const
+{
+    const QString path = m_folder->filePath(QString::fromUtf8(name));
+    return ImageToQImage(TestPictures::Grey(60, 40, grey)).save(path) ? path : QString();
+}
+
+DocumentWindow* TestEditorMainWindow::Open(MainWindow& window, const QString& path) const
+{
+    QSignalSpy opened(&window, &MainWindow::DocumentOpened);
+    window.show();
+    window.Open({path});
+    return opened.count() > 0 || opened.wait(PatienceMs) ? window.CurrentWindow() : nullptr;
+}
+
+void TestEditorMainWindow::PicturesOpenInTabs()
+{
+    MainWindow window;
+    window.show();
+    QSignalSpy opened(&window, &MainWindow::DocumentOpened);
+    window.Open({MakePicture("one.png"), MakePicture("two.png", 50)});
+    QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 2, PatienceMs);
+    QCOMPARE(window.findChildren<DocumentWindow*>().size(), 2);
+    QVERIFY(window.CurrentWindow());
+    QCOMPARE(window.CurrentWindow()->GetDocument()->Size(), QSize(60, 40));
+    QVERIFY(window.windowTitle().startsWith(window.CurrentWindow()->GetDocument()->Name()));
+}
+
+void TestEditorMainWindow::APictureThatIsOpenIsShownAgain()
+{
+    MainWindow window;
+    window.show();
+    const QString one = MakePicture("one.png");
+    DocumentWindow* const first = Open(window, one);
+    QVERIFY(Open(window, MakePicture("two.png")) != first);
+    window.Open({one});
+    QCOMPARE(window.CurrentWindow(), first);
+    QCOMPARE(window.findChildren<DocumentWindow*>().size(), 2);
+}
+
+void TestEditorMainWindow::ABrokenFileShowsOneMessage()
+{
+    MainWindow window;
+    const QString path = m_folder->filePath(QStringLiteral("broken.png"));
+    QFile whole(MakePicture("whole.png"));
+    QVERIFY(whole.open(QIODevice::ReadOnly));
+    QFile broken(path);
+    QVERIFY(broken.open(QIODevice::WriteOnly));
+    broken.write(whole.readAll().left(60));
+    broken.close();
+    QSignalSpy failed(&window, &MainWindow::OpeningFailed);
+    window.Open({path});
+    QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, PatienceMs);
+    QCOMPARE(MessageBoxes().size(), 1);
+    QVERIFY(MessageBoxes().constFirst()->informativeText().contains(QStringLiteral("broken.png")));
+    QVERIFY(!window.CurrentWindow());
+}
+
+void TestEditorMainWindow::SeveralBrokenFilesShareAMessage()
+{
+    MainWindow window;
+    QSignalSpy failed(&window, &MainWindow::OpeningFailed);
+    QSignalSpy opened(&window, &MainWindow::DocumentOpened);
+    window.Open(
+        {QStringLiteral("/nowhere/a.png"), MakePicture("whole.png"), QStringLiteral("/nowhere/b.png")});
+    QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, PatienceMs);
+    QCOMPARE(opened.count(), 1);
+    QCOMPARE(MessageBoxes().size(), 1);
+    const QString why = MessageBoxes().constFirst()->informativeText();
+    QVERIFY2(why.contains(QStringLiteral("a.png")) && why.contains(QStringLiteral("b.png")), qPrintable(why));
+}
+
+void TestEditorMainWindow::DroppedFilesAreOpened()
+{
+    MainWindow window;
+    window.show();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(MakePicture("dropped.png"))});
+    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window, &enter);
+    QVERIFY(enter.isAccepted());
+    QSignalSpy opened(&window, &MainWindow::DocumentOpened);
+    QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window, &drop);
+    QVERIFY(drop.isAccepted());
+    QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 1, PatienceMs);
+    QVERIFY2(!window.CurrentWindow()->View()->viewport()->acceptDrops(), "the view lets drops through");
+}
+
+void TestEditorMainWindow::OtherDropsAreIgnored()
+{
+    MainWindow window;
+    QMimeData data;
+    data.setText(QStringLiteral("no file"));
+    data.setUrls({QUrl(QStringLiteral("http://example.org/a.png"))});
+    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QApplication::sendEvent(&window, &enter);
+    QVERIFY(!enter.isAccepted());
+}
+
+void TestEditorMainWindow::EveryAdjustmentIsInTheMenu()
+{
+    MainWindow window;
+    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries()) {
+        const auto* const action = window.findChild<QAction*>(entry.name);
+        QVERIFY2(action, qPrintable(entry.name));
+        QVERIFY(!action->isEnabled());
+    }
+    QVERIFY(Open(window, MakePicture("one.png")));
+    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries())
+        QVERIFY(window.findChild<QAction*>(entry.name)->isEnabled());
+}
+
+void TestEditorMainWindow::AnOpenAdjustmentForbidsOtherChanges()
+{
+    MainWindow window;
+    window.show();
+    DocumentWindow* const document = Open(window, MakePicture("one.png"));
+    document->GetDocument()->Commit(TestPictures::Grey(60, 40, 1), QStringLiteral("Change"));
+    QVERIFY(ActionOf(window, QStringLiteral("Undo"))->isEnabled());
+    window.findChild<QAction*>(AdjustmentCatalog::Entries().front().name)->trigger();
+    QVERIFY(document->Session());
+    for (const char* const text : {"Undo", "Save", "Select All", "Select Rectangle"})
+        QVERIFY2(!ActionOf(window, QLatin1String(text))->isEnabled(), text);
+    QVERIFY(!window.Panel()->findChild<QPushButton*>(QStringLiteral("ApplyButton"))->isEnabled());
+    QVERIFY(ActionOf(window, QStringLiteral("Zoom In"))->isEnabled());
+    document->Session()->Reject();
+    for (const char* const text : {"Undo", "Save", "Select All", "Select Rectangle"})
+        QVERIFY2(ActionOf(window, QLatin1String(text))->isEnabled(), text);
+}
+
+void TestEditorMainWindow::ThePanelAppliesItsSettings()
+{
+    MainWindow window;
+    window.show();
+    Document& document = *Open(window, MakePicture("one.png"))->GetDocument();
+    AdjustmentPanel& panel = *window.Panel();
+    panel.Choose(*AdjustmentCatalog::Find(QStringLiteral("brightness-contrast")));
+    panel.Widget()->findChild<QSlider*>(QStringLiteral("m_pBrightnessSlider"))->setValue(40);
+    QSignalSpy applied(&panel, &AdjustmentPanel::Applied);
+    panel.findChild<QPushButton*>(QStringLiteral("ApplyButton"))->click();
+    QTRY_COMPARE_WITH_TIMEOUT(applied.count(), 1, PatienceMs);
+    QCOMPARE(int(document.Picture().Row(0)[0].g), 140);
+    QVERIFY(!document.IsLocked());
+    document.UndoStack()->undo();
+    QCOMPARE(int(document.Picture().Row(0)[0].g), 100);
+    panel.findChild<QPushButton*>(QStringLiteral("ResetButton"))->click();
+    QCOMPARE(panel.Widget()->findChild<QSlider*>(QStringLiteral("m_pBrightnessSlider"))->value(), 0);
+}
+
+void TestEditorMainWindow::ThePanelKeepsToTheSelection()
+{
+    MainWindow window;
+    window.show();
+    Document& document = *Open(window, MakePicture("one.png"))->GetDocument();
+    QPainterPath left;
+    left.addRect(0, 0, 30, 40);
+    document.Select(left);
+    AdjustmentPanel& panel = *window.Panel();
+    panel.Choose(*AdjustmentCatalog::Find(QStringLiteral("brightness-contrast")));
+    panel.Widget()->findChild<QSlider*>(QStringLiteral("m_pBrightnessSlider"))->setValue(40);
+    QSignalSpy applied(&panel, &AdjustmentPanel::Applied);
+    panel.Apply();
+    QTRY_COMPARE_WITH_TIMEOUT(applied.count(), 1, PatienceMs);
+    QCOMPARE(int(document.Picture().Row(20)[29].g), 140);
+    QCOMPARE(int(document.Picture().Row(20)[30].g), 100);
+}
+
+void TestEditorMainWindow::SavingWritesTheFile()
+{
+    MainWindow window;
+    const QString path = MakePicture("one.png");
+    DocumentWindow* const document = Open(window, path);
+    document->GetDocument()->Commit(TestPictures::Grey(60, 40, 7), QStringLiteral("Change"));
+    QVERIFY(window.isWindowModified());
+    QSignalSpy saved(document, &DocumentWindow::Saved);
+    ActionOf(window, QStringLiteral("Save"))->trigger();
+    QVERIFY(document->IsSaving());
+    QTRY_COMPARE_WITH_TIMEOUT(saved.count(), 1, PatienceMs);
+    QVERIFY(!window.isWindowModified());
+    QCOMPARE(QImage(path).pixel(5, 5), qRgb(7, 7, 7));
+}
+
+void TestEditorMainWindow::ClosingAChangedPictureAsks_data()
+{
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<bool>("closes");
+    QTest::addColumn<int>("grey");
+    QTest::newRow("Save") << int(QMessageBox::Save) << true << 7;
+    QTest::newRow("Discard") << int(QMessageBox::Discard) << true << 100;
+    QTest::newRow("Cancel") << int(QMessageBox::Cancel) << false << 100;
+}
+
+void TestEditorMainWindow::ClosingAChangedPictureAsks()
+{
+    QFETCH(int, answer);
+    QFETCH(bool, closes);
+    QFETCH(int, grey);
+    MainWindow window;
+    window.show();
+    const QString path = MakePicture("one.png");
+    const QPointer<DocumentWindow> document = Open(window, path);
+    document->GetDocument()->Commit(TestPictures::Grey(60, 40, 7), QStringLiteral("Change"));
+    AnswerNextQuestion(&window, QMessageBox::StandardButton(answer));
+    ActionOf(window, QStringLiteral("Close"))->trigger();
+    if (closes)
+        QTRY_VERIFY_WITH_TIMEOUT(!document, PatienceMs);
+    QCOMPARE(document.isNull(), closes);
+    QCOMPARE(QImage(path).pixel(5, 5), qRgb(grey, grey, grey));
+}
+
+void TestEditorMainWindow::QuittingSavesFirst()
+{
+    MainWindow window;
+    window.show();
+    const QString path = MakePicture("one.png");
+    Open(window, path)->GetDocument()->Commit(TestPictures::Grey(60, 40, 7), QStringLiteral("Change"));
+    AnswerNextQuestion(&window, QMessageBox::Save);
+    QVERIFY(!window.close());
+    QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), PatienceMs);
+    QCOMPARE(QImage(path).pixel(5, 5), qRgb(7, 7, 7));
+}
+
+void TestEditorMainWindow::ClosingATabDuringAnAdjustmentCancelsIt()
+{
+    MainWindow window;
+    window.show();
+    const QPointer<DocumentWindow> document = Open(window, MakePicture("one.png"));
+    window.findChild<QAction*>(AdjustmentCatalog::Entries().front().name)->trigger();
+    const QPointer<AdjustmentSession> session = document->Session();
+    QVERIFY(session);
+    ActionOf(window, QStringLiteral("Close"))->trigger();
+    QTRY_VERIFY_WITH_TIMEOUT(!document, PatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!session, PatienceMs);
+}
+
+void TestEditorMainWindow::TheSplitterSettingIsKept()
+{
+    const QString key = KVApplication::GetName(KVApplication::HidePreviewSlider);
+    MainWindow window;
+    DocumentWindow* const document = Open(window, MakePicture("one.png"));
+    QAction* const action = ActionOf(window, QStringLiteral("Hide Preview Slider"));
+    action->trigger();
+    QVERIFY(document->View()->IsSplitterHidden());
+    QVERIFY(KVApplication::GetUserValue(key, false));
+    document->View()->HideSplitter(false); // as the dialog's toggle does
+    QVERIFY(!action->isChecked());
+    QVERIFY(!KVApplication::GetUserValue(key, true));
+}
+
+void TestEditorMainWindow::RecentFilesAreKept()
+{
+    MainWindow window;
+    const QString one = MakePicture("one.png");
+    const QString two = MakePicture("two.png");
+    QVERIFY(Open(window, one));
+    QVERIFY(Open(window, two));
+    QCOMPARE(QSettings().value(QStringLiteral("files/recent")).toStringList(), (QStringList{two, one}));
+}
+
+void TestEditorMainWindow::TheZoomCanBeTyped()
+{
+    MainWindow window;
+    window.show();
+    DocumentWindow* const document = Open(window, MakePicture("one.png"));
+    auto* const zoom = window.findChild<QComboBox*>(QStringLiteral("ZoomCombo"));
+    zoom->setFocus();
+    zoom->lineEdit()->setText(QStringLiteral("250"));
+    QTest::keyClick(zoom->lineEdit(), Qt::Key_Return);
+    QCOMPARE(document->View()->Zoom(), 2.5);
+    zoom->lineEdit()->setText(QStringLiteral("nonsense"));
+    QTest::keyClick(zoom->lineEdit(), Qt::Key_Return);
+    QCOMPARE(document->View()->Zoom(), 2.5);
+    QCOMPARE(zoom->currentText(), QStringLiteral("250 %"));
+}
+
+QTEST_MAIN(TestEditorMainWindow)
+#include "tst_EditorMainWindow.moc"
