@@ -2,9 +2,9 @@
 
 #include "batch/Console.h"
 #include "core/WholeFile.h"
+#include "image/PoolTasks.h"
 
 #include <QEventLoop>
-#include <QtConcurrent>
 
 PicturePipeline::PicturePipeline(std::vector<AdjustmentStep>& steps, const SelectionMask& mask,
                                  const Options& options)
@@ -49,11 +49,16 @@ void PicturePipeline::StartNext()
 void PicturePipeline::Queue(const PicturePointer& picture, void (PicturePipeline::*work)(Picture&) const,
                             void (PicturePipeline::*next)(const PicturePointer&))
 {
-    QtConcurrent::run(&m_pool, [this, picture, work, next] {
+    const auto task = [this, picture, work, next] {
         (this->*work)(*picture);
-        QMetaObject::invokeMethod(
-            this, [this, picture, next] { (this->*next)(picture); }, Qt::QueuedConnection);
-    });
+        HandOver::Give(picture.get());
+        const auto goOn = [this, picture, next] {
+            HandOver::Take(picture.get());
+            (this->*next)(picture);
+        };
+        QMetaObject::invokeMethod(this, goOn, Qt::QueuedConnection);
+    };
+    PoolTask<void>::Start(task, &m_pool);
 }
 
 void PicturePipeline::Read(Picture& picture) const

@@ -1,7 +1,8 @@
 #include "gui/PictureLayer.h"
 
+#include "image/PoolTasks.h"
+
 #include <QPainter>
-#include <QtConcurrent>
 
 #include <cmath>
 
@@ -200,9 +201,12 @@ void PictureLayer::StartReduction(const Request& request)
     m_lastRequest = request;
     m_abort = std::make_shared<std::atomic<bool>>(false);
     // The job owns all that it touches, so that it outlives the layer unharmed.
-    m_watcher.setFuture(QtConcurrent::run([picture = m_picture, factor = request.factor, abort = m_abort] {
-        return ReducedPicture::Reduce(picture, factor, abort.get());
-    }));
+    const auto reduce = [picture = m_picture, factor = request.factor, abort = m_abort] {
+        const ReducedPicture reduced = ReducedPicture::Reduce(picture, factor, abort.get());
+        HandOver::Give(abort.get());
+        return reduced;
+    };
+    m_watcher.setFuture(PoolTask<ReducedPicture>::Start(reduce));
 }
 
 void PictureLayer::AbortReduction()
@@ -220,6 +224,7 @@ void PictureLayer::OnReductionFinished()
     // An event of an aborted reduction may still come when the next one runs.
     if (!m_abort || !m_watcher.future().isFinished() || m_watcher.future().resultCount() == 0)
         return;
+    HandOver::Take(m_abort.get());
     m_abort.reset();
     const ReducedPicture copy = m_watcher.result();
     const bool isOnScreen = Wanted().factor != 1;
