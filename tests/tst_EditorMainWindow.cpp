@@ -93,6 +93,7 @@ private slots:
     void ClosingATabDuringAnAdjustmentCancelsIt();
     void TheSplitterSettingIsKept();
     void RecentFilesAreKept();
+    void ShortcutsReachTheirCommands();
     void TheZoomCanBeTyped();
 
 private:
@@ -376,6 +377,37 @@ void TestEditorMainWindow::RecentFilesAreKept()
     QVERIFY(Open(window, one));
     QVERIFY(Open(window, two));
     QCOMPARE(QSettings().value(QStringLiteral("files/recent")).toStringList(), (QStringList{two, one}));
+}
+
+void TestEditorMainWindow::ShortcutsReachTheirCommands()
+{
+    MainWindow window;
+    const QPointer<DocumentWindow> document = Open(window, MakePicture("one.png"));
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    KVDocumentView* const view = document->View();
+    QTest::keyClick(view, Qt::Key_1, Qt::ControlModifier);
+    QCOMPARE(view->Zoom(), 1.0);
+    QTest::keyClick(view, Qt::Key_Plus, Qt::ControlModifier);
+    QVERIFY(view->Zoom() > 1.0);
+    QTest::keyClick(view, Qt::Key_Minus, Qt::ControlModifier);
+    QCOMPARE(view->Zoom(), 1.0);
+    QTest::keyClick(view, Qt::Key_0, Qt::ControlModifier);
+    QVERIFY(view->IsZoomedToFit());
+    QTest::keyClick(view, Qt::Key_A, Qt::ControlModifier);
+    QVERIFY(document->GetDocument()->HasSelection());
+    QTest::keyClick(view, Qt::Key_D, Qt::ControlModifier);
+    QVERIFY(!document->GetDocument()->HasSelection());
+    QTest::keyClick(view, Qt::Key_I, Qt::ControlModifier | Qt::ShiftModifier);
+    QVERIFY(document->GetDocument()->HasSelection());
+    document->GetDocument()->Commit(TestPictures::Grey(60, 40, 7), QStringLiteral("Change"));
+    QTest::keyClick(view, Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(!document->GetDocument()->IsModified());
+    QTest::keyClick(view, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QVERIFY(document->GetDocument()->IsModified());
+    QTest::keyClick(view, Qt::Key_S, Qt::ControlModifier);
+    QTRY_VERIFY_WITH_TIMEOUT(!document->GetDocument()->IsModified(), PatienceMs);
+    QTest::keyClick(view, Qt::Key_W, Qt::ControlModifier);
+    QTRY_VERIFY_WITH_TIMEOUT(!document, PatienceMs);
 }
 
 void TestEditorMainWindow::TheZoomCanBeTyped()

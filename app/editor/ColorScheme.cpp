@@ -93,12 +93,12 @@ void ColorScheme::Apply(Scheme scheme)
 {
     static const QString systemStyle = QApplication::style()->objectName();
     if (scheme == Scheme::System) {
-        QApplication::setStyle(new EditorStyle(systemStyle));
+        QApplication::setStyle(EditorStyle::Create(systemStyle));
         QApplication::setPalette(QPalette());
         return;
     }
     // Only Fusion takes every colour from the palette.
-    QApplication::setStyle(new EditorStyle(QStringLiteral("Fusion")));
+    QApplication::setStyle(EditorStyle::Create(QStringLiteral("Fusion")));
     QApplication::setPalette(PaletteOf(scheme == Scheme::Dark ? DarkColors() : LightColors()));
 }
 

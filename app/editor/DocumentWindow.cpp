@@ -98,7 +98,8 @@ void DocumentWindow::PlaceDialog(QWidget* dialog) const
     const int needed = dialog->width() + 2 * Gap;
     const bool fitsBeside = m_view->screen()->availableGeometry().right() - frame.right() >= needed;
     const int left = fitsBeside ? frame.right() + Gap : view.right() - dialog->width() - Gap;
-    dialog->move(qMax(view.left(), left), view.top() + Gap);
+    const int lowest = (m_view->screen()->availableGeometry() | frame).bottom() - dialog->height() - Gap;
+    dialog->move(qMax(view.left(), left), qMax(0, qMin(view.top() + Gap, lowest)));
 }
 
 void DocumentWindow::Save()
@@ -181,4 +182,8 @@ bool DocumentWindow::MayClose()
     return answer == QMessageBox::Discard;
 }
 
-void DocumentWindow::UpdateTitle() { setWindowTitle(m_document.Name() + QLatin1String("[*]")); }
+void DocumentWindow::UpdateTitle()
+{
+    setWindowTitle(m_document.Name() + QLatin1String("[*]"));
+    m_view->setAccessibleName(m_document.Name());
+}

@@ -19,6 +19,8 @@ namespace {
 
 using ToolIcons::Kind;
 
+QKeySequence Keys(const char* text) { return QKeySequence(QString::fromLatin1(text)); }
+
 void SetIcon(QAction* action, Kind kind)
 {
     action->setIcon(ToolIcons::Icon(kind));
@@ -59,13 +61,13 @@ void EditorActions::MakeFileActions()
     SetIcon(save, Kind::Save);
     SetHint(save, tr("Save the picture"));
     saveAs = new QAction(tr("Save &As…"), m_window);
-    saveAs->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_S);
+    saveAs->setShortcut(Keys("Ctrl+Shift+S"));
     SetHint(saveAs, tr("Save the picture under another name or in another format"));
     close = new QAction(tr("&Close"), m_window);
-    close->setShortcut(Qt::CTRL | Qt::Key_W);
+    close->setShortcut(Keys("Ctrl+W"));
     SetHint(close, tr("Close the picture"));
     quit = new QAction(tr("&Quit"), m_window);
-    quit->setShortcut(Qt::CTRL | Qt::Key_Q);
+    quit->setShortcut(Keys("Ctrl+Q"));
     quit->setMenuRole(QAction::QuitRole);
     about = new QAction(tr("&About…"), m_window);
     about->setMenuRole(QAction::AboutRole);
@@ -74,17 +76,17 @@ void EditorActions::MakeFileActions()
 void EditorActions::MakeEditActions(QUndoGroup& undoGroup)
 {
     undo = undoGroup.createUndoAction(m_window, tr("&Undo"));
-    undo->setShortcut(Qt::CTRL | Qt::Key_Z);
+    undo->setShortcut(Keys("Ctrl+Z"));
     SetIcon(undo, Kind::Undo);
     redo = undoGroup.createRedoAction(m_window, tr("&Redo"));
-    redo->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+    redo->setShortcut(Keys("Ctrl+Shift+Z"));
     SetIcon(redo, Kind::Redo);
     selectAll = new QAction(tr("Select &All"), m_window);
-    selectAll->setShortcut(Qt::CTRL | Qt::Key_A);
+    selectAll->setShortcut(Keys("Ctrl+A"));
     selectNone = new QAction(tr("Select &None"), m_window);
-    selectNone->setShortcut(Qt::CTRL | Qt::Key_D);
+    selectNone->setShortcut(Keys("Ctrl+D"));
     invertSelection = new QAction(tr("&Invert Selection"), m_window);
-    invertSelection->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_I);
+    invertSelection->setShortcut(Keys("Ctrl+Shift+I"));
 }
 
 void EditorActions::MakeTools()
@@ -108,19 +110,19 @@ void EditorActions::MakeTools()
 void EditorActions::MakeViewActions()
 {
     zoomIn = new QAction(tr("Zoom &In"), m_window);
-    zoomIn->setShortcuts({Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal});
+    zoomIn->setShortcuts({Keys("Ctrl++"), Keys("Ctrl+=")});
     SetIcon(zoomIn, Kind::ZoomIn);
     SetHint(zoomIn, tr("Zoom in"));
     zoomOut = new QAction(tr("Zoom &Out"), m_window);
-    zoomOut->setShortcut(Qt::CTRL | Qt::Key_Minus);
+    zoomOut->setShortcut(Keys("Ctrl+-"));
     SetIcon(zoomOut, Kind::ZoomOut);
     SetHint(zoomOut, tr("Zoom out"));
     zoomFit = new QAction(tr("Zoom to &Fit"), m_window);
-    zoomFit->setShortcut(Qt::CTRL | Qt::Key_0);
+    zoomFit->setShortcut(Keys("Ctrl+0"));
     SetIcon(zoomFit, Kind::ZoomFit);
     SetHint(zoomFit, tr("Show the whole picture"));
     zoomActual = new QAction(tr("&Actual Size"), m_window);
-    zoomActual->setShortcut(Qt::CTRL | Qt::Key_1);
+    zoomActual->setShortcut(Keys("Ctrl+1"));
     SetIcon(zoomActual, Kind::ZoomActual);
     SetHint(zoomActual, tr("Show each pixel of the picture as one of the screen"));
     hideSplitter = new QAction(tr("Hide &Preview Slider"), m_window);

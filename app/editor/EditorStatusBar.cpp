@@ -16,6 +16,7 @@ namespace {
 constexpr double Percent = 100.0;
 constexpr int BusyWidth = 90;
 constexpr int BusyHeight = 6;
+constexpr int LabelMargin = 8;
 
 QString ZoomText(double zoom)
 {
@@ -25,7 +26,12 @@ QString ZoomText(double zoom)
 
 QString ChannelsText(const YDRGBA32i& pixel)
 {
-    return QStringLiteral("%1 %2 %3").arg(pixel.r, 3).arg(pixel.g, 3).arg(pixel.b, 3);
+    // Spaces as wide as digits keep the numbers in their places.
+    constexpr QChar FigureSpace(0x2007);
+    return QStringLiteral("%1 %2 %3")
+        .arg(pixel.r, 3, 10, FigureSpace)
+        .arg(pixel.g, 3, 10, FigureSpace)
+        .arg(pixel.b, 3, 10, FigureSpace);
 }
 
 } // namespace
@@ -57,6 +63,8 @@ EditorStatusBar::EditorStatusBar(QWidget* parent)
 
     addWidget(m_busy);
     addWidget(m_work, 1);
+    for (QLabel* const label : {m_pixel, m_depth, m_size})
+        label->setContentsMargins(LabelMargin, 0, LabelMargin, 0);
     for (QWidget* const widget : std::initializer_list<QWidget*>{m_pixel, m_depth, m_size, m_zoom})
         addPermanentWidget(widget);
     ShowWork(QString());

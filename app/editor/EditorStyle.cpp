@@ -54,6 +54,8 @@ bool IsDark(const QPalette& palette) { return palette.color(QPalette::Window).li
 
 } // namespace
 
+QStyle* EditorStyle::Create(const QString& baseStyle) { return new EditorStyle(baseStyle); }
+
 EditorStyle::EditorStyle(const QString& baseStyle) : QProxyStyle(baseStyle) {}
 
 int EditorStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

@@ -9,7 +9,8 @@ class EditorStyle : public QProxyStyle
     Q_OBJECT
 
 public:
-    explicit EditorStyle(const QString& baseStyle);
+    /// Belongs to the caller, as QApplication::setStyle() wants it.
+    static QStyle* Create(const QString& baseStyle);
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* answer) const override;
@@ -17,4 +18,7 @@ public:
                        const QWidget* widget) const override;
     QIcon standardIcon(StandardPixmap pixmap, const QStyleOption* option,
                        const QWidget* widget) const override;
+
+private:
+    explicit EditorStyle(const QString& baseStyle);
 };

@@ -2,6 +2,7 @@
 
 #include "core/KVApplication.h"
 #include "core/KVImageFileManager.h"
+#include "editor/AboutBox.h"
 #include "editor/AdjustmentPanel.h"
 #include "editor/DocumentWindow.h"
 #include "editor/EditorActions.h"
@@ -18,11 +19,10 @@
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QSettings>
 #include <QSpinBox>
@@ -135,7 +135,7 @@ void MainWindow::ConnectActions()
     connect(m_actions->recentFiles, &RecentFiles::Chosen, this,
             [this](const QString& path) { Open({path}); });
     connect(m_actions->quit, &QAction::triggered, this, &QWidget::close);
-    connect(m_actions->about, &QAction::triggered, this, &MainWindow::ShowAbout);
+    connect(m_actions->about, &QAction::triggered, this, [this] { AboutBox::Show(this); });
     connect(m_actions->close, &QAction::triggered, m_area, &QMdiArea::closeActiveSubWindow);
     onWindow(m_actions->save, [](DocumentWindow& window) { window.Save(); });
     onWindow(m_actions->saveAs, [](DocumentWindow& window) { window.SaveAs(); });
@@ -217,7 +217,8 @@ DocumentWindow* MainWindow::WindowOf(const QString& path) const
 void MainWindow::AskForPictures()
 {
     const QStringList paths = QFileDialog::getOpenFileNames(
-        this, tr("Open Pictures"), KVApplication::GetPathOpen(), KVImageFileManager::GetFilterForRead());
+        this, tr("Open Pictures"), KVApplication::GetPathOpen(), KVImageFileManager::GetFilterForRead(),
+        nullptr, QFileDialog::HideNameFilterDetails);
     if (paths.isEmpty())
         return;
     KVApplication::SetPathOpen(QFileInfo(paths.constFirst()).absolutePath());
@@ -241,13 +242,16 @@ void MainWindow::AddDocument(const OpenedPicture& opened)
     m_actions->recentFiles->Add(opened.path);
     QMdiSubWindow* const tab = m_area->addSubWindow(window);
     tab->setWindowIcon(QIcon());
+    // Its Ctrl+W would make the window's own ambiguous.
+    const QList<QAction*> tabActions = tab->systemMenu()->actions();
+    for (QAction* const action : tabActions)
+        action->setShortcuts(QList<QKeySequence>());
     tab->showMaximized();
+    QString note = opened.warning;
     if (opened.depthReduced)
-        m_statusBar->showMessage(tr("“%1” holds more than 8 bits a channel; the picture was reduced to 8.")
-                                     .arg(window->GetDocument()->Name()),
-                                 NoteMs);
-    else if (!opened.warning.isEmpty())
-        m_statusBar->showMessage(opened.warning, NoteMs);
+        note = tr("“%1” holds more than 8 bits a channel; the picture was reduced to 8.")
+                   .arg(window->GetDocument()->Name());
+    m_statusBar->showMessage(note, NoteMs);
     emit DocumentOpened(window);
 }
 
@@ -362,19 +366,6 @@ void MainWindow::UpdateWork()
     else if (saving != windows.end())
         text = tr("Saving “%1”…").arg((*saving)->GetDocument()->Name());
     m_statusBar->ShowWork(text);
-}
-
-void MainWindow::ShowAbout()
-{
-    QMessageBox box(
-        QMessageBox::NoIcon, tr("About %1").arg(QGuiApplication::applicationDisplayName()),
-        QStringLiteral("<h3>%1 %2</h3>")
-            .arg(QGuiApplication::applicationDisplayName(), QCoreApplication::applicationVersion()),
-        QMessageBox::Close, this);
-    constexpr int IconSide = 64;
-    box.setIconPixmap(windowIcon().pixmap(IconSide));
-    box.setInformativeText(tr("A small photo editor: opens pictures, selects, adjusts, saves."));
-    box.exec();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

@@ -64,7 +64,6 @@ private:
     void UpdateTitle();
     void UpdateTools();
     void UpdateWork();
-    void ShowAbout();
 
     PictureLoader m_loader;
     QUndoGroup m_undoGroup;

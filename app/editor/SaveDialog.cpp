@@ -26,6 +26,7 @@ SaveDialog::Answer SaveDialog::Ask(QWidget* parent, const QString& path, int qua
     QFileDialog dialog(parent, tr("Save Picture As"), QFileInfo(path).absolutePath(),
                        KVImageFileManager::GetFilterForWrite());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.selectFile(QFileInfo(path).fileName());
     dialog.setDefaultSuffix(QFileInfo(path).suffix());
     Answer answer;

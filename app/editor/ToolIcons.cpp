@@ -210,7 +210,7 @@ public:
     {
         const QPalette palette = QGuiApplication::palette();
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
-        const QColor color =
+        const QColor& color =
             palette.color(group, mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::WindowText);
         const Drawing drawing = DrawingOf(m_kind);
         painter->save();

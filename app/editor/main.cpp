@@ -2,6 +2,7 @@
 #include "editor/EditorOptions.h"
 #include "editor/MainWindow.h"
 #include "editor/RenderCommand.h"
+#include "editor/Translations.h"
 
 #include <QApplication>
 
@@ -39,6 +40,7 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(EDITOR_VERSION));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Adjust Editor"));
     QGuiApplication::setDesktopFileName(QStringLiteral("adjust-editor"));
+    Translations::Install();
     const EditorOptions options = EditorOptions::Parse(QCoreApplication::arguments());
     if (!options.error.isEmpty()) {
         std::fprintf(stderr, "adjust-editor: %s\n", qPrintable(options.error));
