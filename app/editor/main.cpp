@@ -5,6 +5,8 @@
 #include "editor/Translations.h"
 
 #include <QApplication>
+#include <QSettings>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <memory>
@@ -15,6 +17,10 @@ constexpr int WrongCall = 2;
 
 int Run(const EditorOptions& options)
 {
+    // A rendered window looks the same on every machine, and leaves no trace in the user's settings.
+    const QTemporaryDir settings;
+    if (options.isRender)
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
     ColorScheme::Apply(options.colorScheme.value_or(ColorScheme::Stored()));
     MainWindow window;
     std::unique_ptr<RenderCommand> render;
