@@ -107,6 +107,7 @@ private slots:
     void EscAndClosingAreCancel_data();
     void EscAndClosingAreCancel();
     void EnterIsOk();
+    void KeysAdjustAtOnce();
     void OkDuringAJobThatEndsInTimeShowsNoDialog();
     void OkDuringALongJobWaitsInADialog();
     void AbortingTheWaitLeavesTheDialogOpen();
@@ -250,6 +251,18 @@ void TestAdjustmentSession::EnterIsOk()
     auto* const spin = bench.Dialog().findChild<QWidget*>(QStringLiteral("m_pBrightnessSpin"));
     QTest::keyClicks(spin, QStringLiteral("12"));
     QTest::keyClick(spin, Qt::Key_Return);
+    QTRY_COMPARE_WITH_TIMEOUT(bench.accepted.size(), 1, PatienceMs);
+}
+
+void TestAdjustmentSession::KeysAdjustAtOnce()
+{
+    Bench bench(Brightness());
+    QVERIFY(QTest::qWaitForWindowActive(&bench.Dialog()));
+    auto* const slider = bench.Dialog().findChild<QSlider*>(QStringLiteral("m_pBrightnessSlider"));
+    QTest::keyClick(bench.Dialog().focusWidget(), Qt::Key_Right);
+    QTest::keyClick(bench.Dialog().focusWidget(), Qt::Key_Up);
+    QVERIFY(slider->value() > 0);
+    QTest::keyClick(bench.Dialog().focusWidget(), Qt::Key_Return);
     QTRY_COMPARE_WITH_TIMEOUT(bench.accepted.size(), 1, PatienceMs);
 }
 

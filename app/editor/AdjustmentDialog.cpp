@@ -27,6 +27,7 @@ AdjustmentDialog::AdjustmentDialog(const AdjustmentEntry& entry, QWidget* parent
     layout->setSpacing(0);
     layout->addWidget(m_widget, 1);
     PlacePresets(*layout);
+    FocusFirstControl();
     setMinimumWidth(fontMetrics().averageCharWidth() * MinWidthInCharacters);
 }
 
@@ -51,6 +52,21 @@ void AdjustmentDialog::PlacePresets(QVBoxLayout& outer)
         return;
     }
     outer.insertWidget(0, m_presets, 0, Qt::AlignRight);
+}
+
+/// So that arrow keys and numbers adjust at once.
+void AdjustmentDialog::FocusFirstControl()
+{
+    auto* const content = m_widget->findChild<QWidget*>(QStringLiteral("m_pContent"));
+    if (!content)
+        return;
+    for (QWidget* widget = content->nextInFocusChain(); widget != content;
+         widget = widget->nextInFocusChain()) {
+        if (content->isAncestorOf(widget) && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus)) {
+            widget->setFocus();
+            return;
+        }
+    }
 }
 
 void AdjustmentDialog::SetControlsEnabled(bool enabled)

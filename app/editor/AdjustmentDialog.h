@@ -38,6 +38,7 @@ signals:
 
 private:
     void PlacePresets(QVBoxLayout& outer);
+    void FocusFirstControl();
 
     const AdjustmentEntry& m_entry;
     YDAdjustmentWidget* m_widget;

@@ -85,6 +85,7 @@ void DocumentWindow::EndSession(QObject* session)
 {
     session->disconnect(this);
     m_document.SetLocked(false);
+    m_view->setFocus();
     emit StateChanged();
 }
 

@@ -26,6 +26,7 @@
 #include <QMimeData>
 #include <QSettings>
 #include <QSpinBox>
+#include <QTabBar>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -63,6 +64,8 @@ MainWindow::MainWindow(QWidget* parent)
     setWindowIcon(ToolIcons::Application());
     setAcceptDrops(true);
     setCentralWidget(m_area);
+    if (auto* const tabs = m_area->findChild<QTabBar*>())
+        tabs->setFocusPolicy(Qt::NoFocus); // keys belong to the picture
     BuildHint();
     setStatusBar(m_statusBar);
     BuildDock();
