@@ -1,17 +1,16 @@
 #include "editor/AboutBox.h"
 
+#include "editor/ProgramName.h"
 #include "editor/ToolIcons.h"
 
-#include <QGuiApplication>
 #include <QMessageBox>
 
 void AboutBox::Show(QWidget* parent)
 {
     constexpr int IconSide = 64;
     auto* const box = new QMessageBox(
-        QMessageBox::NoIcon, tr("About %1").arg(QGuiApplication::applicationDisplayName()),
-        QStringLiteral("<h3>%1&nbsp;%2</h3>")
-            .arg(QGuiApplication::applicationDisplayName(), QCoreApplication::applicationVersion()),
+        QMessageBox::NoIcon, tr("About %1").arg(ProgramName()),
+        QStringLiteral("<h3>%1&nbsp;%2</h3>").arg(ProgramName(), QCoreApplication::applicationVersion()),
         QMessageBox::Close, parent);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setIconPixmap(ToolIcons::Application().pixmap(IconSide));

@@ -25,7 +25,7 @@ const AdjustmentEntry& EntryAt(int index) { return AdjustmentCatalog::Entries().
 
 AdjustmentPanel::AdjustmentPanel(QWidget* parent)
     : QWidget(parent), m_choice(new QComboBox(this)), m_pages(new QStackedWidget(this)),
-      m_presets(new PresetMenu(this)), m_apply(new QPushButton(tr("&Apply"), this)),
+      m_presets(new PresetMenu(this)), m_apply(new QPushButton(tr("Appl&y"), this)),
       m_reset(new QPushButton(tr("&Reset"), this)), m_widgets(AdjustmentCatalog::Entries().size()),
       m_scrollAreas(AdjustmentCatalog::Entries().size())
 {

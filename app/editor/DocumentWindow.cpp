@@ -4,10 +4,10 @@
 #include "editor/AdjustmentDialog.h"
 #include "editor/AdjustmentSession.h"
 #include "editor/Messages.h"
+#include "editor/ProgramName.h"
 #include "editor/SaveDialog.h"
 
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QMessageBox>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -170,7 +170,7 @@ bool DocumentWindow::MayClose()
     }
     if (!m_document.IsModified())
         return true;
-    QMessageBox question(QMessageBox::Question, QGuiApplication::applicationDisplayName(),
+    QMessageBox question(QMessageBox::Question, ProgramName(),
                          tr("Save the changes to “%1”?").arg(m_document.Name()),
                          QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, window());
     question.setInformativeText(tr("Without saving, the changes are lost."));

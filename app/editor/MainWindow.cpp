@@ -8,6 +8,7 @@
 #include "editor/EditorActions.h"
 #include "editor/EditorStatusBar.h"
 #include "editor/Messages.h"
+#include "editor/ProgramName.h"
 #include "editor/RecentFiles.h"
 #include "editor/ToolIcons.h"
 #include "gui/YDMdiArea.h"
@@ -311,7 +312,8 @@ void MainWindow::OnCurrentChanged()
 void MainWindow::UpdateTitle()
 {
     DocumentWindow* const window = CurrentWindow();
-    setWindowTitle(window ? window->GetDocument()->Name() + QLatin1String("[*]") : QString());
+    setWindowTitle(window ? tr("%1[*] — %2").arg(window->GetDocument()->Name(), ProgramName())
+                          : ProgramName());
     setWindowModified(window && window->GetDocument()->IsModified());
 }
 

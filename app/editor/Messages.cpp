@@ -1,14 +1,14 @@
 #include "editor/Messages.h"
 
-#include <QGuiApplication>
+#include "editor/ProgramName.h"
+
 #include <QMessageBox>
 
 namespace {
 
 void Show(QMessageBox::Icon icon, QWidget* parent, const QString& what, const QString& why)
 {
-    auto* const box =
-        new QMessageBox(icon, QGuiApplication::applicationDisplayName(), what, QMessageBox::Ok, parent);
+    auto* const box = new QMessageBox(icon, ProgramName(), what, QMessageBox::Ok, parent);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(why);

@@ -44,7 +44,6 @@ int main(int argc, char* argv[])
     QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui"));
     QCoreApplication::setApplicationName(QStringLiteral("adjust-editor"));
     QCoreApplication::setApplicationVersion(QStringLiteral(EDITOR_VERSION));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Adjust Editor"));
     QGuiApplication::setDesktopFileName(QStringLiteral("adjust-editor"));
     Translations::Install();
     const EditorOptions options = EditorOptions::Parse(QCoreApplication::arguments());
