@@ -8,7 +8,7 @@
 namespace {
 
 /// Room for a list of some million points.
-constexpr qint64 MaxPresetBytes = 64 * 1024 * 1024;
+constexpr qint64 MaxPresetBytes = qint64(64) * 1024 * 1024;
 
 /// The mark that a preset of an unknown adjustment or version begins with; empty for other files.
 QString ForeignTag(const QByteArray& bytes)

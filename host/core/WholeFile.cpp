@@ -17,6 +17,8 @@ namespace {
 /// No byte array of Qt 5 holds more.
 constexpr qint64 MaxByteArraySize = (qint64(1) << 31) - 64;
 
+constexpr qint64 ChunkSize = 65536;
+
 QString ReasonOf(int error) { return qt_error_string(error); }
 
 QString WhyNotRegular(mode_t mode)
@@ -48,6 +50,19 @@ QString OpenRegular(const QString& path, QFile& file)
         return file.errorString();
     }
     return {};
+}
+
+/// Memory grows with what really comes: a file may be longer than it says, as those of the kernel are.
+QByteArray ReadUpTo(QFile& file, qint64 limit)
+{
+    QByteArray bytes = file.read(file.size());
+    while (bytes.size() < limit) {
+        const QByteArray more = file.read(qMin(ChunkSize, limit - bytes.size()));
+        if (more.isEmpty())
+            break;
+        bytes.append(more);
+    }
+    return bytes;
 }
 
 QString SaveReplacing(const QString& path, const QByteArray& bytes)
@@ -131,13 +146,12 @@ WholeFile::Content WholeFile::Read(const QString& path, qint64 maxBytes, const I
             return {{}, Error(path, file.errorString())};
     }
     const qint64 limit = qBound(qint64(0), maxBytes, MaxByteArraySize);
-    if (file.size() > limit)
-        return {{}, Error(path, tr("the file is larger than %1 bytes").arg(limit))};
     Content content;
-    content.bytes = file.read(limit + 1);
+    if (file.size() <= limit)
+        content.bytes = ReadUpTo(file, limit);
     if (file.error() != QFileDevice::NoError)
         return {{}, Error(path, file.errorString())};
-    if (content.bytes.size() > limit)
+    if (!file.atEnd())
         return {{}, Error(path, tr("the file is larger than %1 bytes").arg(limit))};
     return content;
 }
