@@ -128,6 +128,11 @@ void YDAdjustmentWidget::StartProcessing()
     connect(m_watcher, &JobWatcher::resultReadyAt, this, &YDAdjustmentWidget::OnResultReadyAt);
     connect(m_watcher, &JobWatcher::finished, this, &YDAdjustmentWidget::OnProcessingFinished);
     StartJobWatching(m_watcher);
+    if (m_watcher->isCanceled()) { // an adjustment without a job gave no future
+        delete m_watcher;
+        m_watcher = nullptr;
+        return;
+    }
     StopTimer(m_progressTimerId);
     m_progressTimerId = startTimer(KVApplication::GetProgressTimeout());
     m_processing = true;

@@ -62,7 +62,8 @@ public:
     /// Puts every control back to its default.
     virtual void Reset() = 0;
 
-    /// Starts the adjustment's background job and gives its future to `watcher`.
+    /// Starts the adjustment's background job and gives its future to `watcher`; an adjustment that
+    /// computes no pixels gives none.
     virtual void StartJobWatching(JobWatcher* watcher) = 0;
 
     /// The title of the adjustment's form; empty if it has none.

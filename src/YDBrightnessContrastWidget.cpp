@@ -3,12 +3,6 @@
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 #include "ui_BrightnessContrastParamWidget.h"
 
-namespace {
-
-constexpr char SourcePath[] = "src/YDBrightnessContrastWidget";
-
-} // namespace
-
 bool YDBrightnessContrastWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
 
 bool YDBrightnessContrastWidget::Params::Write(QDataStream& stream) const
@@ -18,14 +12,12 @@ bool YDBrightnessContrastWidget::Params::Write(QDataStream& stream) const
 
 QDataStream& operator<<(QDataStream& stream, const YDBrightnessContrastWidget::Params& params)
 {
-    return YDRecord::Insert(stream, params,
-                            {SourcePath, __LINE__, "Write brightness and contrast data error."});
+    return YDRecord::Insert(stream, params, YDRecordNames::BrightnessContrast, __LINE__);
 }
 
 QDataStream& operator>>(QDataStream& stream, YDBrightnessContrastWidget::Params& params)
 {
-    return YDRecord::Extract(stream, params,
-                             {SourcePath, __LINE__, "Read brightness and contrast data error."});
+    return YDRecord::Extract(stream, params, YDRecordNames::BrightnessContrast, __LINE__);
 }
 
 YDBrightnessContrastWidget::YDBrightnessContrastWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)

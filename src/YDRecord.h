@@ -1,5 +1,6 @@
 #pragma once
 
+#include "YDRecordNames.h"
 #include "adjustmentgui_export.h"
 
 #include <QDataStream>
@@ -39,16 +40,23 @@ struct Range
 /// Reads as many bytes as the tag has; false if fewer came or they differ.
 [[nodiscard]] ADJUSTMENTGUI_EXPORT bool ReadTag(QDataStream& stream, std::string_view tag);
 
-/// Where and what to log when a stream operator fails.
-struct Failure
+/// Which of two tags a stream begins with.
+enum class FoundTag
 {
-    const char* source; ///< such as "src/YDTemperatureWidget"
-    int line;
-    const char* message;
+    None,
+    Older,
+    Current
 };
 
-/// Logs the failure as a debug line "[source:line] message".
-ADJUSTMENTGUI_EXPORT void Log(const Failure& failure);
+/// Reads the tag of a record that an older release wrote under a tag of its own, `older`, shorter than
+/// `current`: as many bytes as the shorter has, and only if they are not it the rest of the longer.
+[[nodiscard]] ADJUSTMENTGUI_EXPORT FoundTag ReadTag(QDataStream& stream, std::string_view current,
+                                                    std::string_view older);
+
+/// Logs "[source:line] Read ... data error." as a debug line; `line` where the name knows none.
+ADJUSTMENTGUI_EXPORT void LogReadFailure(const YDRecordName& name, int line);
+/// The same for a record that could not be written.
+ADJUSTMENTGUI_EXPORT void LogWriteFailure(const YDRecordName& name, int line);
 
 template <class Field>
 void WriteField(QDataStream& stream, const Field& field)
@@ -119,22 +127,22 @@ template <class Params>
     });
 }
 
-/// The stream operators' writing half: logs a record that could not be written.
+/// The stream operators' writing half: logs a record that could not be written, at `line`.
 template <class Params>
-QDataStream& Insert(QDataStream& stream, const Params& params, const Failure& failure)
+QDataStream& Insert(QDataStream& stream, const Params& params, const YDRecordName& name, int line)
 {
     if (!params.Write(stream))
-        Log(failure);
+        LogWriteFailure(name, line);
     return stream;
 }
 
 /// The stream operators' reading half: a record that could not be read is logged and becomes the default
 /// one, never a half-read one.
 template <class Params>
-QDataStream& Extract(QDataStream& stream, Params& params, const Failure& failure)
+QDataStream& Extract(QDataStream& stream, Params& params, const YDRecordName& name, int line)
 {
     if (!params.Read(stream)) {
-        Log(failure);
+        LogReadFailure(name, line);
         params = Params();
     }
     return stream;

@@ -20,6 +20,8 @@ void CatchLog(QtMsgType type, const QMessageLogContext&, const QString& message)
         LoggedLines().append(message);
 }
 
+constexpr YDRecordName SampleName{"src/Sample", "sample"};
+
 /// A record with a field of each of the kinds that adjustments use.
 struct Sample
 {
@@ -43,12 +45,12 @@ struct Sample
 
 QDataStream& operator<<(QDataStream& stream, const Sample& sample)
 {
-    return YDRecord::Insert(stream, sample, {"src/Sample", 42, "Write sample data error."});
+    return YDRecord::Insert(stream, sample, SampleName, 42);
 }
 
 QDataStream& operator>>(QDataStream& stream, Sample& sample)
 {
-    return YDRecord::Extract(stream, sample, {"src/Sample", 43, "Read sample data error."});
+    return YDRecord::Extract(stream, sample, SampleName, 43);
 }
 
 Sample Other()
@@ -88,6 +90,11 @@ private slots:
     void AReadOnlyStreamCannotBeWrittenTo();
     void AFullDeviceFailsTheWrite();
     void RecordsAreEqualWhenAllFieldsAre();
+    void AnOlderTagIsTold_data();
+    void AnOlderTagIsTold();
+    void AnOlderTagLeavesTheStreamAtTheFields();
+    void FailuresAreLoggedUnderTheirNames_data();
+    void FailuresAreLoggedUnderTheirNames();
 };
 
 void TestYDRecord::init()
@@ -143,7 +150,8 @@ void TestYDRecord::AnotherTagIsRefusedWithoutTouchingTheRecord_data()
 void TestYDRecord::AnotherTagIsRefusedWithoutTouchingTheRecord()
 {
     QFETCH(QByteArray, tag);
-    const QByteArray fields = tag.size() == int(Sample::Tag.size()) ? Written(Sample()).mid(16) : QByteArray();
+    const QByteArray fields =
+        tag.size() == int(Sample::Tag.size()) ? Written(Sample()).mid(16) : QByteArray();
     QDataStream stream(tag + fields);
     Sample sample = Other();
     QVERIFY(!sample.Read(stream));
@@ -206,6 +214,112 @@ void TestYDRecord::RecordsAreEqualWhenAllFieldsAre()
     changed = Sample();
     changed.real = std::numeric_limits<double>::quiet_NaN();
     QVERIFY(!YDRecord::Equal(changed, changed));
+}
+
+namespace {
+
+constexpr std::string_view CurrentTag = "KVBlackAndWhite 1.00000";
+constexpr std::string_view OlderTag = "KVDesaturate 1.00000";
+
+} // namespace
+
+Q_DECLARE_METATYPE(YDRecord::FoundTag)
+Q_DECLARE_METATYPE(YDRecordName)
+
+void TestYDRecord::AnOlderTagIsTold_data()
+{
+    using YDRecord::FoundTag;
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<FoundTag>("expected");
+    QTest::newRow("current") << QByteArray("KVBlackAndWhite 1.00000") << FoundTag::Current;
+    QTest::newRow("older") << QByteArray("KVDesaturate 1.00000") << FoundTag::Older;
+    QTest::newRow("older, fields behind it") << QByteArray("KVDesaturate 1.00000xyz") << FoundTag::Older;
+    QTest::newRow("another version") << QByteArray("KVBlackAndWhite 1.00001") << FoundTag::None;
+    QTest::newRow("another version of the older") << QByteArray("KVDesaturate 1.00001xyz") << FoundTag::None;
+    QTest::newRow("neither") << QByteArray("KVColorBalance 1.0000000") << FoundTag::None;
+    for (int length = 0; length < int(CurrentTag.size()); ++length)
+        QTest::addRow("current, cut at %d", length)
+            << QByteArray("KVBlackAndWhite 1.00000", length) << FoundTag::None;
+    for (int length = 0; length < int(OlderTag.size()); ++length)
+        QTest::addRow("older, cut at %d", length)
+            << QByteArray("KVDesaturate 1.00000", length) << FoundTag::None;
+}
+
+void TestYDRecord::AnOlderTagIsTold()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(YDRecord::FoundTag, expected);
+    QDataStream stream(bytes);
+    QCOMPARE(YDRecord::ReadTag(stream, CurrentTag, OlderTag), expected);
+}
+
+void TestYDRecord::AnOlderTagLeavesTheStreamAtTheFields()
+{
+    for (const char* const tag : {"KVBlackAndWhite 1.00000", "KVDesaturate 1.00000"}) {
+        QDataStream stream(QByteArray(tag) + QByteArray::fromHex("00000007"));
+        QVERIFY(YDRecord::ReadTag(stream, CurrentTag, OlderTag) != YDRecord::FoundTag::None);
+        int field = 0;
+        stream >> field;
+        QCOMPARE(field, 7);
+    }
+}
+
+void TestYDRecord::FailuresAreLoggedUnderTheirNames_data()
+{
+    namespace Names = YDRecordNames;
+    QTest::addColumn<YDRecordName>("name");
+    QTest::addColumn<QString>("write");
+    QTest::addColumn<QString>("read");
+    const auto add = [](const YDRecordName& name, const char* write, const char* read) {
+        QTest::newRow(name.source) << name << QString::fromLatin1(write) << QString::fromLatin1(read);
+    };
+    add(Names::BrightnessContrast,
+        "[src/YDBrightnessContrastWidget:5] Write brightness and contrast data error.",
+        "[src/YDBrightnessContrastWidget:6] Read brightness and contrast data error.");
+    add(Names::HueSaturation, "[src/YDHueSaturationWidget:5] Write hue and saturation data error.",
+        "[src/YDHueSaturationWidget:6] Read hue and saturation data error.");
+    add(Names::ColorBalance, "[src/YDColorBalanceWidget:5] Write color balance data error.",
+        "[src/YDColorBalanceWidget:6] Read color balance data error.");
+    add(Names::Levels, "[src/YDLevelsWidget:774] Write levels data error.",
+        "[src/YDLevelsWidget:787] Read levels data error.");
+    add(Names::Curves, "[src/YDCurvesWidget:1613] Write curves data error.",
+        "[src/YDCurvesWidget:1626] Read curves data error.");
+    add(Names::Threshold, "[src/YDThresholdWidget:298] Write threshold data error.",
+        "[src/YDThresholdWidget:311] Read threshold data error.");
+    add(Names::BlackAndWhite, "[src/YDBlackAndWhiteWidget:5] Write BlackAndWhite data error.",
+        "[src/YDBlackAndWhiteWidget:6] Read BlackAndWhite data error.");
+    add(Names::Colorize, "[src/YDColorizeWidget:309] Write colorize data error.",
+        "[src/YDColorizeWidget:322] Read colorize data error.");
+    add(Names::PhotoFilter, "[src/YDPhotoFilterWidget:5] Write photo filter data error.",
+        "[src/YDPhotoFilterWidget:6] Read photo filter data error.");
+    add(Names::Tint, "[src/YDTintWidget:5] Write tint data error.",
+        "[src/YDTintWidget:6] Read tint data error.");
+    add(Names::Temperature, "[src/YDTemperatureWidget:5] Write temperature data error.",
+        "[src/YDTemperatureWidget:6] Read temperature data error.");
+    add(Names::WhiteBalance, "[src/YDWBWidget:5] Write WB data error.",
+        "[src/YDWBWidget:6] Read WB data error.");
+    add(Names::ColorEnhancer, "[src/YDColorEnhancerWidget:5] Write color enhancer data error.",
+        "[src/YDColorEnhancerWidget:6] Read color enhancer data error.");
+    add(Names::Sign, "[src/YDSignWidget:526] Write sign data error.",
+        "[src/YDSignWidget:539] Read sign data error.");
+    add(Names::ReplaceColor, "[src/YDReplaceColorWidget:397] Write sign data error.",
+        "[src/YDReplaceColorWidget:410] Read sign data error.");
+    add(Names::FillColor, "[src/KVFillColorWidget:295] Write colorize data error.",
+        "[src/KVFillColorWidget:308] Read colorize data error.");
+    add(Names::Watermark, "[src/YDWatermarkWidget:522] Write watermark data error.",
+        "[src/YDWatermarkWidget:535] Read watermark data error.");
+    add(Names::SelectiveColors, "[src/KVSelectiveColorsWidget:307] Write selective colors data error.",
+        "[src/KVSelectiveColorsWidget:320] Read selective colors data error.");
+}
+
+void TestYDRecord::FailuresAreLoggedUnderTheirNames()
+{
+    QFETCH(YDRecordName, name);
+    QFETCH(QString, write);
+    QFETCH(QString, read);
+    YDRecord::LogWriteFailure(name, 5);
+    YDRecord::LogReadFailure(name, 6);
+    QCOMPARE(LoggedLines(), QStringList({write, read}));
 }
 
 QTEST_APPLESS_MAIN(TestYDRecord)

@@ -8,7 +8,9 @@
 ///
 /// A concrete transformation is copyable, prepares its constants when it is made, and has besides
 /// `void ProcessPixel(qsizetype index) const`, not virtual so that the row loop inlines it: the pixel at
-/// `index` of the processing buffer, in place. ProcessRow() gives the same bytes, many pixels at a time.
+/// `index` of the processing buffer, in place. That buffer may hold a part of the picture only, so a rule
+/// must not conclude from the index where in the picture a pixel lies. ProcessRow() gives the same bytes,
+/// many pixels at a time.
 class BaseTransformation
 {
 public:
