@@ -11,6 +11,7 @@ PicturePipeline::PicturePipeline(std::vector<AdjustmentStep>& steps, const Selec
     : m_steps(steps), m_mask(mask), m_options(options)
 {
     m_pool.setMaxThreadCount(options.picturesAtOnce);
+    connect(this, &PicturePipeline::HandedBack, this, &PicturePipeline::OnHandedBack, Qt::QueuedConnection);
 }
 
 PicturePipeline::~PicturePipeline() { m_pool.waitForDone(); }
@@ -46,19 +47,29 @@ void PicturePipeline::StartNext()
         emit Finished();
 }
 
-void PicturePipeline::Queue(const PicturePointer& picture, void (PicturePipeline::*work)(Picture&) const,
-                            void (PicturePipeline::*next)(const PicturePointer&))
+void PicturePipeline::Queue(const PicturePointer& picture, Work work, Next next)
 {
-    const auto task = [this, picture, work, next] {
-        (this->*work)(*picture);
-        HandOver::Give(picture.get());
-        const auto goOn = [this, picture, next] {
-            HandOver::Take(picture.get());
-            (this->*next)(picture);
-        };
-        QMetaObject::invokeMethod(this, goOn, Qt::QueuedConnection);
-    };
-    PoolTask<void>::Start(task, &m_pool);
+    PoolTask<void>::Start(
+        [this, picture, work, next] {
+            (this->*work)(*picture);
+            {
+                const std::lock_guard<std::mutex> lock(m_handedMutex);
+                m_handed.push_back({picture, next});
+            }
+            emit HandedBack();
+        },
+        &m_pool);
+}
+
+void PicturePipeline::OnHandedBack()
+{
+    std::vector<Handed> handed;
+    {
+        const std::lock_guard<std::mutex> lock(m_handedMutex);
+        handed.swap(m_handed);
+    }
+    for (const Handed& each : handed)
+        (this->*each.next)(each.picture);
 }
 
 void PicturePipeline::Read(Picture& picture) const

@@ -8,6 +8,8 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <memory>
+#include <mutex>
 #include <vector>
 
 /// Takes pictures through reading, adjusting and writing.
@@ -38,6 +40,8 @@ public:
 
 signals:
     void Finished();
+    /// A thread of the pool has put a picture among those that are handed back.
+    void HandedBack();
 
 private:
     /// One picture on its way.
@@ -59,9 +63,18 @@ private:
     void Fail(const QString& error);
     void End();
 
+    using Work = void (PicturePipeline::*)(Picture&) const;
+    using Next = void (PicturePipeline::*)(const PicturePointer&);
+
     /// Does `work` on the pool, then `next` on the GUI thread.
-    void Queue(const PicturePointer& picture, void (PicturePipeline::*work)(Picture&) const,
-               void (PicturePipeline::*next)(const PicturePointer&));
+    void Queue(const PicturePointer& picture, Work work, Next next);
+    void OnHandedBack();
+
+    struct Handed
+    {
+        PicturePointer picture;
+        Next next;
+    };
 
     std::vector<AdjustmentStep>& m_steps;
     const SelectionMask& m_mask;
@@ -72,5 +85,7 @@ private:
     int m_failed = 0;
     int m_underWay = 0;
     bool m_stopped = false;
-    QThreadPool m_pool;
+    std::mutex m_handedMutex;
+    std::vector<Handed> m_handed; ///< guarded by m_handedMutex
+    QThreadPool m_pool;           ///< the last member: its threads use the others
 };
