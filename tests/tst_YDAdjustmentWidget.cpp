@@ -1,6 +1,7 @@
 #include "YDAdjustmentWidget.h"
 #include "core/KVApplication.h"
 #include "gui/KVDocumentView.h"
+#include "gui/YDMdiArea.h"
 #include "gui/YDOperationProgressDlg.h"
 
 #include <QApplication>
@@ -9,12 +10,15 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLinearGradient>
+#include <QMainWindow>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTest>
 #include <QTimer>
+#include <QTranslator>
 
 #include <atomic>
 
@@ -31,6 +35,26 @@ struct Gate
     std::atomic<int> jobsBegun{0};
     std::atomic<int> jobsEnded{0};
     std::atomic<bool> open{true};
+};
+
+/// An adjustment that computes no pixels.
+class IdleWidget : public YDAdjustmentWidget
+{
+public:
+    IdleWidget() : YDAdjustmentWidget(true, nullptr, Qt::WindowFlags()) {}
+    void Reset() override {}
+    void StartJobWatching(JobWatcher*) override {}
+};
+
+/// Translates every text into its context and itself.
+class ContextTranslator : public QTranslator
+{
+public:
+    QString translate(const char* context, const char* text, const char*, int) const override
+    {
+        return QStringLiteral("%1/%2").arg(QLatin1String(context), QLatin1String(text));
+    }
+    bool isEmpty() const override { return false; }
 };
 
 /// An adjustment whose job fills the picture with a value once the gate opens, or stops when aborted.
@@ -115,6 +139,24 @@ quint8 Shown(const YDAdjustmentWidget& widget)
     return image.IsEmpty() ? 0 : image.Row(0)[0].g;
 }
 
+/// Starts a job that does not end by itself, waits for it, and calls `act` once the wait dialog shows.
+template <class Act>
+void ActInTheWaitDialog(FillWidget& widget, Act act)
+{
+    KVApplication::SetProgressTimeout(1);
+    GiveImage(widget);
+    QVERIFY(!widget.WaitForProcessingFinished(false));
+    auto* const poll = new QTimer(&widget);
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, act] {
+        auto* const dialog = qobject_cast<YDOperationProgressDlg*>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        poll->stop();
+        act(*dialog);
+    });
+    poll->start(1);
+}
+
 bool IsIdle(const Gate& gate) { return gate.jobsBegun == gate.jobsEnded; }
 
 } // namespace
@@ -132,6 +174,8 @@ private slots:
     void ButtonsSpeakForTheDialog();
     void TheNameIsTheTitleOfTheContent();
     void HandingInAnImageStartsAPreview();
+    void TheJobIsUnderWayWhenTheSourceIsAnnounced();
+    void AnAdjustmentWithoutAJobIsNeverBusy();
     void APanelNeverStartsAJob();
     void AnEmptyImageNeverStartsAJob_data();
     void AnEmptyImageNeverStartsAJob();
@@ -151,8 +195,16 @@ private slots:
     void AbortingTheDialogCancels();
     void CancellingWhileWaitingHidesTheResult();
     void AChangeWhileTheDialogShowsIsApplied();
+    void AChangeWhileTheTimeoutRunsStartsNothing();
+    void TheDialogShowsTheProgressOverTheMainWindow();
+    void AnythingMayHappenWhileTheDialogShows_data();
+    void AnythingMayHappenWhileTheDialogShows();
+    void AMainWindowThatGoesAwayAbortsTheWait();
+    void AWidgetMayBeDestroyedByItsOwnAnswer_data();
+    void AWidgetMayBeDestroyedByItsOwnAnswer();
     void FlushingStartsAPendingChangeAtOnce();
     void QuickJobsLeaveTheStripAlone();
+    void TheStripStaysAsItIsAfterAQuickJob();
     void LongJobsRevealTheStrip();
     void TheEndOfAJobIsAnnouncedAsFullProgress();
     void ProgressReachesTheBar();
@@ -165,6 +217,7 @@ private slots:
     void DestroyingAWidgetEndsItsWait();
     void DestroyingAWidgetEndsItsDialog();
     void TwoWidgetsPreviewAtOnce();
+    void TheFrameIsTranslatedInItsOwnContext();
 };
 
 void TestYDAdjustmentWidget::initTestCase()
@@ -287,6 +340,27 @@ void TestYDAdjustmentWidget::HandingInAnImageStartsAPreview()
     QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
     QCOMPARE(widget.AdjustedImage().Width(), 20);
     QCOMPARE(widget.AdjustedImage().Height(), 10);
+}
+
+void TestYDAdjustmentWidget::TheJobIsUnderWayWhenTheSourceIsAnnounced()
+{
+    Gate gate;
+    FillWidget widget(true, gate);
+    bool isUnderWay = false;
+    connect(&widget, &YDAdjustmentWidget::SourceChanged, this,
+            [&] { isUnderWay = widget.findChild<QFutureWatcherBase*>() != nullptr; });
+    GiveImage(widget);
+    QVERIFY(isUnderWay);
+}
+
+void TestYDAdjustmentWidget::AnAdjustmentWithoutAJobIsNeverBusy()
+{
+    IdleWidget widget;
+    KVApplication::SetProgressTimeout(1);
+    GiveImage(widget);
+    QVERIFY(widget.WaitForProcessingFinished(false));
+    QTest::qWait(QuietMs);
+    QVERIFY(!widget.findChild<QProgressBar*>(QStringLiteral("FILTERPROGRESS"))->isEnabled());
 }
 
 void TestYDAdjustmentWidget::APanelNeverStartsAJob()
@@ -625,6 +699,123 @@ void TestYDAdjustmentWidget::AChangeWhileTheDialogShowsIsApplied()
     QTRY_COMPARE_WITH_TIMEOUT(Shown(widget), quint8(77), PatienceMs);
 }
 
+void TestYDAdjustmentWidget::AChangeWhileTheTimeoutRunsStartsNothing()
+{
+    constexpr int TimeoutMs = 300;
+    Gate gate;
+    gate.open = false;
+    FillWidget widget(true, gate);
+    QSignalSpy finished(&widget, &YDAdjustmentWidget::Finished);
+    GiveImage(widget);
+    QTRY_COMPARE_WITH_TIMEOUT(gate.jobsBegun.load(), 1, PatienceMs);
+    KVApplication::SetProgressTimeout(TimeoutMs);
+    QVERIFY(!widget.WaitForProcessingFinished(false));
+    widget.SetFill(9);
+    QTest::qWait(QuietMs);
+    QVERIFY(!widget.DataChangedFlag().load()); // the running job goes on
+    widget.RestartProcessing();                // pending when the time-out ends
+    gate.open = true;
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PatienceMs);
+    QTest::qWait(QuietMs);
+    QCOMPARE(gate.jobsBegun.load(), 1);
+}
+
+void TestYDAdjustmentWidget::TheDialogShowsTheProgressOverTheMainWindow()
+{
+    QMainWindow window;
+    window.setCentralWidget(new YDMdiArea);
+    window.show();
+    Gate gate;
+    gate.open = false;
+    FillWidget widget(true, gate);
+    QSignalSpy finished(&widget, &YDAdjustmentWidget::Finished);
+    QList<int> shown;
+    const QWidget* parent = nullptr;
+    ActInTheWaitDialog(widget, [&](YDOperationProgressDlg& dialog) {
+        const auto* const bar = dialog.findChild<QProgressBar*>();
+        parent = dialog.parentWidget();
+        shown << bar->minimum() << bar->maximum() << bar->value();
+        widget.ShowRange(0, 300, 77);
+        shown << bar->maximum() << bar->value();
+        gate.open = true;
+    });
+    widget.ShowRange(5, 200, 42);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PatienceMs);
+    QCOMPARE(shown, QList<int>({5, 200, 42, 300, 77}));
+    QCOMPARE(parent, &window);
+}
+
+void TestYDAdjustmentWidget::AnythingMayHappenWhileTheDialogShows_data()
+{
+    QTest::addColumn<QString>("what");
+    QTest::addColumn<int>("shown"); ///< 0: nothing
+    QTest::newRow("the data are cleared") << "clear" << 0;
+    QTest::newRow("another image comes") << "image" << 4;
+    QTest::newRow("the wait is cancelled") << "cancel" << 0;
+}
+
+void TestYDAdjustmentWidget::AnythingMayHappenWhileTheDialogShows()
+{
+    QFETCH(QString, what);
+    QFETCH(int, shown);
+    Gate gate;
+    gate.open = false;
+    FillWidget widget(true, gate);
+    widget.SetFill(4);
+    QSignalSpy finished(&widget, &YDAdjustmentWidget::Finished);
+    ActInTheWaitDialog(widget, [&](YDOperationProgressDlg&) {
+        if (what == QLatin1String("clear"))
+            widget.ClearData();
+        else if (what == QLatin1String("image"))
+            GiveImage(widget, 40, 30);
+        else
+            QVERIFY(widget.WaitForProcessingFinished(true));
+        gate.open = what == QLatin1String("image");
+    });
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PatienceMs);
+    QCOMPARE(finished.first().first().toInt(), 1);
+    QCOMPARE(int(Shown(widget)), shown);
+    QVERIFY(!QGuiApplication::overrideCursor());
+    QTRY_VERIFY_WITH_TIMEOUT(IsIdle(gate), PatienceMs);
+}
+
+void TestYDAdjustmentWidget::AMainWindowThatGoesAwayAbortsTheWait()
+{
+    QPointer<QMainWindow> window = new QMainWindow;
+    window->setCentralWidget(new YDMdiArea);
+    Gate gate;
+    gate.open = false;
+    FillWidget widget(true, gate);
+    QSignalSpy finished(&widget, &YDAdjustmentWidget::Finished);
+    ActInTheWaitDialog(widget, [&](YDOperationProgressDlg&) { delete window; });
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PatienceMs);
+    QCOMPARE(finished.first().first().toInt(), 0);
+    QVERIFY(widget.IsCancelProcessing());
+}
+
+void TestYDAdjustmentWidget::AWidgetMayBeDestroyedByItsOwnAnswer_data()
+{
+    QTest::addColumn<bool>("inFinished");
+    QTest::newRow("when the result arrives") << false;
+    QTest::newRow("when the wait is answered") << true;
+}
+
+void TestYDAdjustmentWidget::AWidgetMayBeDestroyedByItsOwnAnswer()
+{
+    QFETCH(bool, inFinished);
+    Gate gate;
+    gate.open = false;
+    const QPointer<FillWidget> widget = new FillWidget(true, gate);
+    if (inFinished)
+        connect(widget, &YDAdjustmentWidget::Finished, this, [&] { delete widget; });
+    else
+        connect(widget, &YDAdjustmentWidget::ImageReady, this, [&] { delete widget; });
+    ActInTheWaitDialog(*widget, [&](YDOperationProgressDlg&) { gate.open = true; });
+    QTRY_VERIFY_WITH_TIMEOUT(!widget, PatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activeModalWidget(), PatienceMs);
+    QVERIFY(!QGuiApplication::overrideCursor());
+}
+
 void TestYDAdjustmentWidget::FlushingStartsAPendingChangeAtOnce()
 {
     Gate gate;
@@ -660,6 +851,20 @@ void TestYDAdjustmentWidget::QuickJobsLeaveTheStripAlone()
                                  PatienceMs);
     }
     QVERIFY(!wasEnabled);
+}
+
+void TestYDAdjustmentWidget::TheStripStaysAsItIsAfterAQuickJob()
+{
+    constexpr int TimeoutMs = 200;
+    Gate gate;
+    FillWidget widget(true, gate);
+    const auto* const bar = widget.findChild<QProgressBar*>(QStringLiteral("FILTERPROGRESS"));
+    QSignalSpy ready(&widget, &YDAdjustmentWidget::ImageReady);
+    KVApplication::SetProgressTimeout(TimeoutMs);
+    GiveImage(widget);
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+    QTest::qWait(2 * TimeoutMs); // the time-out that the job has outrun
+    QVERIFY(!bar->isEnabled());
 }
 
 void TestYDAdjustmentWidget::LongJobsRevealTheStrip()
@@ -846,6 +1051,18 @@ void TestYDAdjustmentWidget::TwoWidgetsPreviewAtOnce()
     }
     QTRY_COMPARE_WITH_TIMEOUT(Shown(first), quint8(28), PatienceMs);
     QTRY_COMPARE_WITH_TIMEOUT(Shown(second), quint8(29), PatienceMs);
+}
+
+void TestYDAdjustmentWidget::TheFrameIsTranslatedInItsOwnContext()
+{
+    ContextTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+    Gate gate;
+    const FillWidget widget(true, gate);
+    QCoreApplication::removeTranslator(&translator);
+    QCOMPARE(widget.findChild<QCheckBox*>(QStringLiteral("m_pPreviewSlider"))->text(),
+             QStringLiteral("AdjustmentDialogBase/Hide preview slider"));
+    QCOMPARE(widget.windowTitle(), QStringLiteral("AdjustmentDialogBase/Form"));
 }
 
 QTEST_MAIN(TestYDAdjustmentWidget)
