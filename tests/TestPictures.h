@@ -1,6 +1,5 @@
 #pragma once
 
-#include "editor/OpenedPicture.h"
 #include "image/KVImage.h"
 
 #include <QRandomGenerator>
@@ -10,6 +9,7 @@
 /// Pictures for tests.
 namespace TestPictures {
 
+/// Opaque colours at random, the same every time.
 inline RGBA32iImage Noise(int width, int height)
 {
     QRandomGenerator random(1);
@@ -17,6 +17,17 @@ inline RGBA32iImage Noise(int width, int height)
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x)
             image.Row(y)[x] = YDRGBA32i(random.generate() | 0xff000000u);
+    return image;
+}
+
+/// Every channel of every pixel at random, alpha too.
+inline RGBA32iImage Random(int width, int height, quint32 seed)
+{
+    QRandomGenerator random(seed);
+    const RGBA32iImage image(width, height);
+    for (int y = 0; y < image.Height(); ++y)
+        for (int x = 0; x < image.Width(); ++x)
+            image.Row(y)[x] = YDRGBA32i(random.generate());
     return image;
 }
 
@@ -37,16 +48,6 @@ inline bool AreEqual(const RGBA32iImage& a, const RGBA32iImage& b)
         if (!std::equal(a.Row(y), a.Row(y) + a.Width(), b.Row(y)))
             return false;
     return true;
-}
-
-inline OpenedPicture Opened(const RGBA32iImage& picture,
-                            const QString& path = QStringLiteral("/nowhere/a.png"))
-{
-    OpenedPicture opened;
-    opened.path = path;
-    opened.format = "png";
-    opened.picture = picture;
-    return opened;
 }
 
 } // namespace TestPictures

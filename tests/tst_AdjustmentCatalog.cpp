@@ -1,3 +1,4 @@
+#include "TestPictures.h"
 #include "YDAdjustmentWidget.h"
 #include "catalog/AdjustmentCatalog.h"
 
@@ -9,24 +10,6 @@
 namespace {
 
 constexpr int PatienceMs = 20000;
-
-RGBA32iImage Noise(int width, int height)
-{
-    QRandomGenerator random(1);
-    const RGBA32iImage image(width, height);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            image.Row(y)[x] = YDRGBA32i(random.generate());
-    return image;
-}
-
-bool SamePixels(const RGBA32iImage& a, const RGBA32iImage& b)
-{
-    for (int y = 0; y < a.Height(); ++y)
-        if (!std::equal(a.Row(y), a.Row(y) + a.Width(), b.Row(y)))
-            return false;
-    return a.Width() == b.Width() && a.Height() == b.Height();
-}
 
 /// A value of the field that differs from its default.
 QJsonValue Changed(const SettingsField& field)
@@ -204,16 +187,16 @@ void TestAdjustmentCatalog::WidgetsShowAndGiveBackSettings()
 
 void TestAdjustmentCatalog::NeutralSettingsChangeNoPixel()
 {
-    const RGBA32iImage before = Noise(200, 100);
+    const RGBA32iImage before = TestPictures::Noise(200, 100);
     RGBA32iImage image = before.DeepCopy();
     const auto panel = Entry().makeWidget(false, nullptr);
     Entry().apply(*panel, image, RGBA32iImage(), QPoint(), QRect());
-    QVERIFY(SamePixels(image, before));
+    QVERIFY(TestPictures::AreEqual(image, before));
 }
 
 void TestAdjustmentCatalog::DialogsPreviewWhatPanelsApply()
 {
-    const RGBA32iImage source = Noise(300, 200);
+    const RGBA32iImage source = TestPictures::Noise(300, 200);
     const auto settings = ChangedSettings(Entry());
     const auto dialog = Entry().makeWidget(true, nullptr);
     settings->ShowIn(*dialog);
@@ -224,8 +207,8 @@ void TestAdjustmentCatalog::DialogsPreviewWhatPanelsApply()
     const auto panel = Entry().makeWidget(false, nullptr);
     settings->ShowIn(*panel);
     Entry().apply(*panel, image, RGBA32iImage(), QPoint(), QRect());
-    QVERIFY(SamePixels(dialog->AdjustedImage(), image));
-    QVERIFY(!SamePixels(image, source));
+    QVERIFY(TestPictures::AreEqual(dialog->AdjustedImage(), image));
+    QVERIFY(!TestPictures::AreEqual(image, source));
 }
 
 void TestAdjustmentCatalog::TextIsParsedByTheFieldsType_data()

@@ -1,4 +1,5 @@
 #include "SlowAdjustment.h"
+#include "TestDocuments.h"
 #include "TestPictures.h"
 #include "YDBrightnessContrastWidget.h"
 #include "core/KVApplication.h"
@@ -433,7 +434,7 @@ void TestAdjustmentSession::AHostDrawnAdjustmentDeliversTheLastChange()
 
 void TestAdjustmentSession::AnAdjustmentLocksItsDocument()
 {
-    DocumentWindow window(TestPictures::Opened(TestPictures::Grey(Width, Height, 100)));
+    DocumentWindow window(TestDocuments::Opened(TestPictures::Grey(Width, Height, 100)));
     window.show();
     const AdjustmentEntry entry = SlowAdjustment::Entry();
     window.RunAdjustment(entry);
@@ -456,7 +457,7 @@ void TestAdjustmentSession::ClosingTheDocumentDuringAJobIsHarmless()
     QWidget frame;
     SlowAdjustment::mayEnd = false;
     auto* const window =
-        new DocumentWindow(TestPictures::Opened(TestPictures::Grey(Width, Height, 100)), &frame);
+        new DocumentWindow(TestDocuments::Opened(TestPictures::Grey(Width, Height, 100)), &frame);
     window->setAttribute(Qt::WA_DeleteOnClose);
     frame.show();
     const AdjustmentEntry entry = SlowAdjustment::Entry();

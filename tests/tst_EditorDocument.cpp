@@ -1,3 +1,4 @@
+#include "TestDocuments.h"
 #include "TestPictures.h"
 #include "editor/Document.h"
 
@@ -58,7 +59,7 @@ void TestEditorDocument::AChangeIsUndoneAndRedone()
 {
     const RGBA32iImage first = TestPictures::Grey(20, 10, 10);
     const RGBA32iImage second = TestPictures::Grey(20, 10, 20);
-    Document document(TestPictures::Opened(first));
+    Document document(TestDocuments::Opened(first));
     QSignalSpy changed(&document, &Document::PictureChanged);
     document.Commit(second, QStringLiteral("Change"));
     QVERIFY(document.Picture().SharesPixelsWith(second));
@@ -71,14 +72,14 @@ void TestEditorDocument::AChangeIsUndoneAndRedone()
 
 void TestEditorDocument::UndoNamesTheChange()
 {
-    Document document(TestPictures::Opened(TestPictures::Grey(20, 10, 10)));
+    Document document(TestDocuments::Opened(TestPictures::Grey(20, 10, 10)));
     document.Commit(TestPictures::Grey(20, 10, 20), QStringLiteral("Curves"));
     QCOMPARE(document.UndoStack()->undoText(), QStringLiteral("Curves"));
 }
 
 void TestEditorDocument::ADocumentIsModifiedWhereItDiffersFromItsFile()
 {
-    Document document(TestPictures::Opened(TestPictures::Grey(20, 10, 10)));
+    Document document(TestDocuments::Opened(TestPictures::Grey(20, 10, 10)));
     QSignalSpy modified(&document, &Document::ModifiedChanged);
     QVERIFY(!document.IsModified());
     document.Commit(TestPictures::Grey(20, 10, 20), QStringLiteral("Change"));
@@ -97,7 +98,7 @@ void TestEditorDocument::ADocumentIsModifiedWhereItDiffersFromItsFile()
 
 void TestEditorDocument::SavingAnOlderPictureLeavesTheNewerOneModified()
 {
-    Document document(TestPictures::Opened(TestPictures::Grey(20, 10, 10)));
+    Document document(TestDocuments::Opened(TestPictures::Grey(20, 10, 10)));
     document.Commit(TestPictures::Grey(20, 10, 20), QStringLiteral("Saved"));
     const RGBA32iImage saved = document.Picture();
     document.Commit(TestPictures::Grey(20, 10, 30), QStringLiteral("Meanwhile"));
@@ -121,7 +122,7 @@ void TestEditorDocument::UndoStepsKeepToTheirBudget()
     QFETCH(int, width);
     QFETCH(int, height);
     QFETCH(int, steps);
-    Document document(TestPictures::Opened(RGBA32iImage(width, height)));
+    Document document(TestDocuments::Opened(RGBA32iImage(width, height)));
     const RGBA32iImage one(width, height);
     const RGBA32iImage other(width, height);
     for (int i = 0; i < 60; ++i)
@@ -132,7 +133,7 @@ void TestEditorDocument::UndoStepsKeepToTheirBudget()
 
 void TestEditorDocument::SelectingKeepsWhatLiesOnThePicture()
 {
-    Document document(TestPictures::Opened(RGBA32iImage(100, 50)));
+    Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     QSignalSpy changed(&document, &Document::SelectionChanged);
     document.Select(Rectangle({-10, 10, 30, 100}));
     QCOMPARE(document.Selection().boundingRect(), QRectF(0, 10, 20, 40));
@@ -143,7 +144,7 @@ void TestEditorDocument::SelectingKeepsWhatLiesOnThePicture()
 
 void TestEditorDocument::SelectingNothingNewIsSilent()
 {
-    Document document(TestPictures::Opened(RGBA32iImage(100, 50)));
+    Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     QSignalSpy changed(&document, &Document::SelectionChanged);
     document.SelectNone();
     QCOMPARE(changed.count(), 0);
@@ -151,7 +152,7 @@ void TestEditorDocument::SelectingNothingNewIsSilent()
 
 void TestEditorDocument::InvertingTurnsInsideOut()
 {
-    Document document(TestPictures::Opened(RGBA32iImage(100, 50)));
+    Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     document.Select(Rectangle({10, 10, 20, 20}));
     document.InvertSelection();
     QVERIFY(!document.Selection().contains(QPointF(15, 15)));
@@ -162,7 +163,7 @@ void TestEditorDocument::InvertingTurnsInsideOut()
 
 void TestEditorDocument::InvertingAllSelectsNone()
 {
-    Document document(TestPictures::Opened(RGBA32iImage(100, 50)));
+    Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     document.InvertSelection();
     QCOMPARE(document.Selection().boundingRect(), QRectF(0, 0, 100, 50));
     document.InvertSelection();
@@ -171,7 +172,7 @@ void TestEditorDocument::InvertingAllSelectsNone()
 
 void TestEditorDocument::TheMaskFollowsTheSelection()
 {
-    Document document(TestPictures::Opened(RGBA32iImage(100, 50)));
+    Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     document.Select(Rectangle({10, 10, 20, 20}));
     QCOMPARE(AreaOf(MaskOf(document)), QRect(10, 10, 20, 20));
     document.Select(Rectangle({30, 5, 10, 10}));
@@ -182,7 +183,7 @@ void TestEditorDocument::TheMaskFollowsTheSelection()
 
 void TestEditorDocument::TheMaskFollowsTheFeather()
 {
-    Document document(TestPictures::Opened(RGBA32iImage(100, 50)));
+    Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     document.Select(Rectangle({40, 20, 20, 10}));
     const QRect sharp = AreaOf(MaskOf(document));
     document.SetFeather(6);
@@ -192,7 +193,7 @@ void TestEditorDocument::TheMaskFollowsTheFeather()
 
 void TestEditorDocument::AMaskIsOfTheSelectionAsItIsWhenItIsReady()
 {
-    Document document(TestPictures::Opened(RGBA32iImage(100, 50)));
+    Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     document.Select(Rectangle({10, 10, 20, 20}));
     QVector<QRect> areas;
     const auto remember = [&areas](const SelectionMask& mask) { areas.append(AreaOf(mask)); };
@@ -205,7 +206,7 @@ void TestEditorDocument::AMaskIsOfTheSelectionAsItIsWhenItIsReady()
 
 void TestEditorDocument::NoSelectionAndAWholeOneNeedNoMask()
 {
-    Document document(TestPictures::Opened(RGBA32iImage(100, 50)));
+    Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     document.SetFeather(20);
     int calls = 0;
     const auto check = [&calls](const SelectionMask& mask) { calls += mask.SelectsAll() ? 1 : 0; };
@@ -217,7 +218,7 @@ void TestEditorDocument::NoSelectionAndAWholeOneNeedNoMask()
 
 void TestEditorDocument::AMaskForSomebodyGoneIsDropped()
 {
-    Document document(TestPictures::Opened(RGBA32iImage(100, 50)));
+    Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     document.Select(Rectangle({10, 10, 20, 20}));
     bool isDropped = true;
     bool isDone = false;
@@ -232,7 +233,7 @@ void TestEditorDocument::AMaskForSomebodyGoneIsDropped()
 
 void TestEditorDocument::LockingIsAnnouncedOnce()
 {
-    Document document(TestPictures::Opened(RGBA32iImage(100, 50)));
+    Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     QSignalSpy locked(&document, &Document::LockedChanged);
     document.SetLocked(true);
     document.SetLocked(true);

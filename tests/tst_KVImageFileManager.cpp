@@ -1,3 +1,4 @@
+#include "TestFiles.h"
 #include "core/KVImageFileManager.h"
 
 #include <QBuffer>
@@ -18,6 +19,9 @@
 #include <unistd.h>
 #include <vector>
 
+using TestFiles::BytesOf;
+using TestFiles::Store;
+
 namespace {
 
 /// Longer than any of these calls takes when it does not wait for anybody.
@@ -28,19 +32,6 @@ KVImageFileManager::WriteOptions Overwriting()
     KVImageFileManager::WriteOptions options;
     options.overwrite = true;
     return options;
-}
-
-QByteArray BytesOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void Store(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), qint64(bytes.size()));
 }
 
 /// Four quarters in four colours: red and green above, blue and white below.

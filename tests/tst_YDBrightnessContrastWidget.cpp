@@ -1,3 +1,4 @@
+#include "TestPictures.h"
 #include "YDBrightnessContrastWidget.h"
 #include "core/KVApplication.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
@@ -42,16 +43,6 @@ RGBA32iImage Ramp(int width, int height)
         for (int x = 0; x < width; ++x)
             image.Row(y)[x] = YDRGBA32i(quint8(x), quint8(y), quint8(x + y), quint8(255 - x));
     return image;
-}
-
-bool SamePixels(const RGBA32iImage& a, const RGBA32iImage& b)
-{
-    if (a.Width() != b.Width() || a.Height() != b.Height())
-        return false;
-    for (int y = 0; y < a.Height(); ++y)
-        if (!std::equal(a.Row(y), a.Row(y) + a.Width(), b.Row(y)))
-            return false;
-    return true;
 }
 
 RGBA32iImage Converted(YDBrightnessContrastWidget& widget, const RGBA32iImage& source)
@@ -333,7 +324,7 @@ void TestYDBrightnessContrastWidget::NeutralSettingsChangeNoPixel()
 {
     Fixture f(false);
     const RGBA32iImage source = Ramp(256, 256);
-    QVERIFY(SamePixels(Converted(f.widget, source), source));
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), source));
 }
 
 void TestYDBrightnessContrastWidget::ConversionChangesThePixelsHandedIn()
@@ -359,8 +350,8 @@ void TestYDBrightnessContrastWidget::ThePreviewEqualsTheConversion()
     QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
     RGBA32iImage converted = source.DeepCopy();
     f.widget.ConvertImage(converted, mask, QPoint(-50, 600), bounds);
-    QVERIFY(SamePixels(f.widget.AdjustedImage(), converted));
-    QVERIFY(!SamePixels(converted, source));
+    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), converted));
+    QVERIFY(!TestPictures::AreEqual(converted, source));
 }
 
 void TestYDBrightnessContrastWidget::AfterABurstOfChangesTheLastOneIsShown()
@@ -383,7 +374,7 @@ void TestYDBrightnessContrastWidget::AfterABurstOfChangesTheLastOneIsShown()
     f.brightnessSlider->setValue(f.brightnessSlider->value() == 33 ? 34 : 33);
     f.widget.FlushPendingChange();
     QTRY_VERIFY_WITH_TIMEOUT(!ready.isEmpty(), PatienceMs);
-    QVERIFY(SamePixels(f.widget.AdjustedImage(), Converted(f.widget, source)));
+    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), Converted(f.widget, source)));
 }
 
 void TestYDBrightnessContrastWidget::CancellingUnderLoadLeavesNothingRunning()

@@ -1,4 +1,5 @@
 #include "KVAdjustmentProcessingTemplate.h"
+#include "TestPictures.h"
 #include "YDAdjustmentProcessingTemplate.h"
 #include "YDIterativeAdjustmentTransformation.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
@@ -48,19 +49,9 @@ struct Inversion : BaseTransformation
     bool AllowsVectorProcessing() const override { return Vector; }
 };
 
-RGBA32iImage RandomImage(int width, int height, quint32 seed)
-{
-    QRandomGenerator random(seed);
-    const RGBA32iImage image(width, height);
-    for (int y = 0; y < image.Height(); ++y)
-        for (int x = 0; x < image.Width(); ++x)
-            image.Row(y)[x] = YDRGBA32i(random.generate());
-    return image;
-}
-
 RGBA32iImage RandomMask(int width, int height, quint32 seed)
 {
-    const RGBA32iImage mask = RandomImage(width, height, seed);
+    const RGBA32iImage mask = TestPictures::Random(width, height, seed);
     for (int y = 0; y < mask.Height(); ++y)
         for (int x = 0; x < mask.Width(); ++x) {
             const quint8 coverage = mask.Row(y)[x].b;
@@ -143,16 +134,6 @@ int ExpectedRows(const YDAdjustmentJob& job)
     return int(v.area.count + (h.common == 0 ? 0 : v.common));
 }
 
-bool SamePixels(const RGBA32iImage& a, const RGBA32iImage& b)
-{
-    if (a.Width() != b.Width() || a.Height() != b.Height())
-        return false;
-    for (int y = 0; y < a.Height(); ++y)
-        if (!std::equal(a.Row(y), a.Row(y) + a.Width(), b.Row(y)))
-            return false;
-    return true;
-}
-
 /// Runs `Processing` over a copy of the job's picture and checks everything that can be seen of it.
 template <class Processing, class T>
 void Check(YDAdjustmentJob job, const T& transformation)
@@ -174,7 +155,7 @@ void Check(YDAdjustmentJob job, const T& transformation)
     const RGBA32iImage result = processing.Run(job);
     QVERIFY(result.IsEmpty() == job.image.IsEmpty());
     QVERIFY(result.IsEmpty() || result.SharesPixelsWith(job.image));
-    QVERIFY(SamePixels(result, expected));
+    QVERIFY(TestPictures::AreEqual(result, expected));
     const int rows = ExpectedRows(job);
     QCOMPARE(range.count(), 1);
     QCOMPARE(range.first(), QVariantList({0, rows}));
@@ -233,7 +214,7 @@ void TestYDTileRunner::PicturesOfEverySizeAreProcessedWhole()
     QFETCH(int, width);
     QFETCH(int, height);
     YDAdjustmentJob job;
-    job.image = RandomImage(width, height, 1);
+    job.image = TestPictures::Random(width, height, 1);
     CheckEveryPath(job);
 }
 
@@ -278,7 +259,7 @@ void TestYDTileRunner::SelectionsLimitAndBlend()
     QFETCH(QRect, bounds);
     QFETCH(QPoint, offset);
     YDAdjustmentJob job;
-    job.image = RandomImage(200, 150, 2);
+    job.image = TestPictures::Random(200, 150, 2);
     job.selection = RandomMask(mask.width(), mask.height(), 3);
     job.selectionBoundingRect = bounds;
     job.selectionOffset = offset;
@@ -290,7 +271,7 @@ void TestYDTileRunner::RandomSelectionsFollowTheClippingRules()
     QRandomGenerator random(4);
     for (int round = 0; round < 200; ++round) {
         YDAdjustmentJob job;
-        job.image = RandomImage(random.bounded(1, 150), random.bounded(1, 60), random.generate());
+        job.image = TestPictures::Random(random.bounded(1, 150), random.bounded(1, 60), random.generate());
         job.selection = RandomMask(random.bounded(0, 200), random.bounded(0, 80), random.generate());
         job.selectionBoundingRect = QRect(random.bounded(-20, 60), random.bounded(-20, 60),
                                           random.bounded(1, 150), random.bounded(1, 80));
@@ -313,7 +294,7 @@ void TestYDTileRunner::AbortedBeforeItBeginsNothingChanges()
     QFETCH(QRect, bounds);
     const std::atomic<bool> abort{true};
     YDAdjustmentJob job;
-    job.image = RandomImage(200, 150, 5);
+    job.image = TestPictures::Random(200, 150, 5);
     job.selection = RandomMask(50, 40, 6);
     job.selectionBoundingRect = bounds;
     const RGBA32iImage before = job.image.DeepCopy();
@@ -323,7 +304,7 @@ void TestYDTileRunner::AbortedBeforeItBeginsNothingChanges()
     QSignalSpy pixelsProgress(&pixels, &YDAdjustmentProcessing::ProgressChanged);
     vector.Run(job);
     pixels.Run(job);
-    QVERIFY(SamePixels(job.image, before));
+    QVERIFY(TestPictures::AreEqual(job.image, before));
     QCOMPARE(vectorProgress.count(), 0);
     QCOMPARE(pixelsProgress.count(), 0);
 }
@@ -451,7 +432,7 @@ void TestYDTileRunner::PixelsGoToAllButOneOfTheCores()
     processing.Run(job);
     QVERIFY(threads.size() <= cores - 1);
     // With one core there is no worker, and the pixels stay as they are.
-    QCOMPARE(SamePixels(job.image, before), cores == 1);
+    QCOMPARE(TestPictures::AreEqual(job.image, before), cores == 1);
 }
 
 void TestYDTileRunner::BlendingLeavesTheCallersThreadOnlyOnManyCores_data() { Machines(); }
@@ -461,7 +442,7 @@ void TestYDTileRunner::BlendingLeavesTheCallersThreadOnlyOnManyCores()
     QFETCH(int, cores);
     const Machine machine(cores);
     YDAdjustmentJob job;
-    job.image = RandomImage(128, 200, 7);
+    job.image = TestPictures::Random(128, 200, 7);
     job.selection = RandomMask(128, 200, 8);
     job.selectionBoundingRect = QRect(0, 0, 128, 200);
     const RGBA32iImage expected = Expected(job);
@@ -477,7 +458,7 @@ void TestYDTileRunner::BlendingLeavesTheCallersThreadOnlyOnManyCores()
         },
         Qt::DirectConnection);
     processing.Run(job);
-    QVERIFY(SamePixels(job.image, expected));
+    QVERIFY(TestPictures::AreEqual(job.image, expected));
     if (cores <= 2)
         QCOMPARE(blending, QSet<QThread*>{QThread::currentThread()});
     else
@@ -508,7 +489,7 @@ void TestYDTileRunner::BothPathsOfARealRuleAgree()
     QFETCH(int, brightness);
     QFETCH(int, contrast);
     YDAdjustmentJob vectorJob;
-    vectorJob.image = RandomImage(777, 99, 9);
+    vectorJob.image = TestPictures::Random(777, 99, 9);
     YDAdjustmentJob pixelJob;
     pixelJob.image = vectorJob.image.DeepCopy();
     const RGBA32iImage before = vectorJob.image.DeepCopy();
@@ -517,8 +498,8 @@ void TestYDTileRunner::BothPathsOfARealRuleAgree()
     YDAdjustmentProcessingTemplate<BrightnessContrastByPixels>(
         nullptr, BrightnessContrastByPixels(brightness, contrast))
         .Run(pixelJob);
-    QVERIFY(SamePixels(vectorJob.image, pixelJob.image));
-    QCOMPARE(SamePixels(vectorJob.image, before), brightness == 0 && contrast == 0);
+    QVERIFY(TestPictures::AreEqual(vectorJob.image, pixelJob.image));
+    QCOMPARE(TestPictures::AreEqual(vectorJob.image, before), brightness == 0 && contrast == 0);
 }
 
 QTEST_MAIN(TestYDTileRunner)

@@ -1,3 +1,4 @@
+#include "TestFiles.h"
 #include "core/KVImageFileManager.h"
 
 #include <QColorSpace>
@@ -14,6 +15,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using TestFiles::BytesOf;
+using TestFiles::Store;
+
 namespace {
 
 constexpr int PatienceMs = 120000;
@@ -24,19 +28,6 @@ struct Outcome
     QString out;
     QString err;
 };
-
-QByteArray BytesOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void Store(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), qint64(bytes.size()));
-}
 
 /// The channels grow along the picture, from 0 to 199, so that nothing is clipped by small changes.
 QImage Ramp(int width = 40, int height = 30)
