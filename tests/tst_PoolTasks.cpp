@@ -21,14 +21,14 @@ private slots:
 
 void TestPoolTasks::AResultArrivesThroughItsFuture()
 {
-    QThread* ran = nullptr;
+    std::atomic<QThread*> ran{nullptr};
     QFuture<int> future = PoolTask<int>::Start([&ran] {
         ran = QThread::currentThread();
         return 42;
     });
     QTRY_VERIFY(future.isFinished()); // without a wait, which might run the task here
     QCOMPARE(future.result(), 42);
-    QVERIFY(ran != QThread::currentThread());
+    QVERIFY(ran.load() != QThread::currentThread());
 }
 
 void TestPoolTasks::AWatcherHearsOfTheResultAndTheEnd()

@@ -1,6 +1,5 @@
 #include "image/YDAdjustmentProcessing.h"
 
-#include <QMutex>
 #include <QSignalSpy>
 #include <QTest>
 

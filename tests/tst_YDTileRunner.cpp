@@ -4,7 +4,6 @@
 #include "YDIterativeAdjustmentTransformation.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 
-#include <QMutex>
 #include <QRandomGenerator>
 #include <QSet>
 #include <QSignalSpy>
@@ -13,6 +12,7 @@
 
 #include <cmath>
 #include <limits>
+#include <mutex>
 #include <thread>
 
 namespace {
@@ -143,12 +143,12 @@ void Check(YDAdjustmentJob job, const T& transformation)
     std::atomic<bool> abort{false};
     Processing processing(&abort, transformation);
     QSignalSpy range(&processing, &YDAdjustmentProcessing::RangeChanged);
-    QMutex mutex;
+    std::mutex mutex;
     QList<int> progress;
     QObject::connect(
         &processing, &YDAdjustmentProcessing::ProgressChanged, &processing,
         [&](int rows) {
-            const QMutexLocker lock(&mutex);
+            const std::lock_guard<std::mutex> lock(mutex);
             progress.append(rows);
         },
         Qt::DirectConnection);
@@ -388,13 +388,13 @@ int Machine::s_cores = 0;
 
 struct NotesItsThread : Inversion<false>
 {
-    QMutex* mutex = nullptr;
+    std::mutex* mutex = nullptr;
     QSet<QThread*>* threads = nullptr;
 
     void ProcessPixel(qsizetype index) const
     {
         if (index % 128 == 0) {
-            const QMutexLocker lock(mutex);
+            const std::lock_guard<std::mutex> lock(*mutex);
             threads->insert(QThread::currentThread());
         }
         Inversion<false>::ProcessPixel(index);
@@ -420,7 +420,7 @@ void TestYDTileRunner::PixelsGoToAllButOneOfTheCores()
 {
     QFETCH(int, cores);
     const Machine machine(cores);
-    QMutex mutex;
+    std::mutex mutex;
     QSet<QThread*> threads;
     NotesItsThread transformation;
     transformation.mutex = &mutex;
@@ -447,12 +447,12 @@ void TestYDTileRunner::BlendingLeavesTheCallersThreadOnlyOnManyCores()
     job.selectionBoundingRect = QRect(0, 0, 128, 200);
     const RGBA32iImage expected = Expected(job);
     YDAdjustmentProcessingTemplate<Inversion<true>> processing(nullptr, Inversion<true>());
-    QMutex mutex;
+    std::mutex mutex;
     QSet<QThread*> blending;
     connect(
         &processing, &YDAdjustmentProcessing::ProgressChanged, this,
         [&](int rows) {
-            const QMutexLocker lock(&mutex);
+            const std::lock_guard<std::mutex> lock(mutex);
             if (rows > 200)
                 blending.insert(QThread::currentThread());
         },

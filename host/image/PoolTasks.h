@@ -11,8 +11,9 @@
 #include <type_traits>
 #include <utility>
 
-/// One call on a thread pool, the global one unless told otherwise. It does what QtConcurrent::run() does, and tells the thread
-/// sanitizer before it reads anything that it was handed; code inside of Qt's own task cannot.
+/// One call on a thread pool, the global one unless told otherwise. It does what QtConcurrent::run() does,
+/// and tells the thread sanitizer before it reads anything that it was handed; code inside of Qt's own task
+/// cannot.
 template <class Result>
 class PoolTask : public QRunnable
 {
