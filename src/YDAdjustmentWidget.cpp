@@ -271,9 +271,10 @@ void YDAdjustmentWidget::OnProcessingFinished()
     m_watcher->deleteLater();
     m_watcher = nullptr;
     m_processing = false;
+    const QPointer<YDAdjustmentWidget> self(this);
     emit ProgressRangeChanged(0, 100);
     emit ProgressValueChanged(100);
-    if (m_dataChanged.load())
+    if (self && m_dataChanged.load())
         StartProcessing();
 }
 
@@ -344,9 +345,33 @@ void YDAdjustmentWidget::OnWaitTimeout()
         emit Finished(result);
 }
 
-/// Shows the job's progress in a dialog until the job has ended or the user aborts it. The dialog's event
-/// loop runs everything else too, so this widget may be gone when it returns.
+/// Shows the progress in a dialog until no job runs or the user aborts the wait. The dialog's event loop runs
+/// everything else too, so this widget may be gone when it returns.
 int YDAdjustmentWidget::WaitInDialog()
+{
+    const QPointer<YDAdjustmentWidget> self(this);
+    int result = 1;
+    bool isFollowed = true;
+    while (result == 1 && isFollowed) {
+        const QPointer<JobWatcher> awaited = m_watcher;
+        result = ExecWaitDialog();
+        if (!self)
+            return 0;
+        // A change meanwhile has another job follow, which is waited for in the same way.
+        isFollowed = m_watcher && m_watcher != awaited;
+    }
+    if (result == 0 && m_watcher)
+        SetCancelProcessing(true);
+    if (m_watcher) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        m_watcher->waitForFinished();
+        QGuiApplication::restoreOverrideCursor();
+    }
+    return result;
+}
+
+/// The dialog for the job that runs now; 1 when it has ended, 0 when the user aborts.
+int YDAdjustmentWidget::ExecWaitDialog()
 {
     const QPointer<YDAdjustmentWidget> self(this);
     const QPointer<YDOperationProgressDlg> dialog = new YDOperationProgressDlg(YDMdiArea::MainWindow());
@@ -360,15 +385,7 @@ int YDAdjustmentWidget::WaitInDialog()
     m_waitDialogShown = true;
     const int result = dialog->Exec(true);
     delete dialog;
-    if (!self)
-        return 0;
-    m_waitDialogShown = false;
-    if (result == 0 && m_watcher)
-        SetCancelProcessing(true);
-    if (m_watcher) {
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        m_watcher->waitForFinished();
-        QGuiApplication::restoreOverrideCursor();
-    }
+    if (self)
+        m_waitDialogShown = false;
     return result;
 }

@@ -99,7 +99,7 @@ public:
     void FlushPendingChange();
 
     /// True when the caller may continue at once, with AdjustedImage() if it wants the result; false when
-    /// Finished() will say so. `cancel` stops the running job.
+    /// Finished() will say so, the progress time-out later at the earliest. `cancel` stops the running job.
     [[nodiscard]] bool WaitForProcessingFinished(bool cancel);
 
     /// While cancelled, no job starts.
@@ -195,6 +195,7 @@ private:
     void OnRestartTimeout();
     void OnWaitTimeout();
     int WaitInDialog();
+    int ExecWaitDialog();
     bool IsWaiting() const { return m_waitTimerId != -1 || m_waitDialogShown; }
 
     static bool CopySource(YDAdjustmentJob& job);

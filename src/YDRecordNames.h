@@ -1,10 +1,7 @@
 #pragma once
 
-/// What each adjustment's record is called in the log. Two records bear the name of another adjustment, which
-/// log readers have come to know them by; the names stay.
-///
-/// A line number is that of the statement which logs, unless the log has always shown another: then it is
-/// kept here.
+/// What each adjustment's record is called in the log. Two records bear the name of another adjustment; that
+/// and the line numbers kept here are fixed by the log's format.
 struct YDRecordName
 {
     const char* source;  ///< such as "src/YDTintWidget"

@@ -45,6 +45,9 @@ public:
     /// Without a selection every row is transformed. With one, the rows that the moved bounding rectangle
     /// covers are transformed in a copy, which is then blended back through the mask; progress counts the
     /// transformed rows and the blended ones.
+    ///
+    /// Without vector kernels the rows go to as many pool tasks as there are cores less one: the caller's
+    /// own stays free, and on a machine with a single core no row is worked on.
     RGBA32iImage Run(const YDAdjustmentJob& job);
 
 protected:

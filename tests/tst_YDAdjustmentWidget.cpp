@@ -199,6 +199,7 @@ private slots:
     void TheDialogShowsTheProgressOverTheMainWindow();
     void AnythingMayHappenWhileTheDialogShows_data();
     void AnythingMayHappenWhileTheDialogShows();
+    void AJobThatFollowsIsWaitedForInADialogToo();
     void AMainWindowThatGoesAwayAbortsTheWait();
     void AWidgetMayBeDestroyedByItsOwnAnswer_data();
     void AWidgetMayBeDestroyedByItsOwnAnswer();
@@ -777,6 +778,27 @@ void TestYDAdjustmentWidget::AnythingMayHappenWhileTheDialogShows()
     QCOMPARE(int(Shown(widget)), shown);
     QVERIFY(!QGuiApplication::overrideCursor());
     QTRY_VERIFY_WITH_TIMEOUT(IsIdle(gate), PatienceMs);
+}
+
+void TestYDAdjustmentWidget::AJobThatFollowsIsWaitedForInADialogToo()
+{
+    Gate gate;
+    gate.open = false;
+    FillWidget widget(true, gate);
+    QSignalSpy finished(&widget, &YDAdjustmentWidget::Finished);
+    ActInTheWaitDialog(widget, [&](YDOperationProgressDlg&) {
+        widget.SetFill(5);
+        widget.FlushPendingChange();
+    });
+    // The first job ends by its abort; were the second waited for with the event loop at rest, this timer
+    // could not open the gate for it.
+    QTimer poll;
+    connect(&poll, &QTimer::timeout, this,
+            [&] { gate.open = gate.jobsBegun == 2 && QApplication::activeModalWidget(); });
+    poll.start(1);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PatienceMs);
+    QCOMPARE(int(Shown(widget)), 5);
+    QCOMPARE(gate.jobsBegun.load(), 2);
 }
 
 void TestYDAdjustmentWidget::AMainWindowThatGoesAwayAbortsTheWait()
