@@ -20,6 +20,7 @@ namespace {
 constexpr std::size_t CacheLine = 64;
 constexpr qsizetype HugePage = qsizetype(2) << 20;
 constexpr std::size_t MostRecycledBuffers = 2; // the copy that a preview works on, and its selection's
+constexpr qsizetype MostRecycledBytes = qsizetype(1) << 30;
 
 /// Pages straight from the system where it has them to give: they arrive zeroed.
 struct Block
@@ -34,7 +35,7 @@ Block Reserve(qsizetype bytes)
     // One huge page more than asked for, so that the start can be moved to the boundary of one.
     const qsizetype reserved = bytes + HugePage;
     void* const base = mmap(nullptr, static_cast<std::size_t>(reserved), PROT_READ | PROT_WRITE,
-                            MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+                            MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (base == MAP_FAILED)
         return {};
     auto* const start = static_cast<std::byte*>(base);
@@ -86,17 +87,16 @@ public:
 
     void Keep(const Block& block)
     {
-        Block surplus;
+        std::vector<Block> surplus;
         {
             const std::lock_guard<std::mutex> lock(m_mutex);
             m_blocks.push_back(block);
-            if (m_blocks.size() > MostRecycledBuffers) {
-                surplus = m_blocks.front();
+            while (m_blocks.size() > MostRecycledBuffers || Sum() > MostRecycledBytes) {
+                surplus.push_back(m_blocks.front());
                 m_blocks.erase(m_blocks.begin());
             }
         }
-        if (surplus.memory)
-            GiveBack(surplus);
+        std::for_each(surplus.begin(), surplus.end(), GiveBack);
     }
 
     void Clear()
@@ -112,13 +112,18 @@ public:
     qsizetype Bytes()
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
+        return Sum();
+    }
+
+private:
+    qsizetype Sum() const
+    {
         qsizetype sum = 0;
         for (const Block& block : m_blocks)
             sum += block.bytes;
         return sum;
     }
 
-private:
     std::mutex m_mutex;
     std::vector<Block> m_blocks;
 };
