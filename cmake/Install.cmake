@@ -20,6 +20,14 @@ install(FILES
     "${PROJECT_BINARY_DIR}/adjustmentgui-config-version.cmake"
     DESTINATION ${package_dir})
 
+# Relative, so that an installation can be moved.
+file(RELATIVE_PATH PC_PREFIX "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
+set(PC_HOST_LIBS "")
+if(NOT ADJUSTMENTGUI_HOST)
+    foreach(folder gui guicore widgets plugincore image utilities core)
+        string(APPEND PC_HOST_LIBS " -ladjustmentgui-host-${folder}")
+    endforeach()
+endif()
 configure_file("${PROJECT_SOURCE_DIR}/packaging/adjustmentgui.pc.in"
     "${PROJECT_BINARY_DIR}/adjustmentgui.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/adjustmentgui.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

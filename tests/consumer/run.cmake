@@ -15,6 +15,17 @@ step(${CMAKE_COMMAND} -S "${SOURCE}" -B "${STAGE}/build" -G Ninja
 step(${CMAKE_COMMAND} --build "${STAGE}/build")
 step("${STAGE}/build/consumer")
 message(STATUS "${output}")
-if(EXPECT_KERNELS AND NOT output MATCHES "vector kernels found")
+set(cmake_output "${output}")
+
+# The same program without CMake.
+file(GLOB_RECURSE pc "${STAGE}/prefix/*/adjustmentgui.pc")
+get_filename_component(pc_dir "${pc}" DIRECTORY)
+get_filename_component(lib_dir "${pc_dir}" DIRECTORY)
+set(ENV{PKG_CONFIG_PATH} "${pc_dir}")
+step(pkg-config --cflags --libs adjustmentgui)
+separate_arguments(flags UNIX_COMMAND "${output}")
+step(c++ -std=c++17 -fPIC "${SOURCE}/main.cpp" -o "${STAGE}/consumer-pc" ${flags} "-Wl,-rpath,${lib_dir}")
+step("${STAGE}/consumer-pc")
+if(EXPECT_KERNELS AND NOT cmake_output MATCHES "vector kernels found")
     message(FATAL_ERROR "The installed library does not find its vector kernels.")
 endif()
