@@ -26,8 +26,6 @@ class AdjustmentSettings
 public:
     virtual ~AdjustmentSettings();
 
-    virtual std::unique_ptr<AdjustmentSettings> Clone() const = 0;
-
     /// The fields, in stream order.
     virtual QVector<SettingsField> Fields() const = 0;
 

@@ -15,11 +15,6 @@ class RecordSettings : public AdjustmentSettings
 public:
     using Params = typename Widget::Params;
 
-    std::unique_ptr<AdjustmentSettings> Clone() const override
-    {
-        return std::make_unique<RecordSettings>(*this);
-    }
-
     QVector<SettingsField> Fields() const override
     {
         QVector<SettingsField> fields;
