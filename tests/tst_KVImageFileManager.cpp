@@ -239,6 +239,7 @@ private slots:
     void TurnsThePictureUpright();
     void TellsReducedDepth_data();
     void TellsReducedDepth();
+    void TellsOfFurtherPages();
     void GoesByContentNotByExtension();
     void RefusesOtherKindsOfPictures_data();
     void RefusesOtherKindsOfPictures();
@@ -464,6 +465,20 @@ void TestKVImageFileManager::TellsReducedDepth()
     QCOMPARE(result.error, QString());
     QCOMPARE(result.depthReduced, depthReduced);
     QCOMPARE(result.image.depth(), 32);
+}
+
+void TestKVImageFileManager::TellsOfFurtherPages()
+{
+    const QString path = Path(QStringLiteral("a.tif"));
+    for (const char* format : {"png", "jpeg", "tiff", "webp", "bmp", "ppm"}) {
+        Store(path, Encode(Quarters(), format));
+        QVERIFY2(!KVImageFileManager::Read(path).hasMorePictures, format);
+    }
+    Store(path, TestFiles::WithASecondPage(Encode(Quarters(), "tiff")));
+    const auto result = KVImageFileManager::Read(path);
+    QCOMPARE(result.error, QString());
+    QVERIFY(result.hasMorePictures);
+    QCOMPARE(result.image, Quarters());
 }
 
 void TestKVImageFileManager::GoesByContentNotByExtension()

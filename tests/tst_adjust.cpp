@@ -91,6 +91,7 @@ private slots:
     void KeepsTheFormatOfANameWithoutOne();
     void MetadataSurvive();
     void TellsReducedDepth();
+    void TellsOfFurtherPages();
     void ReadsFurtherKindsAndSizesWhenTold();
     void NeedsNoDisplay();
     void FullStandardOutputIsAFailure();
@@ -582,6 +583,19 @@ void TestAdjust::TellsReducedDepth()
     const Outcome outcome = Run({"apply", "-a", "brightness-contrast", "deep.png", "-o", "out.png"});
     QCOMPARE(outcome.status, 0);
     QVERIFY2(outcome.err.contains(QStringLiteral("deep.png: note: its depth is reduced to 8 bits")),
+             qPrintable(outcome.err));
+    QCOMPARE(Picture("out.png"), Ramp());
+}
+
+void TestAdjust::TellsOfFurtherPages()
+{
+    StorePicture("pages.tif", Ramp());
+    const QStringList call{"apply", "-a", "brightness-contrast", "pages.tif", "-f", "-o", "out.png"};
+    QCOMPARE(Run(call).err, QString());
+    Store(Path("pages.tif"), TestFiles::WithASecondPage(BytesOf(Path("pages.tif"))));
+    const Outcome outcome = Run(call);
+    QCOMPARE(outcome.status, 0);
+    QVERIFY2(outcome.err.contains(QStringLiteral("pages.tif: note: it holds several pictures")),
              qPrintable(outcome.err));
     QCOMPARE(Picture("out.png"), Ramp());
 }

@@ -100,6 +100,9 @@ void PicturePipeline::OnRead(const PicturePointer& picture)
     }
     if (content.depthReduced)
         Console::Complain(WholeFile::Error(picture->item.input, tr("note: its depth is reduced to 8 bits")));
+    if (content.hasMorePictures)
+        Console::Complain(WholeFile::Error(
+            picture->item.input, tr("note: it holds several pictures; only the first one is taken")));
     if (!content.metadataError.isEmpty())
         Console::Complain(WholeFile::Error(
             picture->item.input, tr("note: some metadata cannot be read (%1)").arg(content.metadataError)));

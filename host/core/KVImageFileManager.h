@@ -35,9 +35,10 @@ public:
         /// Format_ARGB32 for a picture with transparency. Null where there is an error.
         QImage image;
         KVImageMetadata metadata;
-        QByteArray format;         ///< as in ReadOptions::formats
-        bool depthReduced = false; ///< the file has more than 8 bits a channel; the user should know
-        QString metadataError;     ///< why some metadata could not be read; the picture itself is whole
+        QByteArray format;            ///< as in ReadOptions::formats
+        bool depthReduced = false;    ///< the file has more than 8 bits a channel; the user should know
+        bool hasMorePictures = false; ///< further pages or frames, of which none is read; likewise
+        QString metadataError;        ///< why some metadata could not be read; the picture itself is whole
         QString error;
     };
 

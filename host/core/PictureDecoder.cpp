@@ -169,6 +169,16 @@ QMap<QString, QString> TextsOf(const Source& source)
     return texts;
 }
 
+/// Asks a reader of its own: that of TIFF files counts only from where the file begins.
+bool HasMorePictures(const Encoded& encoded)
+{
+    QBuffer buffer;
+    buffer.setData(encoded.bytes);
+    QImageReader reader(&buffer, encoded.format);
+    reader.setAutoDetectImageFormat(false);
+    return buffer.open(QIODevice::ReadOnly) && reader.imageCount() > 1;
+}
+
 /// Decodes the pixels as they are in the file; `result` gets the texts on the way.
 QImage Decode(const Encoded& encoded, KVImageFileManager::ReadResult& result, QString& reason)
 {
@@ -190,6 +200,7 @@ QImage Decode(const Encoded& encoded, KVImageFileManager::ReadResult& result, QS
         result.metadata.dotsPerMeterY = decoded.dotsPerMeterY;
         return decoded.image;
     }
+    result.hasMorePictures = HasMorePictures(encoded);
     QImage image;
     if (!reader.read(&image) || image.isNull()) {
         reason = PictureDecoder::tr("the picture is damaged (%1)").arg(reader.errorString());
