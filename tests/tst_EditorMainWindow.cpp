@@ -1,3 +1,4 @@
+#include "TestDocuments.h"
 #include "TestPictures.h"
 #include "YDAdjustmentWidget.h"
 #include "core/KVApplication.h"
@@ -86,6 +87,8 @@ private slots:
     void AnOpenAdjustmentForbidsOtherChanges();
     void ThePanelAppliesItsSettings();
     void ThePanelKeepsToTheSelection();
+    void ThePanelOutlivesADocumentItIsAdjusting_data();
+    void ThePanelOutlivesADocumentItIsAdjusting();
     void SavingWritesTheFile();
     void ClosingAChangedPictureAsks_data();
     void ClosingAChangedPictureAsks();
@@ -285,6 +288,45 @@ void TestEditorMainWindow::ThePanelKeepsToTheSelection()
     QTRY_COMPARE_WITH_TIMEOUT(applied.count(), 1, PatienceMs);
     QCOMPARE(int(document.Picture().Row(20)[29].g), 140);
     QCOMPARE(int(document.Picture().Row(20)[30].g), 100);
+}
+
+void TestEditorMainWindow::ThePanelOutlivesADocumentItIsAdjusting_data()
+{
+    QTest::addColumn<bool>("hasSelection");
+    QTest::addColumn<bool>("switches");
+    QTest::newRow("copying, another document in front") << false << true;
+    QTest::newRow("copying, no other document") << false << false;
+    QTest::newRow("masking, another document in front") << true << true;
+    QTest::newRow("masking, no other document") << true << false;
+}
+
+void TestEditorMainWindow::ThePanelOutlivesADocumentItIsAdjusting()
+{
+    QFETCH(bool, hasSelection);
+    QFETCH(bool, switches);
+    auto first = std::make_unique<Document>(TestDocuments::Opened(TestPictures::Grey(60, 40, 100)));
+    Document second(TestDocuments::Opened(TestPictures::Grey(60, 40, 50)));
+    if (hasSelection) {
+        QPainterPath left;
+        left.addRect(0, 0, 30, 40);
+        first->Select(left);
+    }
+    AdjustmentPanel panel;
+    panel.Choose(*AdjustmentCatalog::Find(QStringLiteral("brightness-contrast")));
+    panel.Widget()->findChild<QSlider*>(QStringLiteral("m_pBrightnessSlider"))->setValue(40);
+    panel.SetDocument(first.get());
+    panel.Apply();
+    QVERIFY(!panel.isEnabled());
+    if (switches)
+        panel.SetDocument(&second);
+    first.reset();
+    QVERIFY(panel.isEnabled());
+    panel.SetDocument(&second);
+    QSignalSpy applied(&panel, &AdjustmentPanel::Applied);
+    panel.Apply();
+    QTRY_COMPARE_WITH_TIMEOUT(applied.count(), 1, PatienceMs);
+    QCOMPARE(int(second.Picture().Row(0)[0].g), 90);
+    QVERIFY(panel.isEnabled());
 }
 
 void TestEditorMainWindow::SavingWritesTheFile()

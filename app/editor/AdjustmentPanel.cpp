@@ -70,13 +70,17 @@ void AdjustmentPanel::BuildLayout()
 
 void AdjustmentPanel::SetDocument(Document* document)
 {
-    if (m_document)
-        m_document->disconnect(this);
+    // One by one: the end of a document that is still being adjusted has to reach EndApplying().
+    for (const QMetaObject::Connection& connection : m_connections)
+        disconnect(connection);
+    m_connections.clear();
     m_document = document;
     if (document) {
-        connect(document, &Document::PictureChanged, this, &AdjustmentPanel::ShowPicture);
-        connect(document, &Document::LockedChanged, this, &AdjustmentPanel::UpdateButtons);
-        connect(document, &QObject::destroyed, this, [this] { SetDocument(nullptr); });
+        m_connections = {
+            connect(document, &Document::PictureChanged, this, &AdjustmentPanel::ShowPicture),
+            connect(document, &Document::LockedChanged, this, &AdjustmentPanel::UpdateButtons),
+            connect(document, &QObject::destroyed, this, [this] { SetDocument(nullptr); }),
+        };
     }
     ShowPicture();
     UpdateButtons();

@@ -57,6 +57,7 @@ private:
     void EndApplying();
 
     QPointer<Document> m_document;
+    std::vector<QMetaObject::Connection> m_connections; ///< those of SetDocument()
     QComboBox* m_choice;
     QStackedWidget* m_pages;
     PresetMenu* m_presets;
