@@ -37,6 +37,8 @@ class TestEditorDocument : public QObject
     Q_OBJECT
 
 private slots:
+    void AFileThatHoldsMoreIsKnownUntilItIsReplaced_data();
+    void AFileThatHoldsMoreIsKnownUntilItIsReplaced();
     void AChangeIsUndoneAndRedone();
     void UndoNamesTheChange();
     void ADocumentIsModifiedWhereItDiffersFromItsFile();
@@ -239,6 +241,30 @@ void TestEditorDocument::LockingIsAnnouncedOnce()
     document.SetLocked(true);
     QVERIFY(document.IsLocked());
     QCOMPARE(locked.count(), 1);
+}
+
+void TestEditorDocument::AFileThatHoldsMoreIsKnownUntilItIsReplaced_data()
+{
+    QTest::addColumn<bool>("depthReduced");
+    QTest::addColumn<bool>("hasMorePictures");
+    QTest::addColumn<bool>("holdsLess");
+    QTest::newRow("all of it") << false << false << false;
+    QTest::newRow("deeper") << true << false << true;
+    QTest::newRow("several pictures") << false << true << true;
+}
+
+void TestEditorDocument::AFileThatHoldsMoreIsKnownUntilItIsReplaced()
+{
+    QFETCH(bool, depthReduced);
+    QFETCH(bool, hasMorePictures);
+    QFETCH(bool, holdsLess);
+    OpenedPicture opened = TestDocuments::Opened(TestPictures::Grey(20, 10, 10));
+    opened.depthReduced = depthReduced;
+    opened.hasMorePictures = hasMorePictures;
+    Document document(opened);
+    QCOMPARE(document.HoldsLessThanItsFile(), holdsLess);
+    document.MarkSaved(document.Picture(), QStringLiteral("/nowhere/b.png"), "png");
+    QVERIFY(!document.HoldsLessThanItsFile());
 }
 
 QTEST_MAIN(TestEditorDocument)

@@ -43,7 +43,8 @@ private:
 
 Document::Document(const OpenedPicture& opened, QObject* parent)
     : QObject(parent), m_path(opened.path), m_format(opened.format), m_metadata(opened.metadata),
-      m_depthReduced(opened.depthReduced), m_picture(opened.picture), m_savedPicture(opened.picture)
+      m_depthReduced(opened.depthReduced), m_hasMorePictures(opened.hasMorePictures),
+      m_picture(opened.picture), m_savedPicture(opened.picture)
 {
     m_undoStack.setUndoLimit(UndoStepsFor(m_picture));
 }
@@ -64,6 +65,8 @@ void Document::MarkSaved(const RGBA32iImage& picture, const QString& path, const
     m_savedPicture = picture;
     m_path = path;
     m_format = format;
+    m_depthReduced = false; // the file holds just this now
+    m_hasMorePictures = false;
     emit PathChanged();
     if (wasModified != IsModified())
         emit ModifiedChanged(IsModified());

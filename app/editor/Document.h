@@ -37,6 +37,8 @@ public:
     QByteArray Format() const { return m_format; }
     KVImageMetadata Metadata() const { return m_metadata; }
     bool IsDepthReduced() const { return m_depthReduced; }
+    /// The file has what would be lost if the picture were written over it: depth or further pictures.
+    bool HoldsLessThanItsFile() const { return m_depthReduced || m_hasMorePictures; }
 
     QUndoStack* UndoStack() { return &m_undoStack; }
     /// Whether the picture differs from the one in the file.
@@ -87,6 +89,7 @@ private:
     QByteArray m_format;
     KVImageMetadata m_metadata;
     bool m_depthReduced;
+    bool m_hasMorePictures;
     RGBA32iImage m_picture;
     RGBA32iImage m_savedPicture;
     QUndoStack m_undoStack;

@@ -105,7 +105,9 @@ void DocumentWindow::PlaceDialog(QWidget* dialog) const
 
 void DocumentWindow::Save()
 {
-    if (!m_document.IsLocked() && !IsSaving())
+    if (m_document.HoldsLessThanItsFile())
+        SaveAs(); // never over a file that holds more without a question
+    else if (!m_document.IsLocked() && !IsSaving())
         SaveTo(m_document.Path(), m_document.Format(), m_quality);
 }
 
@@ -152,6 +154,7 @@ void DocumentWindow::OnSaved(const SaveRequest& request, const QString& warning)
 void DocumentWindow::OnSaveFailed(const QString& error)
 {
     m_closeAfterSave = false;
+    emit StateChanged();
     Messages::ShowError(window(), tr("The picture could not be saved."), error);
 }
 
@@ -179,6 +182,7 @@ bool DocumentWindow::MayClose()
     if (answer == QMessageBox::Save && !m_document.IsLocked()) {
         m_closeAfterSave = true;
         Save();
+        m_closeAfterSave = IsSaving(); // the user may have thought better of it
     }
     return answer == QMessageBox::Discard;
 }

@@ -251,11 +251,15 @@ void MainWindow::AddDocument(const OpenedPicture& opened)
     for (QAction* const action : tabActions)
         action->setShortcuts(QList<QKeySequence>());
     tab->showMaximized();
-    QString note = opened.warning;
+    QStringList notes;
+    const QString name = window->GetDocument()->Name();
     if (opened.depthReduced)
-        note = tr("“%1” holds more than 8 bits a channel; the picture was reduced to 8.")
-                   .arg(window->GetDocument()->Name());
-    m_statusBar->showMessage(note, NoteMs);
+        notes << tr("“%1” holds more than 8 bits a channel; the picture was reduced to 8.").arg(name);
+    if (opened.hasMorePictures)
+        notes << tr("“%1” holds several pictures; only the first was opened.").arg(name);
+    if (!opened.warning.isEmpty())
+        notes << opened.warning;
+    m_statusBar->showMessage(notes.join(QLatin1Char(' ')), NoteMs);
     emit DocumentOpened(window);
 }
 
@@ -340,6 +344,15 @@ void MainWindow::UpdateState()
     m_undoGroup.setActiveStack(allowed.mayChange ? window->GetDocument()->UndoStack() : nullptr);
     UpdateTools();
     UpdateWork();
+    m_isQuitting = m_isQuitting && AreAllClosing(); // a picture that could not be saved stays, and so do we
+}
+
+/// Whether every open picture is being saved to be closed then.
+bool MainWindow::AreAllClosing() const
+{
+    const QVector<DocumentWindow*> windows = Windows();
+    return std::all_of(windows.begin(), windows.end(),
+                       [](const DocumentWindow* window) { return window->IsClosingAfterSave(); });
 }
 
 /// While an adjustment is open the mouse belongs to it.
@@ -377,9 +390,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
 {
     m_area->closeAllSubWindows();
     const QVector<DocumentWindow*> windows = Windows();
-    m_isQuitting = !windows.isEmpty() &&
-                   std::all_of(windows.begin(), windows.end(),
-                               [](const DocumentWindow* window) { return window->IsClosingAfterSave(); });
+    m_isQuitting = !windows.isEmpty() && AreAllClosing();
     event->setAccepted(windows.isEmpty());
     if (event->isAccepted())
         StoreLayout();

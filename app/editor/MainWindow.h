@@ -61,6 +61,7 @@ private:
     void OnCurrentChanged();
     void OnWindowGone();
     void UpdateState();
+    bool AreAllClosing() const;
     void UpdateTitle();
     void UpdateTools();
     void UpdateWork();

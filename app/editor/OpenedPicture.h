@@ -15,6 +15,7 @@ struct OpenedPicture
     KVImageMetadata metadata; ///< travels to the file that is saved
     RGBA32iImage picture;     ///< empty where there is an error
     bool depthReduced = false;
+    bool hasMorePictures = false; ///< the file holds pages or frames that were not read
     QString warning;
     QString error;
 };

@@ -15,6 +15,7 @@ OpenedPicture ReadPicture(const QString& path)
     opened.format = file.format;
     opened.metadata = file.metadata;
     opened.depthReduced = file.depthReduced;
+    opened.hasMorePictures = file.hasMorePictures;
     opened.warning = file.metadataError;
     opened.error = file.error;
     if (!file.error.isEmpty())
