@@ -93,6 +93,8 @@ private slots:
     void ClosingAChangedPictureAsks_data();
     void ClosingAChangedPictureAsks();
     void QuittingSavesFirst();
+    void QuittingSavesEveryPicture();
+    void AFailedSaveEndsTheQuitting();
     void ClosingATabDuringAnAdjustmentCancelsIt();
     void TheSplitterSettingIsKept();
     void RecentFilesAreKept();
@@ -382,6 +384,46 @@ void TestEditorMainWindow::QuittingSavesFirst()
     QVERIFY(!window.close());
     QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), PatienceMs);
     QCOMPARE(QImage(path).pixel(5, 5), qRgb(7, 7, 7));
+}
+
+void TestEditorMainWindow::QuittingSavesEveryPicture()
+{
+    MainWindow window;
+    window.show();
+    const QStringList paths{MakePicture("one.png"), MakePicture("two.png"), MakePicture("three.png")};
+    for (const QString& path : paths)
+        Open(window, path)->GetDocument()->Commit(TestPictures::Grey(60, 40, 7), QStringLiteral("Change"));
+    QTimer answers;
+    connect(&answers, &QTimer::timeout, &window, [] {
+        const auto boxes = MessageBoxes();
+        for (QMessageBox* const box : boxes)
+            box->button(QMessageBox::Save)->click();
+    });
+    answers.start(1);
+    QVERIFY(!window.close());
+    QTRY_VERIFY_WITH_TIMEOUT(!window.isVisible(), PatienceMs);
+    for (const QString& path : paths)
+        QCOMPARE(QImage(path).pixel(5, 5), qRgb(7, 7, 7));
+}
+
+void TestEditorMainWindow::AFailedSaveEndsTheQuitting()
+{
+    MainWindow window;
+    window.show();
+    const QPointer<DocumentWindow> document = Open(window, MakePicture("one.png"));
+    document->GetDocument()->Commit(TestPictures::Grey(60, 40, 7), QStringLiteral("Change"));
+    QVERIFY(m_folder->remove());
+    QSignalSpy failed(document.data(), &DocumentWindow::SaveFailed);
+    AnswerNextQuestion(&window, QMessageBox::Save);
+    QVERIFY(!window.close());
+    QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, PatienceMs);
+    QVERIFY(document);
+    qDeleteAll(MessageBoxes());
+    AnswerNextQuestion(&window, QMessageBox::Discard);
+    ActionOf(window, QStringLiteral("Close"))->trigger();
+    QTRY_VERIFY_WITH_TIMEOUT(!document, PatienceMs);
+    QCoreApplication::processEvents(); // the main window hears of it in the event loop
+    QVERIFY(window.isVisible());
 }
 
 void TestEditorMainWindow::ClosingATabDuringAnAdjustmentCancelsIt()

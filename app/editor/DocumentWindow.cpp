@@ -154,7 +154,7 @@ void DocumentWindow::OnSaved(const SaveRequest& request, const QString& warning)
 void DocumentWindow::OnSaveFailed(const QString& error)
 {
     m_closeAfterSave = false;
-    emit StateChanged();
+    emit SaveFailed();
     Messages::ShowError(window(), tr("The picture could not be saved."), error);
 }
 

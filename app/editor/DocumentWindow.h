@@ -41,6 +41,7 @@ signals:
     void StateChanged();
     void SessionStarted(AdjustmentSession* session);
     void Saved(const QString& path);
+    void SaveFailed();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -236,6 +236,7 @@ void MainWindow::AddDocument(const OpenedPicture& opened)
     m_undoGroup.addStack(window->GetDocument()->UndoStack());
     connect(window, &DocumentWindow::StateChanged, this, &MainWindow::UpdateState);
     connect(window, &DocumentWindow::Saved, m_actions->recentFiles, &RecentFiles::Add);
+    connect(window, &DocumentWindow::SaveFailed, this, [this] { m_isQuitting = false; });
     connect(window, &QObject::destroyed, this, &MainWindow::OnWindowGone, Qt::QueuedConnection);
     connect(window->GetDocument(), &Document::SelectionChanged, this, &MainWindow::UpdateState);
     connect(window->GetDocument(), &Document::ModifiedChanged, this, &MainWindow::UpdateTitle);
@@ -344,7 +345,6 @@ void MainWindow::UpdateState()
     m_undoGroup.setActiveStack(allowed.mayChange ? window->GetDocument()->UndoStack() : nullptr);
     UpdateTools();
     UpdateWork();
-    m_isQuitting = m_isQuitting && AreAllClosing(); // a picture that could not be saved stays, and so do we
 }
 
 /// Whether every open picture is being saved to be closed then.
