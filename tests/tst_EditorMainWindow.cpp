@@ -96,6 +96,7 @@ private slots:
     void QuittingSavesEveryPicture();
     void AFailedSaveEndsTheQuitting();
     void ClosingATabDuringAnAdjustmentCancelsIt();
+    void ThinkingBetterOfClosingKeepsTheAdjustmentOpen();
     void TheSplitterSettingIsKept();
     void RecentFilesAreKept();
     void ShortcutsReachTheirCommands();
@@ -434,6 +435,25 @@ void TestEditorMainWindow::ClosingATabDuringAnAdjustmentCancelsIt()
     window.findChild<QAction*>(AdjustmentCatalog::Entries().front().name)->trigger();
     const QPointer<AdjustmentSession> session = document->Session();
     QVERIFY(session);
+    ActionOf(window, QStringLiteral("Close"))->trigger();
+    QTRY_VERIFY_WITH_TIMEOUT(!document, PatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!session, PatienceMs);
+}
+
+void TestEditorMainWindow::ThinkingBetterOfClosingKeepsTheAdjustmentOpen()
+{
+    MainWindow window;
+    window.show();
+    const QPointer<DocumentWindow> document = Open(window, MakePicture("one.png"));
+    document->GetDocument()->Commit(TestPictures::Grey(60, 40, 7), QStringLiteral("Change"));
+    window.findChild<QAction*>(AdjustmentCatalog::Entries().front().name)->trigger();
+    const QPointer<AdjustmentSession> session = document->Session();
+    QVERIFY(session);
+    AnswerNextQuestion(&window, QMessageBox::Cancel);
+    ActionOf(window, QStringLiteral("Close"))->trigger();
+    QVERIFY(document);
+    QVERIFY(session && session->IsOpen());
+    AnswerNextQuestion(&window, QMessageBox::Save);
     ActionOf(window, QStringLiteral("Close"))->trigger();
     QTRY_VERIFY_WITH_TIMEOUT(!document, PatienceMs);
     QTRY_VERIFY_WITH_TIMEOUT(!session, PatienceMs);

@@ -160,9 +160,10 @@ void DocumentWindow::OnSaveFailed(const QString& error)
 
 void DocumentWindow::closeEvent(QCloseEvent* event)
 {
-    if (m_session)
+    const bool mayClose = MayClose();
+    if (mayClose && m_session)
         m_session->Reject();
-    event->setAccepted(MayClose());
+    event->setAccepted(mayClose);
 }
 
 bool DocumentWindow::MayClose()
@@ -179,12 +180,22 @@ bool DocumentWindow::MayClose()
     question.setInformativeText(tr("Without saving, the changes are lost."));
     question.setDefaultButton(QMessageBox::Save);
     const int answer = question.exec();
-    if (answer == QMessageBox::Save && !m_document.IsLocked()) {
-        m_closeAfterSave = true;
-        Save();
-        m_closeAfterSave = IsSaving(); // the user may have thought better of it
-    }
+    if (answer == QMessageBox::Save)
+        SaveAndClose();
     return answer == QMessageBox::Discard;
+}
+
+/// The tab closes once the file is written. Saving ends the open adjustment, which has not changed the
+/// picture yet; one that a panel is applying will, so the picture is left as it is.
+void DocumentWindow::SaveAndClose()
+{
+    if (m_session)
+        m_session->Reject();
+    if (m_document.IsLocked())
+        return;
+    m_closeAfterSave = true;
+    Save();
+    m_closeAfterSave = IsSaving(); // the user may have thought better of it
 }
 
 void DocumentWindow::UpdateTitle()

@@ -55,6 +55,7 @@ private:
     void OnSaved(const SaveRequest& request, const QString& warning);
     void OnSaveFailed(const QString& error);
     bool MayClose();
+    void SaveAndClose();
     void UpdateTitle();
 
     Document m_document;
