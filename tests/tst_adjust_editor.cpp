@@ -21,6 +21,7 @@ private slots:
     void AWrongCallSaysWhy();
     void WhatFailsIsNamed_data();
     void WhatFailsIsNamed();
+    void NothingIsAppliedWhenTheWindowCannotBeWritten();
 
 private:
     struct Answer
@@ -137,6 +138,15 @@ void TestAdjustEditor::WhatFailsIsNamed()
     const Answer answer = Run({"--render", input, "--adjustment", "brightness-contrast", "--output", output});
     QCOMPARE(answer.status, 1);
     QVERIFY2(answer.error.contains(name), qPrintable(answer.error));
+}
+
+void TestAdjustEditor::NothingIsAppliedWhenTheWindowCannotBeWritten()
+{
+    const Answer answer = Run({"--render", "in.png", "--adjustment", "brightness-contrast", "--window",
+                               "/nowhere/window.png", "--output", "out.png"});
+    QCOMPARE(answer.status, 1);
+    QVERIFY2(answer.error.contains(QStringLiteral("/nowhere/window.png")), qPrintable(answer.error));
+    QVERIFY(!QFile::exists(Path("out.png")));
 }
 
 QTEST_MAIN(TestAdjustEditor)

@@ -85,14 +85,18 @@ void RenderCommand::OnTick()
     if (m_quietTicks < QuietTicks)
         return;
     m_quietTimer.stop();
-    TakePictureOfWindow();
-    PressOk();
+    const QString error = TakePictureOfWindow();
+    if (error.isEmpty())
+        PressOk();
+    else
+        Fail(error);
 }
 
-void RenderCommand::TakePictureOfWindow()
+/// An empty answer, or why the picture could not be written.
+QString RenderCommand::TakePictureOfWindow()
 {
     if (m_options.windowPath.isEmpty())
-        return;
+        return {};
     AdjustmentDialog& dialog = *m_session->Dialog();
     QPixmap picture = m_window.grab();
     const QPixmap framed = Framed(dialog);
@@ -101,10 +105,7 @@ void RenderCommand::TakePictureOfWindow()
     painter.end();
     KVImageFileManager::WriteOptions options;
     options.overwrite = true;
-    const QString error =
-        KVImageFileManager::Write(m_options.windowPath, picture.toImage(), {}, options).error;
-    if (!error.isEmpty())
-        Fail(error);
+    return KVImageFileManager::Write(m_options.windowPath, picture.toImage(), {}, options).error;
 }
 
 void RenderCommand::PressOk()

@@ -29,7 +29,7 @@ private:
     void OnSessionStarted(AdjustmentSession* session);
     void OnPreview();
     void OnTick();
-    void TakePictureOfWindow();
+    [[nodiscard]] QString TakePictureOfWindow();
     void PressOk();
     void WriteResult();
     void Fail(const QString& error);
