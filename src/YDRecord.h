@@ -4,6 +4,8 @@
 #include "adjustmentgui_export.h"
 
 #include <QDataStream>
+#include <QPoint>
+#include <QVector>
 
 #include <array>
 #include <string_view>
@@ -68,6 +70,11 @@ void ReadField(QDataStream& stream, Field& field)
 {
     stream >> field;
 }
+
+/// Reads a count and as many points. A count that the device cannot hold fails with ReadPastEnd before
+/// anything is allocated; on a sequential device, whose end nobody knows, the list grows as its points come.
+/// After a failure the list holds what came.
+ADJUSTMENTGUI_EXPORT void ReadField(QDataStream& stream, QVector<QPoint>& points);
 
 template <class Element, std::size_t Size>
 void WriteField(QDataStream& stream, const std::array<Element, Size>& fields)

@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -90,6 +91,14 @@ private slots:
     void AReadOnlyStreamCannotBeWrittenTo();
     void AFullDeviceFailsTheWrite();
     void RecordsAreEqualWhenAllFieldsAre();
+    void PointListsAreACountAndPairs();
+    void APointListThatIsThereIsReadWhateverItsLength();
+    void ACountBeyondTheBytesThereAllocatesNothing_data();
+    void ACountBeyondTheBytesThereAllocatesNothing();
+    void OnASequentialDevicePointListsGrowAsTheyCome_data();
+    void OnASequentialDevicePointListsGrowAsTheyCome();
+    void APointListWithoutADeviceFails();
+    void ListsNest();
     void AnOlderTagIsTold_data();
     void AnOlderTagIsTold();
     void AnOlderTagLeavesTheStreamAtTheFields();
@@ -214,6 +223,150 @@ void TestYDRecord::RecordsAreEqualWhenAllFieldsAre()
     changed = Sample();
     changed.real = std::numeric_limits<double>::quiet_NaN();
     QVERIFY(!YDRecord::Equal(changed, changed));
+}
+
+void TestYDRecord::PointListsAreACountAndPairs()
+{
+    QByteArray bytes;
+    QDataStream writer(&bytes, QIODevice::WriteOnly);
+    const QVector<QPoint> points{QPoint(0, 255), QPoint(-1, 2)};
+    YDRecord::WriteField(writer, points);
+    QCOMPARE(bytes, QByteArray::fromHex("00000002"
+                                        "00000000000000ff"
+                                        "ffffffff00000002"));
+    QDataStream reader(bytes);
+    QVector<QPoint> read{QPoint(7, 7)};
+    YDRecord::ReadField(reader, read);
+    QCOMPARE(read, points);
+    QCOMPARE(reader.status(), QDataStream::Ok);
+    QVERIFY(reader.atEnd());
+}
+
+void TestYDRecord::APointListThatIsThereIsReadWhateverItsLength()
+{
+    for (const int length : {0, 1, 1000000}) {
+        QVector<QPoint> points;
+        for (int i = 0; i < length; ++i)
+            points.append(QPoint(i, -i));
+        QByteArray bytes;
+        QDataStream writer(&bytes, QIODevice::WriteOnly);
+        YDRecord::WriteField(writer, points);
+        QDataStream reader(bytes);
+        QVector<QPoint> read;
+        YDRecord::ReadField(reader, read);
+        QCOMPARE(reader.status(), QDataStream::Ok);
+        QCOMPARE(read, points);
+    }
+}
+
+namespace {
+
+void AddCounts()
+{
+    QTest::addColumn<quint32>("count");
+    QTest::addColumn<int>("bytes");
+    QTest::newRow("one, nothing there") << quint32(1) << 0;
+    QTest::newRow("two, a byte short") << quint32(2) << 15;
+    QTest::newRow("eight megabytes") << quint32(0x00100000) << 70;
+    QTest::newRow("just more than a container holds") << quint32(0x10000000) << 70;
+    QTest::newRow("the highest int") << quint32(0x7fffffff) << 70;
+    QTest::newRow("the lowest int") << quint32(0x80000000) << 70;
+    QTest::newRow("the highest count") << quint32(0xffffffff) << 70;
+}
+
+QByteArray CountAndBytes(quint32 count, int bytes)
+{
+    QByteArray stored;
+    QDataStream stream(&stored, QIODevice::WriteOnly);
+    stream << count;
+    return stored + QByteArray(bytes, '\1');
+}
+
+/// Gives its bytes a few at a time and does not tell how many there are.
+class Pipe : public QIODevice
+{
+public:
+    explicit Pipe(const QByteArray& bytes) : m_bytes(bytes) { open(QIODevice::ReadOnly); }
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char* data, qint64 length) override
+    {
+        const int count = int(std::min(length, qint64(m_bytes.size())));
+        std::copy_n(m_bytes.constData(), count, data);
+        m_bytes.remove(0, count);
+        return count;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    QByteArray m_bytes;
+};
+
+} // namespace
+
+void TestYDRecord::ACountBeyondTheBytesThereAllocatesNothing_data() { AddCounts(); }
+
+void TestYDRecord::ACountBeyondTheBytesThereAllocatesNothing()
+{
+    QFETCH(quint32, count);
+    QFETCH(int, bytes);
+    QDataStream stream(CountAndBytes(count, bytes));
+    QVector<QPoint> points;
+    YDRecord::ReadField(stream, points);
+    QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
+    QCOMPARE(points.capacity(), 0);
+}
+
+void TestYDRecord::OnASequentialDevicePointListsGrowAsTheyCome_data()
+{
+    AddCounts();
+    QTest::newRow("all there") << quint32(8) << 64;
+}
+
+void TestYDRecord::OnASequentialDevicePointListsGrowAsTheyCome()
+{
+    QFETCH(quint32, count);
+    QFETCH(int, bytes);
+    Pipe pipe(CountAndBytes(count, bytes));
+    QDataStream stream(&pipe);
+    QVector<QPoint> points;
+    YDRecord::ReadField(stream, points);
+    const bool isWhole = qint64(count) * 8 <= bytes;
+    QCOMPARE(stream.status(), isWhole ? QDataStream::Ok : QDataStream::ReadPastEnd);
+    QVERIFY(points.size() <= bytes / 8);
+    QVERIFY(!isWhole || points == QVector<QPoint>(int(count), QPoint(0x01010101, 0x01010101)));
+    QVERIFY(points.capacity() <= 64);
+}
+
+void TestYDRecord::APointListWithoutADeviceFails()
+{
+    QDataStream stream;
+    QVector<QPoint> points;
+    YDRecord::ReadField(stream, points);
+    QVERIFY(stream.status() != QDataStream::Ok);
+    QVERIFY(points.isEmpty());
+}
+
+void TestYDRecord::ListsNest()
+{
+    const std::array<std::array<int, 2>, 2> numbers{{{{1, 2}}, {{3, 4}}}};
+    const std::array<QVector<QPoint>, 2> points{{{QPoint(5, 6)}, {}}};
+    QByteArray bytes;
+    QDataStream writer(&bytes, QIODevice::WriteOnly);
+    YDRecord::WriteField(writer, numbers);
+    YDRecord::WriteField(writer, points);
+    QCOMPARE(bytes, QByteArray::fromHex("00000001000000020000000300000004"
+                                        "000000010000000500000006"
+                                        "00000000"));
+    QDataStream reader(bytes);
+    std::array<std::array<int, 2>, 2> readNumbers{};
+    std::array<QVector<QPoint>, 2> readPoints;
+    YDRecord::ReadField(reader, readNumbers);
+    YDRecord::ReadField(reader, readPoints);
+    QVERIFY(readNumbers == numbers);
+    QVERIFY(readPoints == points);
+    QVERIFY(reader.atEnd());
 }
 
 namespace {
