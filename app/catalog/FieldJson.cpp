@@ -53,6 +53,16 @@ QJsonValue FieldJson::ToJson(const QColor& field)
     return field.name(field.alpha() == 255 ? QColor::HexRgb : QColor::HexArgb);
 }
 
+QJsonValue FieldJson::ToJson(const QPoint& field) { return QJsonArray{field.x(), field.y()}; }
+
+QJsonValue FieldJson::ToJson(const QVector<QPoint>& field)
+{
+    QJsonArray list;
+    for (const QPoint& point : field)
+        list.append(ToJson(point));
+    return list;
+}
+
 QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange& range, int& field)
 {
     const QString problem = CheckNumber(value, range);
@@ -110,12 +120,51 @@ QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange&, QColo
     return {};
 }
 
+QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange& range, QPoint& field)
+{
+    if (!value.isArray() || value.toArray().size() != 2)
+        return Tr("a point [x, y] is expected");
+    std::array<int, 2> coordinates{};
+    const QString problem = FromJson(value, range, coordinates);
+    if (problem.isEmpty())
+        field = QPoint(coordinates[0], coordinates[1]);
+    return problem;
+}
+
+QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange& range, QVector<QPoint>& field)
+{
+    if (!value.isArray())
+        return Tr("a list of points [x, y] is expected");
+    const QJsonArray list = value.toArray();
+    QVector<QPoint> points(list.size());
+    for (int i = 0; i < points.size(); ++i) {
+        const QString problem = FromJson(list.at(i), range, points[i]);
+        if (!problem.isEmpty())
+            return ProblemIn(i, problem);
+    }
+    field = points;
+    return {};
+}
+
+QString FieldJson::ProblemIn(const QString& place, const QString& problem)
+{
+    // The place in an inner list stands behind that in the outer one, without a colon between.
+    const QLatin1String separator(problem.startsWith(QLatin1Char('[')) ? "" : ": ");
+    return place + separator + problem;
+}
+
+QString FieldJson::ProblemIn(int index, const QString& problem)
+{
+    return ProblemIn(QStringLiteral("[%1]").arg(index), problem);
+}
+
 QString FieldJson::TypeName(const int*) { return Tr("whole number"); }
 QString FieldJson::TypeName(const double*) { return Tr("number"); }
 QString FieldJson::TypeName(const float*) { return Tr("number"); }
 QString FieldJson::TypeName(const bool*) { return Tr("true or false"); }
 QString FieldJson::TypeName(const QString*) { return Tr("text"); }
 QString FieldJson::TypeName(const QColor*) { return Tr("colour"); }
+QString FieldJson::TypeName(const QVector<QPoint>*) { return Tr("list of points"); }
 
 QJsonValue FieldJson::FromText(const QString& text, const double*)
 {
@@ -145,6 +194,8 @@ QJsonValue FieldJson::FromText(const QString& text, const bool*)
 
 QJsonValue FieldJson::FromText(const QString& text, const QString*) { return text; }
 QJsonValue FieldJson::FromText(const QString& text, const QColor*) { return text; }
+
+QJsonValue FieldJson::FromText(const QString& text, const QVector<QPoint>*) { return ListFromText(text); }
 
 QJsonValue FieldJson::ListFromText(const QString& text)
 {

@@ -6,7 +6,9 @@
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonValue>
+#include <QPoint>
 #include <QString>
+#include <QVector>
 
 #include <array>
 #include <optional>
@@ -14,8 +16,9 @@
 /// The fields of parameter records as JSON values, one pair of functions for each type that fields have.
 ///
 /// The FromJson functions change `field` only when the value fits: a number within `range` where there is
-/// one, a colour as "#rrggbb" or "#aarrggbb", a list of exactly as many elements. They answer with an empty
-/// text then, and with what is wrong otherwise.
+/// one, a colour as "#rrggbb" or "#aarrggbb", a list of exactly as many elements, any number of points
+/// [x, y] with both coordinates within `range`. They answer with an empty text then, and with what is wrong
+/// otherwise, behind the place in the list: "[1][0]: 300 is outside 0..255".
 namespace FieldJson {
 
 using OptionalRange = std::optional<YDRecord::Range>;
@@ -26,6 +29,8 @@ QJsonValue ToJson(float field);
 QJsonValue ToJson(bool field);
 QJsonValue ToJson(const QString& field);
 QJsonValue ToJson(const QColor& field);
+QJsonValue ToJson(const QPoint& field);
+QJsonValue ToJson(const QVector<QPoint>& field);
 
 [[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, int& field);
 [[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, double& field);
@@ -33,6 +38,13 @@ QJsonValue ToJson(const QColor& field);
 [[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, bool& field);
 [[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, QString& field);
 [[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, QColor& field);
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, QPoint& field);
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, QVector<QPoint>& field);
+
+/// `problem`, which is in the part of a field that `place` names.
+QString ProblemIn(const QString& place, const QString& problem);
+/// `problem`, which is in the element of a list that `index` counts from 0.
+QString ProblemIn(int index, const QString& problem);
 
 template <class Element, std::size_t Size>
 QJsonValue ToJson(const std::array<Element, Size>& fields)
@@ -55,20 +67,21 @@ template <class Element, std::size_t Size>
     for (std::size_t i = 0; i < Size; ++i) {
         const QString problem = FromJson(list.at(int(i)), range, elements[i]);
         if (!problem.isEmpty())
-            return problem;
+            return ProblemIn(int(i), problem);
     }
     fields = elements;
     return {};
 }
 
 /// What kind of value a field takes, for people: "number", "whole number", "true or false", "text",
-/// "colour" or "list".
+/// "colour", "list of points" or "list".
 QString TypeName(const int*);
 QString TypeName(const double*);
 QString TypeName(const float*);
 QString TypeName(const bool*);
 QString TypeName(const QString*);
 QString TypeName(const QColor*);
+QString TypeName(const QVector<QPoint>*);
 template <class Element, std::size_t Size>
 QString TypeName(const std::array<Element, Size>*)
 {
@@ -83,6 +96,7 @@ QJsonValue FromText(const QString& text, const float*);
 QJsonValue FromText(const QString& text, const bool*);
 QJsonValue FromText(const QString& text, const QString*);
 QJsonValue FromText(const QString& text, const QColor*);
+QJsonValue FromText(const QString& text, const QVector<QPoint>*);
 QJsonValue ListFromText(const QString& text);
 template <class Element, std::size_t Size>
 QJsonValue FromText(const QString& text, const std::array<Element, Size>*)

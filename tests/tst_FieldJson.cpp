@@ -1,0 +1,190 @@
+#include "catalog/FieldJson.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+#include <limits>
+
+namespace {
+
+using Ranges = std::array<std::array<int, 2>, 4>;
+using Curves = std::array<QVector<QPoint>, 4>;
+
+constexpr YDRecord::Range Levels{0, 255};
+
+QJsonValue Json(const char* text) { return QJsonDocument::fromJson(text).array(); }
+
+template <class Field>
+QString Compact(const Field& field)
+{
+    return QString::fromUtf8(
+        QJsonDocument(FieldJson::ToJson(field).toArray()).toJson(QJsonDocument::Compact));
+}
+
+} // namespace
+
+/// Lists, points and colours; numbers and texts are tested through the catalogue.
+class TestFieldJson : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void NestedListsSurvive();
+    void NestedListsThatDoNotFitAreRefused_data();
+    void NestedListsThatDoNotFitAreRefused();
+    void PointListsSurvive_data();
+    void PointListsSurvive();
+    void PointListsThatDoNotFitAreRefused_data();
+    void PointListsThatDoNotFitAreRefused();
+    void WithoutARangeAnyWholeNumberFits();
+    void ColoursSurvive_data();
+    void ColoursSurvive();
+    void ListsAreTypedAsJson();
+    void TypesHaveNames();
+};
+
+void TestFieldJson::NestedListsSurvive()
+{
+    const QJsonValue json = Json("[[0,255],[10,20],[255,0],[7,7]]");
+    Ranges ranges{};
+    QCOMPARE(FieldJson::FromJson(json, Levels, ranges), QString());
+    QVERIFY((ranges == Ranges{{{{0, 255}}, {{10, 20}}, {{255, 0}}, {{7, 7}}}}));
+    QCOMPARE(FieldJson::ToJson(ranges), json);
+}
+
+void TestFieldJson::NestedListsThatDoNotFitAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("no list") << QByteArray("{}") << "a list of 4 elements is expected";
+    QTest::newRow("empty") << QByteArray("[]") << "a list of 4 elements is expected";
+    QTest::newRow("too short") << QByteArray("[[0,1],[0,1],[0,1]]") << "a list of 4 elements is expected";
+    QTest::newRow("too long") << QByteArray("[[0,1],[0,1],[0,1],[0,1],[0,1]]")
+                              << "a list of 4 elements is expected";
+    QTest::newRow("a number for a list")
+        << QByteArray("[[0,1],1,[0,1],[0,1]]") << "[1]: a list of 2 elements is expected";
+    QTest::newRow("too short within")
+        << QByteArray("[[0,1],[0,1],[0],[0,1]]") << "[2]: a list of 2 elements is expected";
+    QTest::newRow("too large") << QByteArray("[[0,1],[0,256],[0,1],[0,1]]")
+                               << "[1][1]: 256 is outside 0..255";
+    QTest::newRow("too small") << QByteArray("[[0,1],[0,1],[0,1],[-1,1]]") << "[3][0]: -1 is outside 0..255";
+    QTest::newRow("a fraction") << QByteArray("[[0.5,1],[0,1],[0,1],[0,1]]")
+                                << "[0][0]: a whole number is expected";
+    QTest::newRow("a text") << QByteArray("[[\"x\",1],[0,1],[0,1],[0,1]]") << "[0][0]: a number is expected";
+}
+
+void TestFieldJson::NestedListsThatDoNotFitAreRefused()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QString, problem);
+    const Ranges before{{{{1, 2}}, {{3, 4}}, {{5, 6}}, {{7, 8}}}};
+    Ranges ranges = before;
+    const QJsonDocument document = QJsonDocument::fromJson(json);
+    const QJsonValue value =
+        document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object());
+    QCOMPARE(FieldJson::FromJson(value, Levels, ranges), problem);
+    QVERIFY(ranges == before);
+}
+
+void TestFieldJson::PointListsSurvive_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::newRow("lines") << QByteArray("[[[0,0],[255,255]],[[0,0],[255,255]],[[0,0],[255,255]],[[1,2]]]");
+    QTest::newRow("of several lengths") << QByteArray("[[[0,0],[9,8],[255,1]],[],[[5,5],[5,5]],[]]");
+}
+
+void TestFieldJson::PointListsSurvive()
+{
+    QFETCH(QByteArray, json);
+    Curves curves;
+    QCOMPARE(FieldJson::FromJson(Json(json), Levels, curves), QString());
+    QCOMPARE(Compact(curves), QString::fromLatin1(json));
+    QCOMPARE(Compact(curves[3]), Compact(QVector<QPoint>(curves[3])));
+}
+
+void TestFieldJson::PointListsThatDoNotFitAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("too few lists") << QByteArray("[[],[],[]]") << "a list of 4 elements is expected";
+    QTest::newRow("a number for a list")
+        << QByteArray("[[],3,[],[]]") << "[1]: a list of points [x, y] is expected";
+    QTest::newRow("a number for a point")
+        << QByteArray("[[[0,0],3],[],[],[]]") << "[0][1]: a point [x, y] is expected";
+    QTest::newRow("three coordinates")
+        << QByteArray("[[],[],[[1,2,3]],[]]") << "[2][0]: a point [x, y] is expected";
+    QTest::newRow("one coordinate") << QByteArray("[[],[],[[1]],[]]") << "[2][0]: a point [x, y] is expected";
+    QTest::newRow("too large") << QByteArray("[[[0,0],[256,0]],[],[],[]]")
+                               << "[0][1][0]: 256 is outside 0..255";
+    QTest::newRow("too small") << QByteArray("[[],[],[],[[0,-1]]]") << "[3][0][1]: -1 is outside 0..255";
+    QTest::newRow("a fraction") << QByteArray("[[],[],[],[[0,1.5]]]")
+                                << "[3][0][1]: a whole number is expected";
+    QTest::newRow("nothing") << QByteArray("[[],[],[],[[0,null]]]") << "[3][0][1]: a number is expected";
+}
+
+void TestFieldJson::PointListsThatDoNotFitAreRefused()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QString, problem);
+    const Curves before{{{QPoint(1, 2)}, {}, {}, {}}};
+    Curves curves = before;
+    QCOMPARE(FieldJson::FromJson(Json(json), Levels, curves), problem);
+    QVERIFY(curves == before);
+}
+
+void TestFieldJson::WithoutARangeAnyWholeNumberFits()
+{
+    constexpr int Lowest = std::numeric_limits<int>::min();
+    constexpr int Highest = std::numeric_limits<int>::max();
+    QPoint point;
+    QCOMPARE(FieldJson::FromJson(QJsonArray{Lowest, Highest}, std::nullopt, point), QString());
+    QCOMPARE(point, QPoint(Lowest, Highest));
+    QVERIFY(!FieldJson::FromJson(QJsonArray{Highest + 1.0, 0}, std::nullopt, point).isEmpty());
+}
+
+void TestFieldJson::ColoursSurvive_data()
+{
+    QTest::addColumn<QColor>("color");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("opaque") << QColor(1, 2, 255) << "#0102ff";
+    QTest::newRow("translucent") << QColor(1, 2, 255, 16) << "#100102ff";
+    QTest::newRow("invisible") << QColor(Qt::transparent) << "#00000000";
+}
+
+void TestFieldJson::ColoursSurvive()
+{
+    QFETCH(QColor, color);
+    QFETCH(QString, text);
+    QCOMPARE(FieldJson::ToJson(color), QJsonValue(text));
+    QColor read;
+    QCOMPARE(FieldJson::FromJson(text, std::nullopt, read), QString());
+    QCOMPARE(read, color);
+    for (const char* const wrong : {"", "red", "#123", "#12345g", "#123456789", "123456"}) {
+        QVERIFY2(!FieldJson::FromJson(QString::fromLatin1(wrong), std::nullopt, read).isEmpty(), wrong);
+        QCOMPARE(read, color);
+    }
+}
+
+void TestFieldJson::ListsAreTypedAsJson()
+{
+    const QString text = QStringLiteral("[[1, 2], [3, 4]]");
+    QCOMPARE(FieldJson::FromText(text, static_cast<const Ranges*>(nullptr)), Json("[[1,2],[3,4]]"));
+    QCOMPARE(FieldJson::FromText(text, static_cast<const QVector<QPoint>*>(nullptr)), Json("[[1,2],[3,4]]"));
+    for (const char* const wrong : {"", "1", "[1", "{}", "[1] 2"}) {
+        const QString typed = QString::fromLatin1(wrong);
+        QVERIFY2(FieldJson::FromText(typed, static_cast<const Ranges*>(nullptr)).isUndefined(), wrong);
+        QVERIFY2(FieldJson::FromText(typed, static_cast<const Curves*>(nullptr)).isUndefined(), wrong);
+    }
+}
+
+void TestFieldJson::TypesHaveNames()
+{
+    QCOMPARE(FieldJson::TypeName(static_cast<const Ranges*>(nullptr)), QStringLiteral("list"));
+    QCOMPARE(FieldJson::TypeName(static_cast<const QVector<QPoint>*>(nullptr)),
+             QStringLiteral("list of points"));
+    QCOMPARE(FieldJson::TypeName(static_cast<const QColor*>(nullptr)), QStringLiteral("colour"));
+}
+
+QTEST_APPLESS_MAIN(TestFieldJson)
+#include "tst_FieldJson.moc"
