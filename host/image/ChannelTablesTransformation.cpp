@@ -2,8 +2,15 @@
 
 #include "utilities/AVX2LIB.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numeric>
+
+namespace {
+
+constexpr int FullStrength = 100;
+
+} // namespace
 
 ChannelTablesTransformation::ChannelTablesTransformation()
 {
@@ -21,6 +28,20 @@ void ChannelTablesTransformation::ProcessRow(YDRGBA32i* row, int count) const
     }
     for (int x = 0; x < count; ++x)
         Map(row[x]);
+}
+
+void ChannelTablesTransformation::SetTables(const std::array<Table, 4>& tables, int strength)
+{
+    const Table& composite = tables[0];
+    const int share = std::clamp(strength, 0, FullStrength);
+    for (std::size_t channel = 1; channel < tables.size(); ++channel) {
+        Table& mapped = m_tables[m_tables.size() - channel]; // red comes last in a pixel
+        for (int level = 0; level < 256; ++level) {
+            const int full = composite[tables[channel][static_cast<std::size_t>(level)]];
+            mapped[static_cast<std::size_t>(level)] =
+                ToLevel(level + (full - level) * share / double(FullStrength));
+        }
+    }
 }
 
 quint8 ChannelTablesTransformation::ToLevel(double value)

@@ -22,6 +22,11 @@ protected:
     /// The same table for red, green and blue.
     void SetTable(const Table& table) { m_tables.fill(table); }
 
+    /// A table each for the composite, red, green and blue, in this order: a channel goes through its own and
+    /// its result through the composite's. `strength` mixes that with the original, in per cent: 0 leaves
+    /// every level, 100 replaces it; values outside count as the nearest bound.
+    void SetTables(const std::array<Table, 4>& tables, int strength);
+
     /// `value` rounded to nearest and clamped to 0..255; 0 for a value that is not a number.
     static quint8 ToLevel(double value);
 
