@@ -1,5 +1,6 @@
 #pragma once
 
+#include <hwy/base.h>
 #include <hwy/cache_control.h>
 
 #include <cstddef>
@@ -12,7 +13,9 @@ constexpr std::size_t PrefetchDistance = 3 * 1024;
 /// Asks for the cache lines of the `bytes` bytes that lie `distance` after `address`, for a loop that
 /// goes through memory and asks so at each step. Past the end of the memory it does nothing, so rows need no
 /// special end; mostly it is the start of the next row.
-inline void PrefetchAhead(const void* address, std::size_t bytes, std::size_t distance = PrefetchDistance)
+///
+/// Always inlined: of a call, the compiler would see that it has no result, and drop it.
+HWY_INLINE void PrefetchAhead(const void* address, std::size_t bytes, std::size_t distance = PrefetchDistance)
 {
     constexpr std::size_t CacheLine = 64;
     const std::uintptr_t ahead = reinterpret_cast<std::uintptr_t>(address) + distance;
