@@ -1,3 +1,5 @@
+#include "KernelCheck.h"
+#include "image/Luma709.h"
 #include "image/YDBlend.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 #include "simd/VectorKernels.h"
@@ -6,6 +8,7 @@
 #include <QTest>
 
 #include <array>
+#include <climits>
 #include <cmath>
 #include <random>
 #include <vector>
@@ -33,24 +36,9 @@ const Kernels& Module()
     return kernels;
 }
 
-std::vector<qint64> Targets()
-{
-    std::vector<qint64> targets;
-    for (qint64 left = Module().supported(); left != 0; left &= left - 1)
-        targets.push_back(left & -left);
-    return targets;
-}
-
-using Row = std::vector<YDRGBA32i>;
-
-Row RandomRow(int pixels, std::minstd_rand& random)
-{
-    Row row(static_cast<std::size_t>(pixels));
-    for (YDRGBA32i& pixel : row)
-        pixel = YDRGBA32i(quint8(random() >> 8), quint8(random() >> 8), quint8(random() >> 8),
-                          quint8(random() >> 8));
-    return row;
-}
+using KernelCheck::RandomRow;
+using KernelCheck::Row;
+using KernelCheck::Targets;
 
 /// Coverage as masks have it: stretches of nothing, of everything, and feathered edges.
 Row RandomMask(int pixels, std::minstd_rand& random)
@@ -89,6 +77,21 @@ void BlendByPixels(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA
         YDBlend::YDSourceBySelection()(source[x], destination[x], mask[x]);
 }
 
+struct Threshold
+{
+    int level;
+
+    void operator()(YDRGBA32i& pixel) const
+    {
+        const quint8 grey = Luma709::Of(pixel) >= level ? 255 : 0;
+        pixel = {grey, grey, grey, pixel.a};
+    }
+    void ProcessRow(YDRGBA32i* row, int count) const
+    {
+        AVX2LIB::Find<decltype(&ThresholdRow)>("ThresholdRow")(row, count, level);
+    }
+};
+
 void AddTargets()
 {
     QTest::addColumn<qint64>("target");
@@ -124,6 +127,9 @@ private slots:
     void TheAlphaOfTheMaskIsTheCoverage();
     void RowsOfTheSelectionBlendEqualItsPixels_data() { AddTargets(); }
     void RowsOfTheSelectionBlendEqualItsPixels();
+
+    void ThresholdEqualsItsRule_data();
+    void ThresholdEqualsItsRule();
 };
 
 void TestVectorKernels::initTestCase()
@@ -282,6 +288,19 @@ void TestVectorKernels::RowsOfTheSelectionBlendEqualItsPixels()
     YDBlend::YDSourceBySelection::ProcessRow(source.data(), rows.data(), mask.data(), LongestRow);
     BlendByPixels(source.data(), pixels.data(), mask.data(), LongestRow);
     QVERIFY(rows == pixels);
+}
+
+void TestVectorKernels::ThresholdEqualsItsRule_data()
+{
+    QTest::addColumn<int>("level");
+    for (const int level : {INT_MIN, -1, 0, 1, 2, 127, 128, 200, 254, 255, 256, INT_MAX})
+        QTest::addRow("level %d", level) << level;
+}
+
+void TestVectorKernels::ThresholdEqualsItsRule()
+{
+    QFETCH(int, level);
+    QCOMPARE(KernelCheck::Difference("ThresholdRow", Threshold{level}, 100000), QString());
 }
 
 QTEST_GUILESS_MAIN(TestVectorKernels)

@@ -32,6 +32,10 @@ Q_DECL_EXPORT void IterativeVectorProcess(YDRGBA32i* pixels, int stride, const Q
 /// `tables` holds 768 bytes: the 256 entries for blue, then those for green and for red.
 Q_DECL_EXPORT void MapChannelsRow(YDRGBA32i* row, int count, const quint8* tables);
 
+/// Makes each of `count` pixels white where its Luma709 is `level` or more, else black, in place; alpha
+/// stays. Any level: all are white from 0 down, and black above 255.
+Q_DECL_EXPORT void ThresholdRow(YDRGBA32i* row, int count, int level);
+
 /// YDBlend::YDSourceBySelection over `count` pixels of three rows, which must not overlap.
 Q_DECL_EXPORT void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask,
                                        int count);
