@@ -1,7 +1,9 @@
 #include "TestPictures.h"
 #include "gui/HistogramWidget.h"
+#include "image/PoolTasks.h"
 
 #include <QHelpEvent>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>
@@ -22,6 +24,27 @@ RGBA32iImage TwoColors()
             picture.Row(y)[x] = x < 20 ? YDRGBA32i(30, 20, 10, 255) : YDRGBA32i(60, 20, 240, 255);
     return picture;
 }
+
+/// Keeps the tasks of the global pool from running while it lives; then lets them end, without their news.
+class BlockedPool
+{
+public:
+    BlockedPool()
+    {
+        for (int i = 0; i < m_threads; ++i)
+            PoolTask<void>::Start([this] { m_go.acquire(); });
+    }
+    ~BlockedPool()
+    {
+        m_go.release(m_threads);
+        QThreadPool::globalInstance()->waitForDone();
+    }
+    Q_DISABLE_COPY(BlockedPool)
+
+private:
+    const int m_threads = QThreadPool::globalInstance()->maxThreadCount();
+    QSemaphore m_go;
+};
 
 void WaitForCounts(HistogramWidget& widget)
 {
@@ -75,6 +98,7 @@ private slots:
     void CountsAnImage();
     void CountsInTheBackground();
     void AnswersForWhatIsNoChannelOrLevel();
+    void CountsWhatWasChangedAtOnce();
     void CountsAgainWhenTold();
     void ForgetsThePictureForNull();
     void ForgetsThePictureForAnEmptyOne();
@@ -145,10 +169,15 @@ void TestHistogramWidget::CountsInTheBackground()
     HistogramWidget widget;
     const QSignalSpy complete(&widget, &HistogramWidget::HistogrammComplete);
     const Holder holder(TwoColors());
-    widget.SetImage(&holder);
-    QThreadPool::globalInstance()->waitForDone();
-    QCOMPARE(complete.count(), 0); // only the event loop brings it
+    {
+        const BlockedPool blocked;
+        widget.SetImage(&holder);
+        QCoreApplication::processEvents(); // comes back
+        QCOMPARE(complete.count(), 0);
+        QCOMPARE(widget.GetPixelsCount(), qint64(0));
+    }
     QTRY_COMPARE(complete.count(), 1);
+    QCOMPARE(widget.GetPixelsCount(), qint64(300));
 }
 
 void TestHistogramWidget::AnswersForWhatIsNoChannelOrLevel()
@@ -170,6 +199,17 @@ void TestHistogramWidget::AnswersForWhatIsNoChannelOrLevel()
         QCOMPARE(widget.GetChannel(), mask & 7);
         Shown(widget);
     }
+}
+
+void TestHistogramWidget::CountsWhatWasChangedAtOnce()
+{
+    HistogramWidget widget;
+    const RGBA32iImage picture = TestPictures::Grey(5, 5, 100);
+    const Holder holder(picture);
+    widget.SetImage(&holder);
+    std::fill_n(picture.Row(0), 5, YDRGBA32i(200, 200, 200, 255));
+    WaitForCounts(widget);
+    QCOMPARE(widget.GetCount(0, 200), qint64(5));
 }
 
 void TestHistogramWidget::CountsAgainWhenTold()
@@ -195,7 +235,9 @@ void TestHistogramWidget::ForgetsThePictureForNull()
         const Holder holder(TestPictures::Grey(5, 5, 100));
         widget.SetImage(&holder);
         WaitForCounts(widget);
-        widget.RebuildHistogramm(); // is being counted when it is forgotten
+        const BlockedPool blocked;
+        widget.RebuildHistogramm();
+        QCoreApplication::processEvents(); // it is being counted when it is forgotten
         widget.SetImage(static_cast<const Holder*>(nullptr));
     }
     QCOMPARE(widget.GetPixelsCount(), qint64(0));
@@ -242,10 +284,10 @@ void TestHistogramWidget::ShowsOnlyTheNewestOfManyPictures()
     const QSignalSpy complete(&widget, &HistogramWidget::HistogrammComplete);
     Holder holder;
     for (int level = 0; level < 100; ++level) {
+        const BlockedPool blocked; // each is counted to its end, but the next one comes before its news
         holder.SetImage(TestPictures::Grey(400, 300, level));
         widget.SetImage(&holder);
-        if (level == 50) // the count of this one is done before the next one comes, but its news is not
-            QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
     }
     QTRY_COMPARE(complete.count(), 1);
     QCOMPARE(widget.GetCount(0, 99), qint64(120000));
@@ -261,6 +303,7 @@ void TestHistogramWidget::IsDestroyedWhileItCounts()
     for (int i = 0; i < 20; ++i) {
         auto widget = std::make_unique<HistogramWidget>();
         widget->SetImage(&holder);
+        QCoreApplication::processEvents(); // begins the count
         if (i % 2 == 0)
             widget->RebuildHistogramm();
     }

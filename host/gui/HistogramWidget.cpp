@@ -11,6 +11,7 @@
 #include <QToolTip>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -32,6 +33,9 @@ HistogramWidget::HistogramWidget(QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAccessibleName(tr("Histogram"));
     DescribeForAccessibility();
+    m_startTimer.setSingleShot(true);
+    m_startTimer.setInterval(0);
+    connect(&m_startTimer, &QTimer::timeout, this, &HistogramWidget::StartCount);
     connect(&m_watcher, &QFutureWatcherBase::finished, this, &HistogramWidget::OnCountFinished);
 }
 
@@ -56,9 +60,9 @@ void HistogramWidget::SetImage(const YDSharedImage<RGBA32iImage>* holder)
 void HistogramWidget::RebuildHistogramm()
 {
     AbortCount();
-    const Counter counter = m_presentPicture ? m_presentPicture() : Counter();
-    if (counter)
-        StartCount(counter);
+    m_pending = m_presentPicture ? m_presentPicture() : Counter();
+    if (m_pending)
+        m_startTimer.start();
     else
         Show(std::make_shared<const ChannelHistograms>());
 }
@@ -183,11 +187,11 @@ void HistogramWidget::Show(const Counts& counts)
     ForgetPlot();
 }
 
-void HistogramWidget::StartCount(const Counter& counter)
+void HistogramWidget::StartCount()
 {
     m_abort = std::make_shared<std::atomic<bool>>(false);
     // The task owns all that it touches, so that it outlives the widget unharmed.
-    m_watcher.setFuture(PoolTask<Counts>::Start([counter, abort = m_abort] {
+    m_watcher.setFuture(PoolTask<Counts>::Start([counter = std::exchange(m_pending, {}), abort = m_abort] {
         const Counts counts = counter(abort.get());
         HandOver::Give(abort.get());
         return counts;
@@ -196,6 +200,8 @@ void HistogramWidget::StartCount(const Counter& counter)
 
 void HistogramWidget::AbortCount()
 {
+    m_startTimer.stop();
+    m_pending = {};
     if (!m_abort)
         return;
     m_abort->store(true, std::memory_order_relaxed);

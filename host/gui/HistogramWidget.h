@@ -4,6 +4,7 @@
 #include "image/YDSharedImage.h"
 
 #include <QFutureWatcher>
+#include <QTimer>
 #include <QWidget>
 
 #include <functional>
@@ -12,9 +13,12 @@
 /// Shows how often each level occurs in a picture.
 ///
 /// The picture is counted in the background, on a value of it: the GUI thread never waits, and the counts of
-/// the picture before are shown until the new ones are there. A picture that comes while another is
-/// being counted takes its place; what was counted of the other is never shown. Nobody may write to the
-/// pixels between SetImage() or RebuildHistogramm() and HistogrammComplete().
+/// the picture before are shown until the new ones are there. A picture that comes while another is being
+/// counted takes its place; what was counted of the other is never shown.
+///
+/// Counting begins with the next turn of the event loop, so that of a burst of pictures only the last is
+/// counted, and one that is changed at once as it then is. From there until HistogrammComplete() nobody may
+/// write to its pixels.
 ///
 /// A click changes between the linear and the logarithmic scale. The tooltip tells the level under the mouse
 /// and its count.
@@ -78,7 +82,7 @@ private:
 
     const ChannelHistograms::Table* TableOf(int channel) const;
     void Show(const Counts& counts);
-    void StartCount(const Counter& counter);
+    void StartCount();
     void AbortCount();
     void OnCountFinished();
     void ForgetPlot();
@@ -88,7 +92,9 @@ private:
 
     std::function<Counter()>
         m_presentPicture; ///< how to count what the holder has now; null without a holder
-    Counts m_histograms;  ///< never null
+    Counter m_pending;    ///< of the picture whose count begins with the next turn of the event loop
+    QTimer m_startTimer;
+    Counts m_histograms; ///< never null
     HistogramPlot m_plot;
     QImage m_drawn;                             ///< the plot as it is on the screen; null when outdated
     std::shared_ptr<std::atomic<bool>> m_abort; ///< of the running count; null when none runs
