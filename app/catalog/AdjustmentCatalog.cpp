@@ -26,6 +26,7 @@ void Convert(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage&
 {
     panel.SetImage(image, selection, offset, boundingRect);
     panel.ConvertImage(image, selection, offset, boundingRect);
+    panel.SetImage({}, {}, {}, {}); // the caller may write to the image again
 }
 
 /// An adjustment whose widget keeps a record and converts pictures.

@@ -27,7 +27,7 @@ struct AdjustmentEntry
 
     /// Applies what a panel of the adjustment shows to `image`, in place, on the calling thread, limited by
     /// the selection as YDAdjustmentWidget::ConvertImage() has it. The image is handed to the widget first,
-    /// because some adjustments analyse it.
+    /// because some adjustments analyse it, and taken from it afterwards.
     void (*apply)(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
                   const QPoint& offset, const QRect& boundingRect);
 
