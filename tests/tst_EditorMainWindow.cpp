@@ -84,6 +84,8 @@ private slots:
     void DroppedFilesAreOpened();
     void OtherDropsAreIgnored();
     void EveryAdjustmentIsInTheMenu();
+    void TheMenuShowsTheGroups();
+    void ThePanelsChoiceOffersEveryAdjustment();
     void AnOpenAdjustmentForbidsOtherChanges();
     void ThePanelAppliesItsSettings();
     void ThePanelKeepsToTheSelection();
@@ -236,6 +238,48 @@ void TestEditorMainWindow::EveryAdjustmentIsInTheMenu()
     QVERIFY(Open(window, MakePicture("one.png")));
     for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries())
         QVERIFY(window.findChild<QAction*>(entry.name)->isEnabled());
+}
+
+void TestEditorMainWindow::TheMenuShowsTheGroups()
+{
+    MainWindow window;
+    const auto& entries = AdjustmentCatalog::Entries();
+    const auto* const menu =
+        window.findChild<QAction*>(entries.front().name)->associatedWidgets().constFirst();
+    QStringList expected;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (i == 0 || entries[i].group != entries[i - 1].group)
+            expected.append(AdjustmentCatalog::Title(entries[i].group));
+        expected.append(entries[i].name);
+    }
+    QStringList shown;
+    const QList<QAction*> actions = menu->actions();
+    for (const QAction* const action : actions)
+        shown.append(action->isSeparator() ? action->text() : action->objectName());
+    QCOMPARE(shown, expected);
+}
+
+void TestEditorMainWindow::ThePanelsChoiceOffersEveryAdjustment()
+{
+    AdjustmentPanel panel;
+    auto* const choice = panel.findChild<QComboBox*>(QStringLiteral("AdjustmentChoice"));
+    QStringList expected;
+    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries())
+        expected.append(entry.Title());
+    QStringList shown;
+    for (int item = 0; item < choice->count(); ++item) {
+        choice->setCurrentIndex(item); // a line between groups, which has no text, chooses nothing
+        if (choice->itemText(item).isEmpty())
+            continue;
+        shown.append(choice->itemText(item));
+        QCOMPARE(panel.Chosen().Title(), choice->itemText(item));
+    }
+    QCOMPARE(shown, expected);
+    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries()) {
+        panel.Choose(entry);
+        QCOMPARE(panel.Chosen().name, entry.name);
+        QCOMPARE(choice->currentText(), entry.Title());
+    }
 }
 
 void TestEditorMainWindow::AnOpenAdjustmentForbidsOtherChanges()

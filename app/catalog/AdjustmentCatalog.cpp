@@ -36,12 +36,28 @@ AdjustmentEntry RecordEntry(const char* name, const char* title)
     return {QString::fromLatin1(name), title, MakeWidget<Widget>, MakeRecordSettings<Widget>, Convert};
 }
 
-std::vector<AdjustmentEntry> MakeEntries()
+std::vector<AdjustmentEntry> ToneEntries()
 {
     return {
         RecordEntry<YDBrightnessContrastWidget>(
             "brightness-contrast", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Brightness and Contrast")),
     };
+}
+
+std::vector<AdjustmentEntry> ColorEntries() { return {}; }
+
+std::vector<AdjustmentEntry> MakeEntries()
+{
+    std::vector<AdjustmentEntry> all;
+    const auto append = [&all](AdjustmentGroup group, const std::vector<AdjustmentEntry>& entries) {
+        for (AdjustmentEntry entry : entries) {
+            entry.group = group;
+            all.push_back(entry);
+        }
+    };
+    append(AdjustmentGroup::Tone, ToneEntries());
+    append(AdjustmentGroup::Color, ColorEntries());
+    return all;
 }
 
 } // namespace
@@ -52,6 +68,12 @@ const std::vector<AdjustmentEntry>& AdjustmentCatalog::Entries()
 {
     static const std::vector<AdjustmentEntry> entries = MakeEntries();
     return entries;
+}
+
+QString AdjustmentCatalog::Title(AdjustmentGroup group)
+{
+    return group == AdjustmentGroup::Tone ? QCoreApplication::translate("AdjustmentCatalog", "Tone")
+                                          : QCoreApplication::translate("AdjustmentCatalog", "Color");
 }
 
 const AdjustmentEntry* AdjustmentCatalog::Find(const QString& name)

@@ -13,6 +13,13 @@
 class QWidget;
 class YDAdjustmentWidget;
 
+/// What an adjustment changes, for lists that people read.
+enum class AdjustmentGroup
+{
+    Tone,
+    Color,
+};
+
 /// One adjustment: how it is called, and how its widget and its settings are made.
 struct AdjustmentEntry
 {
@@ -34,14 +41,19 @@ struct AdjustmentEntry
     /// The dialog computes no preview and has no result: whoever shows it draws with `apply`.
     bool isHostDrawn = false;
 
+    AdjustmentGroup group = AdjustmentGroup::Tone;
+
     /// The title in the user's language.
     QString Title() const;
 };
 
-/// The one table of all adjustments, in the order of the editor's menu.
+/// The one table of all adjustments, in the order of the editor's menu, a group after the other.
 namespace AdjustmentCatalog {
 
 const std::vector<AdjustmentEntry>& Entries();
+
+/// The group's title in the user's language.
+QString Title(AdjustmentGroup group);
 
 /// The adjustment called `name`; null if there is none.
 const AdjustmentEntry* Find(const QString& name);

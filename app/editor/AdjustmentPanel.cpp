@@ -30,8 +30,7 @@ AdjustmentPanel::AdjustmentPanel(QWidget* parent)
       m_scrollAreas(AdjustmentCatalog::Entries().size())
 {
     BuildLayout();
-    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries())
-        m_choice->addItem(entry.Title());
+    FillChoice();
     connect(m_choice, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &AdjustmentPanel::OnChosen);
     connect(m_apply, &QPushButton::clicked, this, &AdjustmentPanel::Apply);
     connect(m_reset, &QPushButton::clicked, this, [this] { Widget()->OnReset(); });
@@ -68,6 +67,18 @@ void AdjustmentPanel::BuildLayout()
     setMinimumWidth(fontMetrics().averageCharWidth() * MinWidthInCharacters);
 }
 
+/// Each item's data is the index of its entry; the lines between the groups have none.
+void AdjustmentPanel::FillChoice()
+{
+    const int count = int(AdjustmentCatalog::Entries().size());
+    for (int index = 0; index < count; ++index) {
+        if (index > 0 && EntryAt(index).group != EntryAt(index - 1).group)
+            m_choice->insertSeparator(m_choice->count());
+        m_choice->addItem(EntryAt(index).Title(), index);
+    }
+    m_choice->setMaxVisibleItems(m_choice->count());
+}
+
 void AdjustmentPanel::SetDocument(Document* document)
 {
     // One by one: the end of a document that is still being adjusted has to reach EndApplying().
@@ -88,7 +99,7 @@ void AdjustmentPanel::SetDocument(Document* document)
 
 void AdjustmentPanel::Choose(const AdjustmentEntry& entry)
 {
-    m_choice->setCurrentIndex(int(&entry - AdjustmentCatalog::Entries().data()));
+    m_choice->setCurrentIndex(m_choice->findData(int(&entry - AdjustmentCatalog::Entries().data())));
 }
 
 const AdjustmentEntry& AdjustmentPanel::Chosen() const { return EntryAt(m_current); }
@@ -136,14 +147,15 @@ QWidget* AdjustmentPanel::MakePage(const AdjustmentEntry& entry)
     return scroll;
 }
 
-void AdjustmentPanel::OnChosen(int index)
+void AdjustmentPanel::OnChosen(int item)
 {
-    if (index < 0)
+    const QVariant index = m_choice->itemData(item);
+    if (!index.isValid())
         return;
     if (m_current >= 0)
         Widget()->SetImage({}, {}, {}, {});
-    m_current = index;
-    QWidget*& page = m_scrollAreas.at(std::size_t(index));
+    m_current = index.toInt();
+    QWidget*& page = m_scrollAreas.at(std::size_t(m_current));
     if (!page) {
         page = MakePage(Chosen());
         m_pages->addWidget(page);

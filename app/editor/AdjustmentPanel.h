@@ -48,8 +48,9 @@ protected:
 
 private:
     void BuildLayout();
+    void FillChoice();
     QWidget* MakePage(const AdjustmentEntry& entry);
-    void OnChosen(int index);
+    void OnChosen(int item);
     void ShowPicture();
     void UpdateButtons();
     void CopyAndApply(const QPointer<Document>& document, const SelectionMask& mask);

@@ -193,7 +193,11 @@ void EditorActions::FillToolBar(QToolBar* bar, QAction* dockToggle)
 
 void EditorActions::FillAdjustmentsMenu(QMenu* menu)
 {
+    const AdjustmentEntry* previous = nullptr;
     for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries()) {
+        if (!previous || previous->group != entry.group)
+            menu->addSection(AdjustmentCatalog::Title(entry.group));
+        previous = &entry;
         QAction* const action = menu->addAction(tr("%1…").arg(entry.Title()));
         action->setObjectName(entry.name);
         connect(action, &QAction::triggered, this, [this, &entry] { emit AdjustmentChosen(entry); });
