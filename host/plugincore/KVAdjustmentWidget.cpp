@@ -1,5 +1,10 @@
 #include "plugincore/KVAdjustmentWidget.h"
 
-KVAdjustmentWidget::KVAdjustmentWidget(QWidget* parent, Qt::WindowFlags flags) : QWidget(parent, flags) {}
+#include "theme/ThemeImages.h"
+
+KVAdjustmentWidget::KVAdjustmentWidget(QWidget* parent, Qt::WindowFlags flags) : QWidget(parent, flags)
+{
+    ThemeImages::Install();
+}
 
 void KVAdjustmentWidget::AboutUserParamsChanged() { emit UserParamsChanged(); }

@@ -1,0 +1,3 @@
+#include "utilities/KVPixelRatioRound.h"
+
+double KVPixelRatioRound::GetPixelRatio() { return 1.0; }
