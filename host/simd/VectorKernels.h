@@ -32,6 +32,14 @@ Q_DECL_EXPORT void IterativeVectorProcess(YDRGBA32i* pixels, int stride, const Q
 /// `tables` holds 768 bytes: the 256 entries for blue, then those for green and for red.
 Q_DECL_EXPORT void MapChannelsRow(YDRGBA32i* row, int count, const quint8* tables);
 
+/// Moves `count` pixels in place onto the ramp from one tone to another, as far as `amount` says: the rule of
+/// AverageTint; alpha stays.
+///
+/// `weights` are those of red, green and blue: none negative, their sum 1000. `amount` in 0..255000; values
+/// outside count as the nearest bound.
+Q_DECL_EXPORT void AverageTintAVX2(YDRGBA32i* row, int count, const int* weights, QRgb blackTone,
+                                   QRgb whiteTone, int amount);
+
 /// Makes each of `count` pixels white where its Luma709 is `level` or more, else black, in place; alpha
 /// stays. Any level: all are white from 0 down, and black above 255.
 Q_DECL_EXPORT void ThresholdRow(YDRGBA32i* row, int count, int level);
