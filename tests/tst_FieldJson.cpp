@@ -1,3 +1,4 @@
+#include "TestColors.h"
 #include "catalog/FieldJson.h"
 
 #include <QJsonDocument>
@@ -40,6 +41,7 @@ private slots:
     void WithoutARangeAnyWholeNumberFits();
     void ColoursSurvive_data();
     void ColoursSurvive();
+    void AColourOfAnyComponentsIsWritten();
     void ListsAreTypedAsJson();
     void TypesHaveNames();
 };
@@ -149,6 +151,7 @@ void TestFieldJson::ColoursSurvive_data()
     QTest::addColumn<QString>("text");
     QTest::newRow("opaque") << QColor(1, 2, 255) << "#0102ff";
     QTest::newRow("translucent") << QColor(1, 2, 255, 16) << "#100102ff";
+    QTest::newRow("translucent by its alpha alone") << QColor(0, 0, 0, 254) << "#fe000000";
     QTest::newRow("invisible") << QColor(Qt::transparent) << "#00000000";
 }
 
@@ -164,6 +167,12 @@ void TestFieldJson::ColoursSurvive()
         QVERIFY2(!FieldJson::FromJson(QString::fromLatin1(wrong), std::nullopt, read).isEmpty(), wrong);
         QCOMPARE(read, color);
     }
+}
+
+void TestFieldJson::AColourOfAnyComponentsIsWritten()
+{
+    QCOMPARE(FieldJson::ToJson(TestColors::NoNumbers()), QJsonValue(QStringLiteral("#00000000")));
+    QCOMPARE(FieldJson::ToJson(TestColors::FarOut()), QJsonValue(QStringLiteral("#ff00ff")));
 }
 
 void TestFieldJson::ListsAreTypedAsJson()

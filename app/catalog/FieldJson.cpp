@@ -1,5 +1,7 @@
 #include "catalog/FieldJson.h"
 
+#include "image/ColorToRgba.h"
+
 #include <QJsonDocument>
 #include <QRegularExpression>
 
@@ -50,7 +52,8 @@ QJsonValue FieldJson::ToJson(const QString& field) { return field; }
 
 QJsonValue FieldJson::ToJson(const QColor& field)
 {
-    return field.name(field.alpha() == 255 ? QColor::HexRgb : QColor::HexArgb);
+    const QColor color = QColor::fromRgba(ColorToRgba(field));
+    return color.name(color.alpha() == 255 ? QColor::HexRgb : QColor::HexArgb);
 }
 
 QJsonValue FieldJson::ToJson(const QPoint& field) { return QJsonArray{field.x(), field.y()}; }
