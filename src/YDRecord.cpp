@@ -1,6 +1,7 @@
 #include "YDRecord.h"
 
 #include <QByteArray>
+#include <QColor>
 #include <QDebug>
 #include <QIODevice>
 
@@ -8,7 +9,8 @@
 
 namespace {
 
-constexpr quint32 BytesOfPoint = 8;                                             ///< in a stream: two qint32
+constexpr int ColorComponents = 5;  ///< of a colour in a stream, the padding among them
+constexpr quint32 BytesOfPoint = 8; ///< in a stream: two qint32
 constexpr quint32 MaxPoints = std::numeric_limits<int>::max() / sizeof(QPoint); ///< Qt's containers end there
 
 /// Whether the stream can still give `count` points, as far as its device tells.
@@ -68,6 +70,30 @@ void YDRecord::ReadField(QDataStream& stream, QVector<QPoint>& points)
         if (stream.status() == QDataStream::Ok)
             points.append(point);
     }
+}
+
+void YDRecord::ReadField(QDataStream& stream, QColor& color)
+{
+    if (stream.version() < QDataStream::Qt_4_0) { // a plain QRgb
+        stream >> color;
+        return;
+    }
+    QByteArray stored;
+    QDataStream copy(&stored, QIODevice::ReadWrite);
+    qint8 model = QColor::Invalid;
+    stream >> model;
+    copy << model;
+    for (int i = 0; i < ColorComponents; ++i) {
+        quint16 component = 0;
+        stream >> component;
+        copy << component;
+    }
+    if (model < QColor::Invalid || model > QColor::ExtendedRgb) {
+        color = Qt::black;
+        return;
+    }
+    copy.device()->reset();
+    copy >> color;
 }
 
 void YDRecord::LogReadFailure(const YDRecordName& name, int line)

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <type_traits>
 
+class QColor;
+
 /// What every adjustment's parameter record does the same way.
 ///
 /// A record `Params` is a plain struct that says its stream tag and lists its fields once, in stream order:
@@ -75,6 +77,10 @@ void ReadField(QDataStream& stream, Field& field)
 /// anything is allocated; on a sequential device, whose end nobody knows, the list grows as its points come.
 /// After a failure the list holds what came.
 ADJUSTMENTGUI_EXPORT void ReadField(QDataStream& stream, QVector<QPoint>& points);
+
+/// A colour in the form of QDataStream's own operator, which takes a model that there is not as well, in a
+/// colour that nobody may copy. Such a one is read as black here, as Qt would draw it.
+ADJUSTMENTGUI_EXPORT void ReadField(QDataStream& stream, QColor& color);
 
 template <class Element, std::size_t Size>
 void WriteField(QDataStream& stream, const std::array<Element, Size>& fields)

@@ -1,3 +1,4 @@
+#include "TestColors.h"
 #include "YDRecord.h"
 
 #include <QBuffer>
@@ -99,6 +100,11 @@ private slots:
     void OnASequentialDevicePointListsGrowAsTheyCome();
     void APointListWithoutADeviceFails();
     void ListsNest();
+    void ColoursAreAsQtStoresThem_data();
+    void ColoursAreAsQtStoresThem();
+    void AColourModelThatThereIsNotIsBlack();
+    void ACutColourFails();
+    void ColoursOfAnOldStreamAreRead();
     void AnOlderTagIsTold_data();
     void AnOlderTagIsTold();
     void AnOlderTagLeavesTheStreamAtTheFields();
@@ -378,6 +384,75 @@ constexpr std::string_view OlderTag = "KVDesaturate 1.00000";
 
 Q_DECLARE_METATYPE(YDRecord::FoundTag)
 Q_DECLARE_METATYPE(YDRecordName)
+
+void TestYDRecord::ColoursAreAsQtStoresThem_data()
+{
+    QTest::addColumn<QColor>("color");
+    QTest::newRow("opaque") << QColor(1, 2, 3);
+    QTest::newRow("translucent") << QColor(1, 2, 3, 4);
+    QTest::newRow("another model") << QColor::fromHsv(300, 20, 30);
+    QTest::newRow("none") << QColor();
+    QTest::newRow("beyond a screen's") << QColor::fromRgbF(2.0, -1.0, 0.5);
+    QTest::newRow("no numbers") << TestColors::NoNumbers();
+}
+
+void TestYDRecord::ColoursAreAsQtStoresThem()
+{
+    QFETCH(QColor, color);
+    QByteArray stored;
+    QDataStream out(&stored, QIODevice::WriteOnly);
+    out.setByteOrder(QDataStream::LittleEndian);
+    YDRecord::WriteField(out, color);
+    YDRecord::WriteField(out, 77);
+    QDataStream in(stored);
+    in.setByteOrder(QDataStream::LittleEndian);
+    QColor read;
+    YDRecord::ReadField(in, read);
+    QCOMPARE(TestColors::Stored(read), TestColors::Stored(color));
+    int next = 0;
+    YDRecord::ReadField(in, next);
+    QCOMPARE(next, 77);
+    QVERIFY(in.atEnd());
+}
+
+void TestYDRecord::AColourModelThatThereIsNotIsBlack()
+{
+    for (int model = -128; model <= 127; ++model) {
+        const bool isKnown = model >= QColor::Invalid && model <= QColor::ExtendedRgb;
+        QDataStream stream(TestColors::Stored(model, {1, 2, 3, 4, 5}));
+        QColor color(9, 9, 9);
+        YDRecord::ReadField(stream, color);
+        QCOMPARE(stream.status(), QDataStream::Ok);
+        QVERIFY(stream.atEnd());
+        QCOMPARE(TestColors::Stored(color), isKnown ? TestColors::Stored(model, {1, 2, 3, 4, 5})
+                                                    : TestColors::Stored(QColor(Qt::black)));
+    }
+}
+
+void TestYDRecord::ACutColourFails()
+{
+    const QByteArray stored = TestColors::Stored(QColor(1, 2, 3));
+    for (int length = 0; length < stored.size(); ++length) {
+        QDataStream stream(stored.left(length));
+        QColor color;
+        YDRecord::ReadField(stream, color);
+        QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
+    }
+}
+
+void TestYDRecord::ColoursOfAnOldStreamAreRead()
+{
+    QByteArray stored;
+    QDataStream out(&stored, QIODevice::WriteOnly);
+    out.setVersion(QDataStream::Qt_3_3);
+    YDRecord::WriteField(out, QColor(1, 2, 3));
+    QCOMPARE(stored.size(), 4);
+    QDataStream in(stored);
+    in.setVersion(QDataStream::Qt_3_3);
+    QColor color;
+    YDRecord::ReadField(in, color);
+    QCOMPARE(color, QColor(1, 2, 3));
+}
 
 void TestYDRecord::AnOlderTagIsTold_data()
 {
