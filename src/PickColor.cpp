@@ -1,0 +1,26 @@
+#include "PickColor.h"
+
+#include "gui/KVColorDialog.h"
+
+#include <QPointer>
+
+void PickColor(QWidget* owner, const QString& title, const QColor& color, const ColorTaker& accept,
+               const ColorTaker& preview)
+{
+    const QColor before = color; // what it refers to may change or go
+    const QPointer<QWidget> alive(owner);
+    const QPointer<KVColorDialog> dialog = new KVColorDialog(owner);
+    dialog->setWindowTitle(title);
+    dialog->SetColor(before);
+    if (preview)
+        QObject::connect(dialog, &KVColorDialog::ColorChanged, owner, preview);
+    const bool isAccepted = dialog->Exec() == QDialog::Accepted;
+    const QColor chosen = dialog ? dialog->GetColor() : before;
+    delete dialog;
+    if (!alive)
+        return;
+    if (isAccepted)
+        accept(chosen);
+    else if (preview)
+        preview(before);
+}
