@@ -1,6 +1,9 @@
 #include "BenchAdjustments.h"
 
 #include "image/YDIterativeBrightnessContrastTransformation.h"
+#include "image/YDIterativeExposureTransformation.h"
+#include "image/YDIterativeGammaCorrectionTransformation.h"
+#include "image/YDIterativePosterizeTransformation.h"
 
 const std::vector<BenchAdjustment>& BenchAdjustments()
 {
@@ -10,6 +13,13 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          "m_pBrightnessSlider",
          "value",
          {20, -20}},
+        {"exposure",
+         RuleOf(YDIterativeExposureTransformation(1.0, 0.05)),
+         "m_pExposureSpin",
+         "value",
+         {1.0, -1.0}},
+        {"gamma", RuleOf(YDIterativeGammaCorrectionTransformation(2.2)), "m_pGammaSpin", "value", {2.2, 0.5}},
+        {"posterize", RuleOf(YDIterativePosterizeTransformation(8)), "m_pPosterizeSpin", "value", {8, 16}},
     };
     return adjustments;
 }

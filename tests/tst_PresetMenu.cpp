@@ -61,6 +61,7 @@ private slots:
     void APresetThatIsNoneIsRefused();
     void AFolderThatCannotBeWrittenIsNamed();
     void LoadingIntoADialogStartsAPreview();
+    void AnAdjustmentWithoutPresetsDisablesTheMenuAndSaysWhy();
 
 private:
     QString Path(const char* name) const { return m_folder->filePath(QString::fromUtf8(name)); }
@@ -184,6 +185,19 @@ void TestPresetMenu::LoadingIntoADialogStartsAPreview()
     QCOMPARE(int(view.Preview().Row(0)[0].g), 100);
     session.Dialog()->Presets()->Load(Path("bright.preset"));
     QTRY_VERIFY_WITH_TIMEOUT(view.Preview().Row(0)[0].g > 150, PatienceMs);
+}
+
+void TestPresetMenu::AnAdjustmentWithoutPresetsDisablesTheMenuAndSaysWhy()
+{
+    QVERIFY(m_menu->isEnabled());
+    const AdjustmentEntry& exposure = *AdjustmentCatalog::Find(QStringLiteral("exposure"));
+    const auto widget = exposure.makeWidget(false, nullptr);
+    m_menu->SetTarget(exposure, widget.get());
+    QVERIFY(!m_menu->isEnabled());
+    QVERIFY(m_menu->toolTip().contains(QStringLiteral("cannot be stored")));
+    m_menu->SetTarget(Brightness(), m_widget.get());
+    QVERIFY(m_menu->isEnabled());
+    QVERIFY(!m_menu->toolTip().contains(QStringLiteral("cannot be stored")));
 }
 
 QTEST_MAIN(TestPresetMenu)

@@ -181,6 +181,8 @@ void TestAdjust::RefusesWrongCalls_data()
     row({"preset", "brightness-contrast"}, "behind -o");
     row({"preset", "brightness-contrast", "-o"}, "Missing value");
     row({"preset", "brightness-contrast", "-o", "new", "-o", "newer"}, "behind -o");
+    row({"preset", "exposure", "exposure=1", "-o", "new"}, "exposure has no stored form");
+    row({"preset", "exposure", "exposure=21", "-o", "new"}, "exposure: 21 is outside -20..20");
     row({"preset", "nonsense", "-o", "new"}, "no adjustment \"nonsense\"");
     row({"preset", "brightness-contrast", "nonsense=1", "-o", "new"}, "\"nonsense\"");
     row({"preset", "brightness-contrast", "brightness", "-o", "new"}, "FIELD=VALUE");

@@ -1,7 +1,11 @@
 #include "catalog/AdjustmentCatalog.h"
 
 #include "YDBrightnessContrastWidget.h"
+#include "catalog/ExposureFields.h"
+#include "catalog/GammaFields.h"
+#include "catalog/PosterizeFields.h"
 #include "catalog/RecordSettings.h"
+#include "catalog/StreamlessSettings.h"
 
 #include <QCoreApplication>
 
@@ -15,10 +19,10 @@ std::unique_ptr<YDAdjustmentWidget> MakeWidget(bool isDialog, QWidget* parent)
     return std::make_unique<Widget>(isDialog, parent, Qt::WindowFlags());
 }
 
-template <class Widget>
-std::unique_ptr<AdjustmentSettings> MakeRecordSettings()
+template <class Settings>
+std::unique_ptr<AdjustmentSettings> MakeSettings()
 {
-    return std::make_unique<RecordSettings<Widget>>();
+    return std::make_unique<Settings>();
 }
 
 void Convert(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
@@ -33,7 +37,17 @@ void Convert(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage&
 template <class Widget>
 AdjustmentEntry RecordEntry(const char* name, const char* title)
 {
-    return {QString::fromLatin1(name), title, MakeWidget<Widget>, MakeRecordSettings<Widget>, Convert};
+    return {QString::fromLatin1(name), title, MakeWidget<Widget>, MakeSettings<RecordSettings<Widget>>,
+            Convert};
+}
+
+/// An adjustment whose widget keeps its values in the controls, as `Fields` lists them, and converts
+/// pictures.
+template <class Widget, class Fields>
+AdjustmentEntry StreamlessEntry(const char* name, const char* title)
+{
+    return {QString::fromLatin1(name), title, MakeWidget<Widget>,
+            MakeSettings<StreamlessSettings<Widget, Fields>>, Convert};
 }
 
 std::vector<AdjustmentEntry> ToneEntries()
@@ -41,6 +55,12 @@ std::vector<AdjustmentEntry> ToneEntries()
     return {
         RecordEntry<YDBrightnessContrastWidget>(
             "brightness-contrast", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Brightness and Contrast")),
+        StreamlessEntry<YDExposureWidget, ExposureFields>("exposure",
+                                                          QT_TRANSLATE_NOOP("AdjustmentCatalog", "Exposure")),
+        StreamlessEntry<YDGammaCorrectionWidget, GammaFields>(
+            "gamma", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Gamma")),
+        StreamlessEntry<YDPosterizeWidget, PosterizeFields>(
+            "posterize", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Posterize")),
     };
 }
 

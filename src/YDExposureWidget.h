@@ -1,0 +1,64 @@
+#pragma once
+
+#include "YDAdjustmentWidget.h"
+#include "adjustmentgui_export.h"
+
+#include <memory>
+
+namespace Ui {
+class ExposureParamWidget;
+}
+
+/// Exposure in stops and an offset in linear light, each a slider and a spin box.
+///
+/// The spin boxes hold the values; a slider shows its value's ten thousandths, truncated toward zero, so that
+/// -1.5 puts it at -14999. There is no record and no stream.
+class ADJUSTMENTGUI_EXPORT YDExposureWidget : public YDAdjustmentWidget
+{
+    Q_OBJECT
+
+public:
+    YDExposureWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags);
+    ~YDExposureWidget() override;
+
+    /// -20..20 stops, to four decimals.
+    double GetExposure() const;
+    /// Shows `exposure` and announces the change, once for each time that the spin box is connected: each
+    /// call connects it twice more. What is not a number counts as 0.
+    void SetExposure(double exposure);
+
+    /// -0.5..0.5, to four decimals.
+    double GetOffset() const;
+    /// Shows `offset` without announcing a change. What is not a number counts as 0.
+    void SetOffset(double offset);
+
+    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
+                      const QRect& boundingRect) override;
+    void Reset() override;
+    void StartJobWatching(JobWatcher* watcher) override;
+
+public slots:
+    void OnExposureChanged(double exposure);
+    void OnOffsetChanged(double offset);
+    void OnExposureSlider(int position);
+    void OnOffsetSlider(int position);
+
+signals:
+    void ExposureChanged();
+    void OffsetChanged();
+
+private:
+    struct ExposureData : YDAdjustmentJob
+    {
+        double exposure;
+        double offset;
+    };
+
+    void Connect();
+    void MoveExposureSlider(double exposure);
+    void MoveOffsetSlider(double offset);
+    ExposureData MakeData(const YDAdjustmentJob& job) const;
+    static RGBA32iImage Process(const ExposureData& data);
+
+    const std::unique_ptr<Ui::ExposureParamWidget> m_ui;
+};

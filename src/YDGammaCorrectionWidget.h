@@ -1,0 +1,51 @@
+#pragma once
+
+#include "YDAdjustmentWidget.h"
+#include "adjustmentgui_export.h"
+
+#include <memory>
+
+namespace Ui {
+class GammaParamWidget;
+}
+
+/// One gamma value, a slider and a spin box.
+///
+/// The spin box holds the value; the slider shows its hundredths. There is no record and no stream.
+class ADJUSTMENTGUI_EXPORT YDGammaCorrectionWidget : public YDAdjustmentWidget
+{
+    Q_OBJECT
+
+public:
+    YDGammaCorrectionWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags);
+    ~YDGammaCorrectionWidget() override;
+
+    /// 0.01..5, to two decimals; 1 is neutral.
+    double GetGamma() const;
+    /// Shows `gamma` without announcing a change. What is not a number counts as 1.
+    void SetGamma(double gamma);
+
+    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
+                      const QRect& boundingRect) override;
+    void Reset() override;
+    void StartJobWatching(JobWatcher* watcher) override;
+
+public slots:
+    void OnGammaChanged(double gamma);
+    void OnGammaSlider(int position);
+
+signals:
+    void GammaChanged();
+
+private:
+    struct GCData : YDAdjustmentJob
+    {
+        double gamma;
+    };
+
+    void MoveSlider(double gamma);
+    GCData MakeData(const YDAdjustmentJob& job) const;
+    static RGBA32iImage Process(const GCData& data);
+
+    const std::unique_ptr<Ui::GammaParamWidget> m_ui;
+};
