@@ -29,8 +29,8 @@ public:
 
     HWY_INLINE Pixels operator()(Pixels pixels) const
     {
-        const Ints level =
-            hn::Add(SumOfProducts(BlueRed(pixels), m_blueRed), SumOfProducts(GreenAlpha(pixels), m_green));
+        const Ints greenPart = SumOfProducts(GreenAlpha(pixels), m_green);
+        const Ints level = AddProducts(BlueRed(pixels), m_blueRed, greenPart);
         const Channels from = Split(pixels);
         return Merge({Mix(from.b, m_blueRamp.At(level)), Mix(from.g, m_greenRamp.At(level)),
                       Mix(from.r, m_redRamp.At(level))},

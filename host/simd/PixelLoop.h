@@ -106,12 +106,19 @@ HWY_INLINE Words PairOfWords(unsigned low, unsigned high)
     return hn::BitCast(WordTag(), hn::Set(PixelTag(), low | high << 16));
 }
 
-/// For each pixel the product of the low halves plus that of the high halves, both below 32768.
-HWY_INLINE Ints SumOfProducts(Words pairs, Shorts weights)
+/// For each pixel `sum` plus the product of the low halves plus that of the high halves. The halves of
+/// `pairs` are below 32768.
+HWY_INLINE Ints AddProducts(Words pairs, Shorts weights, Ints sum)
 {
     const IntTag di;
-    Ints unused = hn::Zero(di);
-    return hn::ReorderWidenMulAccumulate(di, hn::BitCast(ShortTag(), pairs), weights, hn::Zero(di), unused);
+    Ints unused = hn::Zero(di); // other instruction sets part the sum in two
+    return hn::ReorderWidenMulAccumulate(di, hn::BitCast(ShortTag(), pairs), weights, sum, unused);
+}
+
+/// The same without a sum to start from.
+HWY_INLINE Ints SumOfProducts(Words pairs, Shorts weights)
+{
+    return AddProducts(pairs, weights, hn::Zero(IntTag()));
 }
 
 #endif

@@ -38,8 +38,8 @@ public:
 
     HWY_INLINE Pixels operator()(Pixels pixels) const
     {
-        const Ints luma =
-            hn::Add(SumOfProducts(BlueRed(pixels), m_blueRed), SumOfProducts(GreenAlpha(pixels), m_green));
+        const Ints greenPart = SumOfProducts(GreenAlpha(pixels), m_green);
+        const Ints luma = AddProducts(BlueRed(pixels), m_blueRed, greenPart);
         const auto isWhite = hn::VecFromMask(IntTag(), hn::Gt(luma, m_justDark));
         return WithAlphaOf(pixels, hn::BitCast(PixelTag(), isWhite));
     }

@@ -9,6 +9,8 @@
 
 class BaseTransformation;
 class QRect;
+struct ColorizeRule;
+struct PhotoFilterRule;
 
 /// What the module of vector kernels exports; found by these names through AVX2LIB::Find.
 ///
@@ -43,6 +45,10 @@ Q_DECL_EXPORT void AverageTintAVX2(YDRGBA32i* row, int count, const int* weights
 /// Makes each of `count` pixels white where its Luma709 is `level` or more, else black, in place; alpha
 /// stays. Any level: all are white from 0 down, and black above 255.
 Q_DECL_EXPORT void ThresholdRow(YDRGBA32i* row, int count, int level);
+
+/// A rule of the same name on `count` pixels in place; alpha stays.
+Q_DECL_EXPORT void ColorizeRow(YDRGBA32i* row, int count, const ColorizeRule* rule);
+Q_DECL_EXPORT void PhotoFilterRow(YDRGBA32i* row, int count, const PhotoFilterRule* rule);
 
 /// YDBlend::YDSourceBySelection over `count` pixels of three rows, which must not overlap.
 Q_DECL_EXPORT void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask,
