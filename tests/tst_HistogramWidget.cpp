@@ -111,6 +111,7 @@ private slots:
     void MixesTheColorsOfAllChannels();
     void HeightsAreInProportionToTheCounts();
     void ClippedTonesDoNotFlattenTheOthers();
+    void AFewSpikesDoNotFlattenTheOthers();
     void AClickChangesTheScale();
     void OtherButtonsChangeNothing();
     void TheTooltipTellsLevelAndCounts_data();
@@ -416,6 +417,29 @@ void TestHistogramWidget::ClippedTonesDoNotFlattenTheOthers()
     widget.SetImage(&ends);
     WaitForCounts(widget);
     QVERIFY(qAbs(HeightAt(Shown(widget), 255, qRgb(0, 0, 0)) - 100) <= 4);
+}
+
+void TestHistogramWidget::AFewSpikesDoNotFlattenTheOthers()
+{
+    ChannelHistograms counts;
+    std::fill_n(counts.luma.begin() + 50, 100, 1000);
+    counts.luma[200] = 1400;
+    counts.luma[220] = 1000000;
+    HistogramPlot plot;
+    plot.channels = 0;
+    const QRgb black = qRgb(0, 0, 0);
+    const QImage image = plot.Draw(counts, QSizeF(1024, 156), 1.0, PaletteOn(Qt::black));
+    QVERIFY(qAbs(HeightAt(image, 100, black) - 100) <= 3); // of 150 that 1500 would reach
+    QVERIFY(qAbs(HeightAt(image, 200, black) - 140) <= 3);
+    QCOMPARE(HeightAt(image, 220, black), 156);
+    counts.luma[220] = 1200; // nothing that stands out
+    const QImage gentle = plot.Draw(counts, QSizeF(1024, 156), 1.0, PaletteOn(Qt::black));
+    QVERIFY(qAbs(HeightAt(gentle, 200, black) - 150) <= 3);
+    plot.scale = HistogramPlot::Scale::Logarithmic;
+    counts.luma[220] = 1000000;
+    const QImage logarithmic = plot.Draw(counts, QSizeF(1024, 156), 1.0, PaletteOn(Qt::black));
+    QVERIFY(qAbs(HeightAt(logarithmic, 220, black) - 150) <= 3);
+    QVERIFY(qAbs(HeightAt(logarithmic, 100, black) - 75) <= 3); // half as many digits
 }
 
 void TestHistogramWidget::AClickChangesTheScale()

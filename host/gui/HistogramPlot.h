@@ -10,8 +10,9 @@ class QPalette;
 /// How the histograms of some channels are drawn.
 ///
 /// Levels go from left to right over the whole width, counts from the bottom upwards. The channels share one
-/// scale, so that areas compare. On the linear scale the tallest of the levels 1..254 reaches the top:
-/// clipped tones pile up at both ends, and would flatten all the others; they are cut off instead.
+/// scale, so that areas compare. On the linear scale a few spikes do not flatten the rest: levels 0 and 255,
+/// where clipped tones pile up, and the tallest fiftieth of the others are cut off where they rise above
+/// one and a half times what the others reach.
 struct HistogramPlot
 {
     enum class Scale
