@@ -2,6 +2,7 @@
 
 #include "Measurement.h"
 #include "ReferencePass.h"
+#include "image/ChannelHistograms.h"
 #include "image/YDBlend.h"
 
 namespace {
@@ -27,6 +28,12 @@ double TimeSelectionBlend(const BenchPictures& pictures)
     });
 }
 
+/// Red, green, blue and luma.
+double TimeHistogram(const BenchPictures& pictures)
+{
+    return TimeOf([&pictures] { ChannelHistograms::Of(pictures.photograph, pictures.Bounds()); });
+}
+
 } // namespace
 
 void RegisterLimitRows(int megapixels)
@@ -34,4 +41,5 @@ void RegisterLimitRows(int megapixels)
     RegisterRow(megapixels, "reference-pass", {TimeReferencePass});
     RegisterRow(megapixels, "deep-copy", {TimeDeepCopy});
     RegisterRow(megapixels, "selection-blend", {TimeSelectionBlend});
+    RegisterRow(megapixels, "histogram", {TimeHistogram});
 }

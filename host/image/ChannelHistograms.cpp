@@ -6,6 +6,7 @@
 #include <QImage>
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <mutex>
 
@@ -54,17 +55,22 @@ public:
     }
 
 private:
-    static constexpr int Ways = 4;
+    static constexpr int Ways = 2;
     static constexpr qsizetype PrefetchDistance = 3 * 1024;
 
     /// A band of one row has fewer than 2^31 pixels, one of several rows PixelsPerBand at most.
     using Table = std::array<quint32, ChannelHistograms::Levels>;
     struct Tables
     {
+        /// Keeps the counts of a level from lying 4096 bytes apart, which a processor takes for the same
+        /// place when it looks whether a count was just stored.
+        static constexpr std::size_t Gap = 272;
+
         Table red{};
         Table green{};
         Table blue{};
         Table luma{};
+        std::array<std::byte, Gap> gap{};
     };
 
     static void Add(Tables& tables, const YDRGBA32i& pixel)
