@@ -1,5 +1,7 @@
 #include "image/YDIterativeExposureTransformation.h"
 
+#include "image/SRgb.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -7,18 +9,6 @@ namespace {
 
 constexpr double MaxExposure = 20.0;
 constexpr double MaxOffset = 0.5;
-
-/// Linear light of an sRGB value, both 0..1 (IEC 61966-2-1).
-double Decode(double value)
-{
-    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
-/// The inverse of Decode().
-double Encode(double light)
-{
-    return light <= 0.0031308 ? light * 12.92 : 1.055 * std::pow(light, 1.0 / 2.4) - 0.055;
-}
 
 double Bounded(double value, double bound)
 {
@@ -33,8 +23,8 @@ YDIterativeExposureTransformation::YDIterativeExposureTransformation(double expo
     const double shift = Bounded(offset, MaxOffset);
     Table table;
     for (int v = 0; v < 256; ++v) {
-        const double light = std::clamp(Decode(v / 255.0) * gain + shift, 0.0, 1.0);
-        table[static_cast<std::size_t>(v)] = ToLevel(Encode(light) * 255.0);
+        const double light = std::clamp(SRgb::ToLinear(v / 255.0) * gain + shift, 0.0, 1.0);
+        table[static_cast<std::size_t>(v)] = ToLevel(SRgb::FromLinear(light) * 255.0);
     }
     SetTable(table);
 }
