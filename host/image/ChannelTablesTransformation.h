@@ -27,10 +27,10 @@ protected:
     /// every level, 100 replaces it; values outside count as the nearest bound.
     void SetTables(const std::array<Table, 4>& tables, int strength);
 
-    /// `value` rounded to nearest and clamped to 0..255; 0 for a value that is not a number.
-    static quint8 ToLevel(double value);
+    /// A table each for red, green and blue.
+    void SetTables(const Table& red, const Table& green, const Table& blue) { m_tables = {blue, green, red}; }
 
-private:
+    /// One pixel through the tables.
     void Map(YDRGBA32i& pixel) const
     {
         pixel.b = m_tables[0][pixel.b];
@@ -38,5 +38,9 @@ private:
         pixel.r = m_tables[2][pixel.r];
     }
 
+    /// `value` rounded to nearest and clamped to 0..255; 0 for a value that is not a number.
+    static quint8 ToLevel(double value);
+
+private:
     std::array<Table, 3> m_tables; ///< blue, green, red: the pixel's memory order
 };

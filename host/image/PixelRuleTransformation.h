@@ -3,11 +3,26 @@
 #include "image/BaseTransformation.h"
 #include "utilities/AVX2LIB.h"
 
-/// A rule that mixes the channels of a pixel.
+/// `count` pixels in place by a rule that mixes the channels of a pixel, with the vector instructions at
+/// hand.
 ///
-/// `Rule` is copyable and holds the constants of one job; `void operator()(YDRGBA32i&) const` changes a pixel
-/// by them in whole numbers, and `Rule::Kernel` names the function of the vector module that does the same to
-/// `count` pixels: `void (YDRGBA32i* row, int count, const Rule* rule)`.
+/// `Rule` holds the constants of one job; `void operator()(YDRGBA32i&) const` changes a pixel by them, and
+/// `Rule::Kernel` names the function of the vector module that does the same to many:
+/// `void (YDRGBA32i* row, int count, const Rule* rule)`.
+template <class Rule>
+void ApplyRuleToRow(const Rule& rule, YDRGBA32i* row, int count)
+{
+    using Kernel = void (*)(YDRGBA32i*, int, const Rule*);
+    static const auto kernel = AVX2LIB::Find<Kernel>(Rule::Kernel);
+    if (kernel) {
+        kernel(row, count, &rule);
+        return;
+    }
+    for (int x = 0; x < count; ++x)
+        rule(row[x]);
+}
+
+/// A transformation that is one such rule, a copyable one.
 template <class Rule>
 class PixelRuleTransformation : public BaseTransformation
 {
@@ -15,18 +30,7 @@ public:
     explicit PixelRuleTransformation(const Rule& rule) : m_rule(rule) {}
 
     void ProcessPixel(qsizetype index) const { m_rule(m_pixels[index]); }
-
-    void ProcessRow(YDRGBA32i* row, int count) const override
-    {
-        using Kernel = void (*)(YDRGBA32i*, int, const Rule*);
-        static const auto kernel = AVX2LIB::Find<Kernel>(Rule::Kernel);
-        if (kernel) {
-            kernel(row, count, &m_rule);
-            return;
-        }
-        for (int x = 0; x < count; ++x)
-            m_rule(row[x]);
-    }
+    void ProcessRow(YDRGBA32i* row, int count) const override { ApplyRuleToRow(m_rule, row, count); }
 
 private:
     Rule m_rule;

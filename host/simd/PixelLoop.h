@@ -59,6 +59,14 @@ HWY_INLINE Pixels WithAlphaOf(Pixels pixels, Pixels colour)
     return hn::Or(hn::And(alpha, pixels), hn::AndNot(alpha, colour));
 }
 
+/// Levels in 0..255 in blue, green and red, without alpha.
+HWY_INLINE Pixels Grey(Ints levels)
+{
+    const PixelTag d;
+    const Pixels level = hn::BitCast(d, levels);
+    return hn::Or(level, hn::Or(hn::ShiftLeft<8>(level), hn::ShiftLeft<16>(level)));
+}
+
 /// Pixels of these channels, each clamped to 0..255, with the alpha of `pixels`.
 HWY_INLINE Pixels Merge(const Channels& channels, Pixels pixels)
 {

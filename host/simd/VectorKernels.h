@@ -9,7 +9,9 @@
 
 class BaseTransformation;
 class QRect;
+struct BlackAndWhiteRule;
 struct ColorizeRule;
+struct LinearGreyRule;
 struct PhotoFilterRule;
 
 /// What the module of vector kernels exports; found by these names through AVX2LIB::Find.
@@ -46,7 +48,9 @@ Q_DECL_EXPORT void AverageTintAVX2(YDRGBA32i* row, int count, const int* weights
 /// stays. Any level: all are white from 0 down, and black above 255.
 Q_DECL_EXPORT void ThresholdRow(YDRGBA32i* row, int count, int level);
 
-/// A rule of the same name on `count` pixels in place; alpha stays.
+/// The rule of the name on `count` pixels in place; alpha stays.
+Q_DECL_EXPORT void BlackAndWhiteRow(YDRGBA32i* row, int count, const BlackAndWhiteRule* rule);
+Q_DECL_EXPORT void LinearGreyRow(YDRGBA32i* row, int count, const LinearGreyRule* rule);
 Q_DECL_EXPORT void ColorizeRow(YDRGBA32i* row, int count, const ColorizeRule* rule);
 Q_DECL_EXPORT void PhotoFilterRow(YDRGBA32i* row, int count, const PhotoFilterRule* rule);
 
