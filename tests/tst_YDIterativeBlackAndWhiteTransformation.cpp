@@ -1,5 +1,5 @@
 #include "KernelCheck.h"
-#include "image/SrgbCurve.h"
+#include "image/SRgb.h"
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 
 #include <QTest>
@@ -138,11 +138,11 @@ void TestYDIterativeBlackAndWhiteTransformation::LightIsEncodedToTheNearestLevel
     // Half a step of the encoding's index, where the curve is steepest: 12.92 * 255 / 32768 levels.
     constexpr double IndexError = 0.1006;
     for (const YDRGBA32i& pixel : KernelCheck::ColourCube()) {
-        const double light = double(LumaRed) * DecodeSrgb(pixel.r / 255.0) +
-                             double(LumaGreen) * DecodeSrgb(pixel.g / 255.0) +
-                             double(LumaBlue) * DecodeSrgb(pixel.b / 255.0);
+        const double light = double(LumaRed) * SRgb::ToLinear(pixel.r / 255.0) +
+                             double(LumaGreen) * SRgb::ToLinear(pixel.g / 255.0) +
+                             double(LumaBlue) * SRgb::ToLinear(pixel.b / 255.0);
         const int grey = Grey(true, {LumaRed, LumaGreen, LumaBlue}, pixel).g;
-        QVERIFY(std::abs(grey - EncodeSrgb(light) * 255.0) <= 0.5 + IndexError);
+        QVERIFY(std::abs(grey - SRgb::FromLinear(light) * 255.0) <= 0.5 + IndexError);
     }
 }
 

@@ -1,6 +1,6 @@
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 
-#include "image/SrgbCurve.h"
+#include "image/SRgb.h"
 
 #include <cmath>
 
@@ -28,7 +28,7 @@ LinearGreyRule::Encoding MakeEncoding()
     LinearGreyRule::Encoding encoding{};
     for (int i = 0; i <= Most; ++i)
         encoding[static_cast<std::size_t>(i)] =
-            static_cast<quint8>(std::lround(EncodeSrgb(i / double(Most)) * 255.0));
+            static_cast<quint8>(std::lround(SRgb::FromLinear(i / double(Most)) * 255.0));
     return encoding;
 }
 
@@ -38,7 +38,7 @@ LinearGreyRule LinearRuleOf(float r, float g, float b)
     LinearGreyRule rule{};
     rule.encoding = &encoding;
     for (int v = 0; v < 256; ++v) {
-        const double light = DecodeSrgb(v / 255.0) * (1 << LinearGreyRule::LightBits);
+        const double light = SRgb::ToLinear(v / 255.0) * (1 << LinearGreyRule::LightBits);
         const auto scaled = [light](float weight) {
             return static_cast<int>(std::lround(Bounded(weight) * light));
         };

@@ -1,7 +1,6 @@
 #include "image/YDIterativeExposureTransformation.h"
 
 #include "image/SRgb.h"
-#include "image/SrgbCurve.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,8 +25,6 @@ YDIterativeExposureTransformation::YDIterativeExposureTransformation(double expo
     for (int v = 0; v < 256; ++v) {
         const double light = std::clamp(SRgb::ToLinear(v / 255.0) * gain + shift, 0.0, 1.0);
         table[static_cast<std::size_t>(v)] = ToLevel(SRgb::FromLinear(light) * 255.0);
-        const double light = std::clamp(DecodeSrgb(v / 255.0) * gain + shift, 0.0, 1.0);
-        table[static_cast<std::size_t>(v)] = ToLevel(EncodeSrgb(light) * 255.0);
     }
     SetTable(table);
 }
