@@ -4,6 +4,7 @@
 #include "image/YDIterativeExposureTransformation.h"
 #include "image/YDIterativeGammaCorrectionTransformation.h"
 #include "image/YDIterativePosterizeTransformation.h"
+#include "image/YDThresholdRGB32.h"
 
 const std::vector<BenchAdjustment>& BenchAdjustments()
 {
@@ -20,6 +21,7 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          {1.0, -1.0}},
         {"gamma", RuleOf(YDIterativeGammaCorrectionTransformation(2.2)), "m_pGammaSpin", "value", {2.2, 0.5}},
         {"posterize", RuleOf(YDIterativePosterizeTransformation(8)), "m_pPosterizeSpin", "value", {8, 16}},
+        {"threshold", RuleOf(YDThresholdRGB32()), "m_pThresholdLevel", "value", {100, 160}},
     };
     return adjustments;
 }

@@ -1,6 +1,7 @@
 #include "catalog/AdjustmentCatalog.h"
 
 #include "YDBrightnessContrastWidget.h"
+#include "YDThresholdWidget.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"
 #include "catalog/PosterizeFields.h"
@@ -61,6 +62,7 @@ std::vector<AdjustmentEntry> ToneEntries()
             "gamma", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Gamma")),
         StreamlessEntry<YDPosterizeWidget, PosterizeFields>(
             "posterize", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Posterize")),
+        RecordEntry<YDThresholdWidget>("threshold", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Threshold")),
     };
 }
 
