@@ -13,6 +13,7 @@
 #include <atomic>
 #include <csignal>
 #include <functional>
+#include <limits>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
@@ -250,6 +251,8 @@ private slots:
     void AnUnreadableFileIsAnError();
     void RefusesGiantsBeforeDecoding_data();
     void RefusesGiantsBeforeDecoding();
+    void BmpFilesMayGoFromTopToBottom_data();
+    void BmpFilesMayGoFromTopToBottom();
     void ACutFileIsAnErrorAtEveryByte_data();
     void ACutFileIsAnErrorAtEveryByte();
     void DamagedJpegIsAnError();
@@ -584,7 +587,12 @@ void TestKVImageFileManager::RefusesGiantsBeforeDecoding_data()
     QByteArray bmp = Encode(Quarters(), "bmp");
     qToLittleEndian(qint32(60000), bmp.data() + 18);
     qToLittleEndian(qint32(-60000), bmp.data() + 22);
-    QTest::newRow("BMP") << bmp << "beyond all bounds";
+    QTest::newRow("BMP of 3.6 gigapixels") << bmp << "beyond all bounds";
+    qToLittleEndian(qint32(100), bmp.data() + 18);
+    qToLittleEndian(qint32(-65536), bmp.data() + 22);
+    QTest::newRow("BMP with a long side, from top to bottom") << bmp << allowed;
+    qToLittleEndian(std::numeric_limits<qint32>::min(), bmp.data() + 22);
+    QTest::newRow("BMP of the lowest height") << bmp << "beyond all bounds";
     QByteArray jpeg = Encode(Quarters(), "jpeg");
     const int frame = jpeg.indexOf(QByteArray("\xff\xc0\x00\x11", 4));
     qToBigEndian(quint16(60000), jpeg.data() + frame + 5);
@@ -613,6 +621,45 @@ void TestKVImageFileManager::RefusesGiantsBeforeDecoding()
     QCOMPARE(KVImageFileManager::Read(path, options).error, QString());
 }
 
+namespace {
+
+/// The BMP file with its rows, of which there are `height`, in the other order.
+QByteArray TopDown(const QByteArray& bmp, int height)
+{
+    const int start = qFromLittleEndian<qint32>(bmp.constData() + 10);
+    const int rowSize = (bmp.size() - start) / height;
+    QByteArray turned = bmp.left(start);
+    qToLittleEndian(qint32(-height), turned.data() + 22);
+    for (int y = height - 1; y >= 0; --y)
+        turned += bmp.mid(start + y * rowSize, rowSize);
+    return turned;
+}
+
+} // namespace
+
+void TestKVImageFileManager::BmpFilesMayGoFromTopToBottom_data()
+{
+    QTest::addColumn<QImage>("image");
+    const QImage image = Pattern(19, 13);
+    QTest::newRow("24 bits") << image;
+    QTest::newRow("palette") << image.convertToFormat(QImage::Format_Indexed8);
+    QTest::newRow("two colours") << image.convertToFormat(QImage::Format_Mono);
+    QTest::newRow("one row") << Pattern(19, 1);
+}
+
+void TestKVImageFileManager::BmpFilesMayGoFromTopToBottom()
+{
+    QFETCH(QImage, image);
+    const QString path = Path(QStringLiteral("a.bmp"));
+    Store(path, Encode(image, "bmp"));
+    const QImage expected = KVImageFileManager::Read(path).image;
+    QVERIFY(!expected.isNull());
+    Store(path, TopDown(Encode(image, "bmp"), image.height()));
+    const auto result = KVImageFileManager::Read(path);
+    QCOMPARE(result.error, QString());
+    QCOMPARE(result.image, expected);
+}
+
 void TestKVImageFileManager::ACutFileIsAnErrorAtEveryByte_data()
 {
     QTest::addColumn<QByteArray>("bytes");
@@ -631,6 +678,7 @@ void TestKVImageFileManager::ACutFileIsAnErrorAtEveryByte_data()
     QTest::newRow("WebP") << Encode(image, "webp") << 0;
     QTest::newRow("BMP") << Encode(image, "bmp") << 0;
     QTest::newRow("palette BMP") << Encode(grey, "bmp") << 0;
+    QTest::newRow("BMP from top to bottom") << TopDown(Encode(image, "bmp"), 13) << 0;
     QTest::newRow("PPM") << Encode(image, "ppm") << 0;
     QTest::newRow("PGM") << Encode(grey, "pgm") << 0;
     QTest::newRow("text PPM") << QByteArray("P3\n2 2\n255\n1 2 3 4 5 6 7 8 9 10 11 12") << 1; // 1 for 12

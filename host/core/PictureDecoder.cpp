@@ -13,6 +13,7 @@
 #include <QtEndian>
 
 #include <cctype>
+#include <limits>
 
 namespace {
 
@@ -43,6 +44,16 @@ QString WhyTooLarge(const QSize& size, const KVImageFileManager::ReadOptions& op
         .arg(size.height())
         .arg(options.maxPixels)
         .arg(options.maxSide);
+}
+
+/// The size that the file states. BMP files whose rows go from top to bottom say so by a negative height,
+/// which Qt passes on, although it reads them.
+QSize StatedSize(const QImageReader& reader, const QByteArray& format)
+{
+    const QSize size = reader.size();
+    const bool isTopDown =
+        format == "bmp" && size.height() < 0 && size.height() != std::numeric_limits<int>::min();
+    return isTopDown ? QSize(size.width(), -size.height()) : size;
 }
 
 /// Qt takes rows that are missing at the end of a BMP file for black ones.
@@ -133,7 +144,7 @@ Encoded Load(const QString& path, const KVImageFileManager::ReadOptions& options
             return reason;
         QImageReader reader(&file, encoded.format);
         reader.setAutoDetectImageFormat(false);
-        encoded.size = reader.size();
+        encoded.size = StatedSize(reader, encoded.format);
         return WhyTooLarge(encoded.size, options);
     };
     const qint64 maxBytes = options.maxPixels * MaxBytesPerPixel + MaxBytesBesidePixels;
@@ -187,7 +198,7 @@ QImage Decode(const Encoded& encoded, KVImageFileManager::ReadResult& result, QS
     QImageReader reader(&buffer, encoded.format);
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(false);
-    if (!buffer.open(QIODevice::ReadOnly) || reader.size() != encoded.size ||
+    if (!buffer.open(QIODevice::ReadOnly) || StatedSize(reader, encoded.format) != encoded.size ||
         (encoded.format == "bmp" && IsCutBmp(encoded.bytes, encoded.size))) {
         reason = PictureDecoder::tr("the picture is damaged");
         return {};
