@@ -93,6 +93,7 @@ private slots:
     void TellsReducedDepth();
     void TellsOfFurtherPages();
     void ReadsFurtherKindsAndSizesWhenTold();
+    void KindsAndSizesConcernTheMaskToo();
     void NeedsNoDisplay();
     void FullStandardOutputIsAFailure();
     void NamesBeyondAsciiWork();
@@ -613,6 +614,23 @@ void TestAdjust::ReadsFurtherKindsAndSizesWhenTold()
     const Outcome outcome = Run(call + QStringList{"--max-megapixels", "1"});
     QCOMPARE(outcome.status, 1);
     QVERIFY(outcome.err.contains(QStringLiteral("1001 x 1000")));
+    QCOMPARE(Run(call + QStringList{"--max-megapixels", "2"}).status, 0);
+}
+
+void TestAdjust::KindsAndSizesConcernTheMaskToo()
+{
+    StorePicture("in.png", Ramp());
+    QVERIFY(Ramp().convertToFormat(QImage::Format_Mono).save(Path("mask.xbm")));
+    QStringList call{"apply", "-a", "brightness-contrast", "in.png", "-o", "out.png", "-s", "mask.xbm"};
+    Outcome outcome = Run(call);
+    QCOMPARE(outcome.status, 1);
+    QVERIFY2(outcome.err.contains(QStringLiteral("mask.xbm")), qPrintable(outcome.err));
+    QCOMPARE(Run(call + QStringList{"--allow", "xbm"}).status, 0);
+    StorePicture("large.png", QImage(1001, 1000, QImage::Format_RGB32));
+    call = QStringList{"apply", "-a", "brightness-contrast", "in.png", "-o", "out2.png", "-s", "large.png"};
+    outcome = Run(call + QStringList{"--max-megapixels", "1"});
+    QCOMPARE(outcome.status, 1);
+    QVERIFY2(outcome.err.contains(QStringLiteral("1001 x 1000")), qPrintable(outcome.err));
     QCOMPARE(Run(call + QStringList{"--max-megapixels", "2"}).status, 0);
 }
 

@@ -207,7 +207,7 @@ ApplyCommand::Problem ApplyCommand::TakeMask()
             return Wrong(tr("apply: two whole numbers X,Y are expected behind --offset, not \"%1\"")
                              .arg(Parser().value(m_offset)));
     }
-    return Failed(m_mask.Read(Parser().value(m_selection), position));
+    return Failed(m_mask.Read(Parser().value(m_selection), position, m_options.reading));
 }
 
 ExitStatus ApplyCommand::Process()

@@ -1,6 +1,5 @@
 #include "batch/SelectionMask.h"
 
-#include "core/KVImageFileManager.h"
 #include "core/WholeFile.h"
 
 namespace {
@@ -27,9 +26,10 @@ QRect CoveredRect(const QImage& mask)
 
 } // namespace
 
-QString SelectionMask::Read(const QString& path, const QPoint& position)
+QString SelectionMask::Read(const QString& path, const QPoint& position,
+                            const KVImageFileManager::ReadOptions& options)
 {
-    const KVImageFileManager::ReadResult result = KVImageFileManager::Read(path);
+    const KVImageFileManager::ReadResult result = KVImageFileManager::Read(path, options);
     if (!result.error.isEmpty())
         return result.error;
     const QRect covered = CoveredRect(result.image);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/KVImageFileManager.h"
 #include "image/KVImage.h"
 
 #include <QPoint>
@@ -11,7 +12,8 @@ class SelectionMask
 public:
     /// Reads a picture whose grey values are the coverage; what is transparent covers nothing. `position` is
     /// where its upper left corner lies in the pictures. An error text, empty for none.
-    [[nodiscard]] QString Read(const QString& path, const QPoint& position);
+    [[nodiscard]] QString Read(const QString& path, const QPoint& position,
+                               const KVImageFileManager::ReadOptions& options);
 
     /// False for no mask at all, which limits nothing.
     bool IsSet() const { return m_isSet; }
