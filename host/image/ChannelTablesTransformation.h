@@ -12,6 +12,14 @@ class ChannelTablesTransformation : public BaseTransformation
 public:
     using Table = std::array<quint8, 256>;
 
+    /// One pixel through the tables.
+    void Map(YDRGBA32i& pixel) const
+    {
+        pixel.b = m_tables[0][pixel.b];
+        pixel.g = m_tables[1][pixel.g];
+        pixel.r = m_tables[2][pixel.r];
+    }
+
     void ProcessPixel(qsizetype index) const { Map(m_pixels[index]); }
     void ProcessRow(YDRGBA32i* row, int count) const override;
 
@@ -29,14 +37,6 @@ protected:
 
     /// A table each for red, green and blue.
     void SetTables(const Table& red, const Table& green, const Table& blue) { m_tables = {blue, green, red}; }
-
-    /// One pixel through the tables.
-    void Map(YDRGBA32i& pixel) const
-    {
-        pixel.b = m_tables[0][pixel.b];
-        pixel.g = m_tables[1][pixel.g];
-        pixel.r = m_tables[2][pixel.r];
-    }
 
     /// `value` rounded to nearest and clamped to 0..255; 0 for a value that is not a number.
     static quint8 ToLevel(double value);
