@@ -38,6 +38,13 @@ struct Range
     double maximum;
 };
 
+/// What a record's flags are in its stream.
+enum class FlagForm
+{
+    Byte, ///< as QDataStream writes a bool
+    Int   ///< a qint32, 0 or 1; read, anything but 0 is true
+};
+
 /// Writes the tag; false, with nothing more to be written, if not all of it went out.
 [[nodiscard]] ADJUSTMENTGUI_EXPORT bool WriteTag(QDataStream& stream, std::string_view tag);
 
@@ -96,13 +103,35 @@ void ReadField(QDataStream& stream, std::array<Element, Size>& fields)
 }
 
 /// Writes tag and fields; true exactly when all of it went out.
-template <class Params>
+template <FlagForm Flags = FlagForm::Byte, class Params>
 [[nodiscard]] bool Write(QDataStream& stream, const Params& params)
 {
     if (!WriteTag(stream, Params::Tag))
         return false;
     Params::VisitFields(params, [&stream](const char*, const auto& field, auto...) {
-        WriteField(stream, field);
+        using Field = std::decay_t<decltype(field)>;
+        if constexpr (Flags == FlagForm::Int && std::is_same_v<Field, bool>)
+            WriteField(stream, qint32(field));
+        else
+            WriteField(stream, field);
+        return true;
+    });
+    return stream.status() == QDataStream::Ok;
+}
+
+/// Reads what follows the tag; false, with the record half read, if the stream ends inside it.
+template <FlagForm Flags = FlagForm::Byte, class Params>
+[[nodiscard]] bool ReadFields(QDataStream& stream, Params& params)
+{
+    Params::VisitFields(params, [&stream](const char*, auto& field, auto...) {
+        using Field = std::decay_t<decltype(field)>;
+        if constexpr (Flags == FlagForm::Int && std::is_same_v<Field, bool>) {
+            qint32 flag = 0;
+            ReadField(stream, flag);
+            field = flag != 0;
+        } else {
+            ReadField(stream, field);
+        }
         return true;
     });
     return stream.status() == QDataStream::Ok;
@@ -110,16 +139,10 @@ template <class Params>
 
 /// Reads tag and fields. A stream that does not begin with the tag leaves the record as it was; one that
 /// ends inside the fields leaves it half read, and false is the answer to both.
-template <class Params>
+template <FlagForm Flags = FlagForm::Byte, class Params>
 [[nodiscard]] bool Read(QDataStream& stream, Params& params)
 {
-    if (!ReadTag(stream, Params::Tag))
-        return false;
-    Params::VisitFields(params, [&stream](const char*, auto& field, auto...) {
-        ReadField(stream, field);
-        return true;
-    });
-    return stream.status() == QDataStream::Ok;
+    return ReadTag(stream, Params::Tag) && ReadFields<Flags>(stream, params);
 }
 
 /// Whether all fields of both records are equal.

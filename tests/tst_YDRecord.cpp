@@ -86,6 +86,9 @@ private slots:
 
     void TheTagHasNoLengthAndTheFieldsFollowInOrder();
     void WhatIsWrittenIsRead();
+    void FlagsCanBeStoredAsNumbers();
+    void AStoredNumberIsAFlag_data();
+    void AStoredNumberIsAFlag();
     void ACutStreamGivesDefaultsAndOneLine();
     void AnotherTagIsRefusedWithoutTouchingTheRecord_data();
     void AnotherTagIsRefusedWithoutTouchingTheRecord();
@@ -137,6 +140,45 @@ void TestYDRecord::WhatIsWrittenIsRead()
     QVERIFY(sample.Read(stream));
     QVERIFY(YDRecord::Equal(sample, Other()));
     QVERIFY(stream.atEnd());
+}
+
+void TestYDRecord::FlagsCanBeStoredAsNumbers()
+{
+    QByteArray expected = "KVSample 1.00000";
+    QDataStream stream(&expected, QIODevice::WriteOnly | QIODevice::Append);
+    stream << qint32(3) << 0.5 << qint32(1) << QStringLiteral("t") << qint32(1) << qint32(2) << qint32(3);
+    QByteArray bytes;
+    QDataStream target(&bytes, QIODevice::WriteOnly);
+    QVERIFY(YDRecord::Write<YDRecord::FlagForm::Int>(target, Sample()));
+    QCOMPARE(bytes, expected);
+}
+
+void TestYDRecord::AStoredNumberIsAFlag_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<bool>("flag");
+    QTest::newRow("0") << 0 << false;
+    QTest::newRow("1") << 1 << true;
+    QTest::newRow("2") << 2 << true;
+    QTest::newRow("256") << 256 << true; // no byte of it alone decides
+    QTest::newRow("lowest") << std::numeric_limits<int>::min() << true;
+}
+
+void TestYDRecord::AStoredNumberIsAFlag()
+{
+    QFETCH(int, number);
+    QFETCH(bool, flag);
+    QByteArray bytes = "KVSample 1.00000";
+    QDataStream target(&bytes, QIODevice::WriteOnly | QIODevice::Append);
+    target << qint32(3) << 0.5 << qint32(number) << QStringLiteral("t") << qint32(1) << qint32(2)
+           << qint32(3);
+    Sample sample;
+    sample.choice = !flag;
+    QDataStream stream(bytes);
+    QVERIFY(YDRecord::Read<YDRecord::FlagForm::Int>(stream, sample));
+    QVERIFY(stream.atEnd());
+    QCOMPARE(sample.choice, flag);
+    QCOMPARE(sample.text, QStringLiteral("t"));
 }
 
 void TestYDRecord::ACutStreamGivesDefaultsAndOneLine()
