@@ -1,5 +1,6 @@
 #include "BenchAdjustments.h"
 
+#include "image/YDIterativeBlackAndWhiteTransformation.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 #include "image/YDIterativeExposureTransformation.h"
 #include "image/YDIterativeGammaCorrectionTransformation.h"
@@ -22,6 +23,12 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
         {"gamma", RuleOf(YDIterativeGammaCorrectionTransformation(2.2)), "m_pGammaSpin", "value", {2.2, 0.5}},
         {"posterize", RuleOf(YDIterativePosterizeTransformation(8)), "m_pPosterizeSpin", "value", {8, 16}},
         {"threshold", RuleOf(YDThresholdRGB32()), "m_pThresholdLevel", "value", {100, 160}},
+        {"black-and-white",
+         RuleOf(YDIterativeBlackAndWhiteTransformation(true, 0.212671f, 0.71516f, 0.072169f)),
+         "m_pRed",
+         "value",
+         {0.2, 0.4},
+         R"({"type": 5, "g": 0.5, "b": 0.1})"}, // the weights can be moved for the custom set alone
     };
     return adjustments;
 }

@@ -21,11 +21,12 @@ struct BenchAdjustment
     };
     using Rule = std::function<void(const RGBA32iImage& image, Road road)>;
 
-    std::string name;     ///< in the catalogue
-    Rule rule;            ///< runs the bare transformation over a picture, in place
-    const char* control;  ///< object name of a control in the panel
-    const char* property; ///< of the control, such as "value"
-    QVariant values[2];   ///< what the property is set to in turn; each asks for a new preview
+    std::string name;            ///< in the catalogue
+    Rule rule;                   ///< runs the bare transformation over a picture, in place
+    const char* control;         ///< object name of a control in the panel
+    const char* property;        ///< of the control, such as "value"
+    QVariant values[2];          ///< what the property is set to in turn; each asks for a new preview
+    const char* settings = "{}"; ///< JSON of what the dialog shows at first besides its defaults
 };
 
 /// Every adjustment that is measured, a line each.

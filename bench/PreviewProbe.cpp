@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QJsonDocument>
 #include <QTimer>
 
 namespace {
@@ -12,12 +13,18 @@ namespace {
 constexpr double NsPerMs = 1e6;
 constexpr int PatienceMs = 60000;
 
-std::unique_ptr<YDAdjustmentWidget> MakeDialog(const std::string& name)
+std::unique_ptr<YDAdjustmentWidget> MakeDialog(const BenchAdjustment& adjustment)
 {
-    const AdjustmentEntry* const entry = AdjustmentCatalog::Find(QString::fromStdString(name));
+    const AdjustmentEntry* const entry = AdjustmentCatalog::Find(QString::fromStdString(adjustment.name));
     if (!entry)
-        qFatal("%s is not in the catalogue", name.c_str());
-    return entry->makeWidget(true, nullptr);
+        qFatal("%s is not in the catalogue", adjustment.name.c_str());
+    auto dialog = entry->makeWidget(true, nullptr);
+    const auto settings = entry->makeSettings();
+    const QString problem = settings->FromJson(QJsonDocument::fromJson(adjustment.settings).object());
+    if (!problem.isEmpty())
+        qFatal("%s: %s", adjustment.name.c_str(), qPrintable(problem));
+    settings->ShowIn(*dialog);
+    return dialog;
 }
 
 /// Connects `slot` to the end of each job of `widget`, which says so by a full range of a hundred.
@@ -41,7 +48,7 @@ void Run(QEventLoop& loop)
 } // namespace
 
 PreviewProbe::PreviewProbe(const BenchAdjustment& adjustment, const RGBA32iImage& picture)
-    : m_adjustment(adjustment), m_widget(MakeDialog(adjustment.name))
+    : m_adjustment(adjustment), m_widget(MakeDialog(adjustment))
 {
     ChangeControl(); // away from its default, which might be no work at all
     QEventLoop loop;

@@ -137,6 +137,7 @@ private slots:
     void SettingsSurviveJson();
     void SettingsSurviveAPreset_data() { Adjustments(); }
     void SettingsSurviveAPreset();
+    void APresetUnderAnOlderTagIsKnown();
     void APresetThatIsNotWholeIsRefused_data() { Adjustments(); }
     void APresetThatIsNotWholeIsRefused();
     void ValuesOutsideTheirRangeAreRefused_data() { Adjustments(); }
@@ -233,6 +234,24 @@ void TestAdjustmentCatalog::SettingsSurviveAPreset()
     QVERIFY(copy->FromPreset(changed->ToPreset()));
     QCOMPARE(copy->ToJson(), changed->ToJson());
     QCOMPARE(AdjustmentCatalog::FindByPreset(changed->ToPreset()), &Entry());
+}
+
+void TestAdjustmentCatalog::APresetUnderAnOlderTagIsKnown()
+{
+    const AdjustmentEntry* const entry = AdjustmentCatalog::Find(QStringLiteral("black-and-white"));
+    const auto settings = entry->makeSettings();
+    QCOMPARE(settings->SetFromText(QStringLiteral("type=3")), QString());
+    const QByteArray preset = settings->ToPreset();
+    QVERIFY(preset.startsWith("KVBlackAndWhite 1.00000"));
+    const QByteArray older = "KVDesaturate 1.00000" + preset.mid(23);
+    QCOMPARE(AdjustmentCatalog::FindByPreset(older), entry);
+    QVERIFY(settings->IsTagOf(older));
+    const auto copy = entry->makeSettings();
+    QVERIFY(copy->FromPreset(older));
+    QCOMPARE(copy->ToJson(), settings->ToJson());
+    QCOMPARE(copy->ToPreset(), preset); // it is stored under today's tag
+    QVERIFY(!AdjustmentCatalog::FindByPreset("KVDesaturate 1.00001" + preset.mid(23)));
+    QVERIFY(!AdjustmentCatalog::FindByPreset("KVDesaturate 1.0000"));
 }
 
 void TestAdjustmentCatalog::APresetThatIsNotWholeIsRefused()

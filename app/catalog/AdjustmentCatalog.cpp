@@ -1,5 +1,6 @@
 #include "catalog/AdjustmentCatalog.h"
 
+#include "YDBlackAndWhiteWidget.h"
 #include "YDBrightnessContrastWidget.h"
 #include "YDThresholdWidget.h"
 #include "catalog/ExposureFields.h"
@@ -66,7 +67,13 @@ std::vector<AdjustmentEntry> ToneEntries()
     };
 }
 
-std::vector<AdjustmentEntry> ColorEntries() { return {}; }
+std::vector<AdjustmentEntry> ColorEntries()
+{
+    return {
+        RecordEntry<YDBlackAndWhiteWidget>("black-and-white",
+                                           QT_TRANSLATE_NOOP("AdjustmentCatalog", "Black and White")),
+    };
+}
 
 std::vector<AdjustmentEntry> MakeEntries()
 {

@@ -6,6 +6,9 @@
 #include <QDataStream>
 #include <QIODevice>
 
+#include <string_view>
+#include <type_traits>
+
 /// The settings of an adjustment whose widget keeps a parameter record with a stream.
 template <class Widget>
 class RecordSettings : public FieldSettings<typename Widget::Params>
@@ -35,7 +38,10 @@ public:
 
     bool IsTagOf(const QByteArray& preset) const override
     {
-        return preset.startsWith(QByteArray::fromRawData(Params::Tag.data(), int(Params::Tag.size())));
+        if constexpr (HasOlderTag<Params>::value)
+            return BeginsWith(preset, Params::Tag) || BeginsWith(preset, Params::OlderTag);
+        else
+            return BeginsWith(preset, Params::Tag);
     }
 
     void ShowIn(YDAdjustmentWidget& widget) const override
@@ -49,6 +55,18 @@ public:
     }
 
 private:
+    template <class Record, class = void>
+    struct HasOlderTag : std::false_type
+    {};
+    template <class Record>
+    struct HasOlderTag<Record, std::void_t<decltype(Record::OlderTag)>> : std::true_type
+    {};
+
+    static bool BeginsWith(const QByteArray& preset, std::string_view tag)
+    {
+        return preset.startsWith(QByteArray::fromRawData(tag.data(), int(tag.size())));
+    }
+
     /// The stream's form, said in this one place.
     static void Prepare(QDataStream& stream)
     {

@@ -1,0 +1,175 @@
+#include "YDBlackAndWhiteWidget.h"
+
+#include "CheckOnly.h"
+#include "image/YDIterativeBlackAndWhiteTransformation.h"
+#include "ui_BlackAndWhiteWidget.h"
+
+namespace {
+
+struct Weights
+{
+    float r;
+    float g;
+    float b;
+};
+
+/// The weights of the fixed sets, by type.
+constexpr std::array<Weights, YDBlackAndWhiteWidget::Custom> FixedWeights{{
+    {0.333f, 0.333f, 0.333f},
+    {0.212671f, 0.71516f, 0.072169f},
+    {0.212671f, 0.71516f, 0.072169f},
+    {0.3f, 0.59f, 0.11f},
+    {0.212671f, 0.71516f, 0.072169f},
+}};
+
+Weights WeightsOf(const YDBlackAndWhiteWidget::Params& params)
+{
+    const bool isFixed =
+        params.type >= YDBlackAndWhiteWidget::Average && params.type < YDBlackAndWhiteWidget::Custom;
+    return isFixed ? FixedWeights[std::size_t(params.type)] : Weights{params.r, params.g, params.b};
+}
+
+} // namespace
+
+bool YDBlackAndWhiteWidget::Params::Read(QDataStream& stream)
+{
+    return YDRecord::ReadTag(stream, Tag, OlderTag) != YDRecord::FoundTag::None &&
+           YDRecord::ReadFields(stream, *this);
+}
+
+bool YDBlackAndWhiteWidget::Params::Write(QDataStream& stream) const
+{
+    return YDRecord::Write(stream, *this);
+}
+
+float YDBlackAndWhiteWidget::Params::GetR() const { return WeightsOf(*this).r; }
+
+float YDBlackAndWhiteWidget::Params::GetG() const { return WeightsOf(*this).g; }
+
+float YDBlackAndWhiteWidget::Params::GetB() const { return WeightsOf(*this).b; }
+
+QDataStream& operator<<(QDataStream& stream, const YDBlackAndWhiteWidget::Params& params)
+{
+    return YDRecord::Insert(stream, params, YDRecordNames::BlackAndWhite, __LINE__);
+}
+
+QDataStream& operator>>(QDataStream& stream, YDBlackAndWhiteWidget::Params& params)
+{
+    return YDRecord::Extract(stream, params, YDRecordNames::BlackAndWhite, __LINE__);
+}
+
+YDBlackAndWhiteWidget::YDBlackAndWhiteWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
+    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::BlackAndWhiteWidget>())
+{
+    m_ui->setupUi(GetUIContent());
+    Connect();
+}
+
+YDBlackAndWhiteWidget::~YDBlackAndWhiteWidget() = default;
+
+void YDBlackAndWhiteWidget::SetValue(const Params& params)
+{
+    Disconnect();
+    m_params = params;
+    CheckOnly(
+        {m_ui->m_pAverage, m_ui->m_pLuminance, m_ui->m_pD65, m_ui->m_pNTSC, m_ui->m_pCIE, m_ui->m_pCustom},
+        params.type);
+    ShowWeights();
+    Connect();
+}
+
+void YDBlackAndWhiteWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection,
+                                         const QPoint& offset, const QRect& boundingRect)
+{
+    Process({MakeConversionJob(image, selection, offset, boundingRect), m_params});
+}
+
+void YDBlackAndWhiteWidget::Reset()
+{
+    SetValue(Params());
+    AnnounceChange(&YDBlackAndWhiteWidget::ValueChanged);
+}
+
+void YDBlackAndWhiteWidget::StartJobWatching(JobWatcher* watcher)
+{
+    Launch(watcher, &Process, BlackAndWhiteData{MakePreviewJob(), m_params});
+}
+
+void YDBlackAndWhiteWidget::OnAverage(bool checked) { SelectType(checked, Average); }
+
+void YDBlackAndWhiteWidget::OnLuminance(bool checked) { SelectType(checked, Luminance); }
+
+void YDBlackAndWhiteWidget::OnD65(bool checked) { SelectType(checked, D65); }
+
+void YDBlackAndWhiteWidget::OnNTSC(bool checked) { SelectType(checked, Ntsc); }
+
+void YDBlackAndWhiteWidget::OnCIE(bool checked) { SelectType(checked, Cie); }
+
+void YDBlackAndWhiteWidget::OnCustom(bool checked) { SelectType(checked, Custom); }
+
+void YDBlackAndWhiteWidget::OnRedChanged(double value) { ChangeWeight(m_params.r, value); }
+
+void YDBlackAndWhiteWidget::OnGreenChanged(double value) { ChangeWeight(m_params.g, value); }
+
+void YDBlackAndWhiteWidget::OnBlueChanged(double value) { ChangeWeight(m_params.b, value); }
+
+void YDBlackAndWhiteWidget::Connect()
+{
+    const auto changed = QOverload<double>::of(&QDoubleSpinBox::valueChanged);
+    connect(m_ui->m_pRed, changed, this, &YDBlackAndWhiteWidget::OnRedChanged);
+    connect(m_ui->m_pGreen, changed, this, &YDBlackAndWhiteWidget::OnGreenChanged);
+    connect(m_ui->m_pBlue, changed, this, &YDBlackAndWhiteWidget::OnBlueChanged);
+    connect(m_ui->m_pAverage, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnAverage);
+    connect(m_ui->m_pLuminance, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnLuminance);
+    connect(m_ui->m_pD65, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnD65);
+    connect(m_ui->m_pNTSC, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnNTSC);
+    connect(m_ui->m_pCIE, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnCIE);
+    connect(m_ui->m_pCustom, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnCustom);
+}
+
+void YDBlackAndWhiteWidget::Disconnect()
+{
+    const auto changed = QOverload<double>::of(&QDoubleSpinBox::valueChanged);
+    disconnect(m_ui->m_pRed, changed, this, &YDBlackAndWhiteWidget::OnRedChanged);
+    disconnect(m_ui->m_pGreen, changed, this, &YDBlackAndWhiteWidget::OnGreenChanged);
+    disconnect(m_ui->m_pBlue, changed, this, &YDBlackAndWhiteWidget::OnBlueChanged);
+    disconnect(m_ui->m_pAverage, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnAverage);
+    disconnect(m_ui->m_pLuminance, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnLuminance);
+    disconnect(m_ui->m_pD65, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnD65);
+    disconnect(m_ui->m_pNTSC, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnNTSC);
+    disconnect(m_ui->m_pCIE, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnCIE);
+    disconnect(m_ui->m_pCustom, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnCustom);
+}
+
+void YDBlackAndWhiteWidget::ShowWeights()
+{
+    m_ui->m_pRed->setValue(double(m_params.GetR()));
+    m_ui->m_pGreen->setValue(double(m_params.GetG()));
+    m_ui->m_pBlue->setValue(double(m_params.GetB()));
+}
+
+void YDBlackAndWhiteWidget::SelectType(bool checked, Type type)
+{
+    if (!checked)
+        return;
+    m_params.type = type;
+    Disconnect(); // what is shown from here on is no edit
+    ShowWeights();
+    Connect();
+    AnnounceChange(&YDBlackAndWhiteWidget::ValueChanged);
+}
+
+void YDBlackAndWhiteWidget::ChangeWeight(float& weight, double value)
+{
+    if (m_params.type != Custom)
+        return;
+    weight = float(value);
+    AnnounceChange(&YDBlackAndWhiteWidget::ValueChanged);
+}
+
+RGBA32iImage YDBlackAndWhiteWidget::Process(const BlackAndWhiteData& data)
+{
+    const Params& params = data.params;
+    return RunTransformation(data, YDIterativeBlackAndWhiteTransformation(params.type == Cie, params.GetR(),
+                                                                          params.GetG(), params.GetB()));
+}
