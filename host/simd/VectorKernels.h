@@ -13,6 +13,7 @@ struct BlackAndWhiteRule;
 struct ColorizeRule;
 struct LinearGreyRule;
 struct PhotoFilterRule;
+struct TemperatureRule;
 
 /// What the module of vector kernels exports; found by these names through AVX2LIB::Find.
 ///
@@ -53,6 +54,7 @@ Q_DECL_EXPORT void BlackAndWhiteRow(YDRGBA32i* row, int count, const BlackAndWhi
 Q_DECL_EXPORT void LinearGreyRow(YDRGBA32i* row, int count, const LinearGreyRule* rule);
 Q_DECL_EXPORT void ColorizeRow(YDRGBA32i* row, int count, const ColorizeRule* rule);
 Q_DECL_EXPORT void PhotoFilterRow(YDRGBA32i* row, int count, const PhotoFilterRule* rule);
+Q_DECL_EXPORT void TemperatureRow(YDRGBA32i* row, int count, const TemperatureRule* rule);
 
 /// YDBlend::YDSourceBySelection over `count` pixels of three rows, which must not overlap.
 Q_DECL_EXPORT void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask,
