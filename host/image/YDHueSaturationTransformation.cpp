@@ -1,0 +1,60 @@
+#include "image/YDHueSaturationTransformation.h"
+
+#include <cmath>
+
+namespace {
+
+using Rule = HueSaturationRule;
+
+constexpr int FullTurn = 360;
+constexpr double Sector = 60.0; // degrees from one primary or secondary hue to the next
+constexpr int Full = 100;
+constexpr double MostStrengthening = 8.0; // times the chroma: the noise of greys does not become colours
+
+int Scaled(double factor, int one) { return static_cast<int>(std::lround(factor * one)); }
+
+/// How much of each channel the pure hue has, blue, green, red, in 0..1.
+void PureHue(int degrees, double (&channels)[3])
+{
+    const double hue = degrees / Sector;
+    channels[0] = std::clamp(2.0 - std::abs(hue - 4.0), 0.0, 1.0);
+    channels[1] = std::clamp(2.0 - std::abs(hue - 2.0), 0.0, 1.0);
+    channels[2] = std::clamp(std::abs(hue - 3.0) - 1.0, 0.0, 1.0);
+}
+
+void SetColour(Rule& rule, int degrees, int saturation)
+{
+    rule.kind = Rule::Kind::Colorize;
+    double channels[3];
+    PureHue(degrees, channels);
+    for (int i = 0; i < 3; ++i)
+        rule.hueOf[i] = Scaled((2.0 * channels[i] - 1.0) * (saturation + Full) / (2.0 * Full), Rule::One);
+}
+
+void SetSaturation(Rule& rule, int saturation, double lightness)
+{
+    constexpr double LevelsInSixteenths = Rule::Level / 16.0; // of what the distances are measured in
+    rule.kind = saturation > 0 ? Rule::Kind::Strengthen : Rule::Kind::Weaken;
+    rule.keptChroma = Scaled(lightness * std::min(saturation + Full, Full) / Full, Rule::One);
+    rule.strength = std::max(saturation, 0);
+    rule.strengthened = static_cast<float>(lightness * Full * LevelsInSixteenths);
+    rule.mostStrengthened = static_cast<float>(lightness * MostStrengthening * LevelsInSixteenths);
+}
+
+} // namespace
+
+YDHueSaturationTransformation::YDHueSaturationTransformation(int hue, int saturation, int lightness,
+                                                             bool colorize)
+{
+    const int degrees = (hue % FullTurn + FullTurn) % FullTurn;
+    const int s = std::clamp(saturation, -Full, Full);
+    const int l = std::clamp(lightness, -Full, Full);
+    const double kept = (Full - std::abs(l)) / double(Full);
+    m_rule.turn = Scaled((degrees + 5 * FullTurn / 6) % FullTurn / Sector, Rule::Sixth);
+    m_rule.keptLightness = Scaled(kept, Rule::One);
+    m_rule.addedLightness = Scaled(std::max(l, 0) / double(Full), Rule::TopLevel);
+    if (colorize)
+        SetColour(m_rule, degrees, s);
+    else
+        SetSaturation(m_rule, s, kept);
+}
