@@ -10,6 +10,7 @@
 class BaseTransformation;
 class QRect;
 struct BlackAndWhiteRule;
+struct ColorBalanceRule;
 struct ColorizeRule;
 struct HueSaturationRule;
 struct LinearGreyRule;
@@ -53,6 +54,7 @@ Q_DECL_EXPORT void ThresholdRow(YDRGBA32i* row, int count, int level);
 /// The rule of the name on `count` pixels in place; alpha stays.
 Q_DECL_EXPORT void BlackAndWhiteRow(YDRGBA32i* row, int count, const BlackAndWhiteRule* rule);
 Q_DECL_EXPORT void LinearGreyRow(YDRGBA32i* row, int count, const LinearGreyRule* rule);
+Q_DECL_EXPORT void ColorBalanceRow(YDRGBA32i* row, int count, const ColorBalanceRule* rule);
 Q_DECL_EXPORT void ColorizeRow(YDRGBA32i* row, int count, const ColorizeRule* rule);
 Q_DECL_EXPORT void HueSaturationRow(YDRGBA32i* row, int count, const HueSaturationRule* rule);
 Q_DECL_EXPORT void PhotoFilterRow(YDRGBA32i* row, int count, const PhotoFilterRule* rule);

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "image/Luma709.h"
+#include "image/MulFixedPoint15.h"
+#include "image/YDRGBA32i.h"
+
+#include <cstdlib>
+
+/// The constants of one YDIterativeColorBalanceTransformation, and its pixel form: numbers of 16 bits, with
+/// signs or without, of which vectors hold two a pixel.
+struct ColorBalanceRule
+{
+    static constexpr const char* Kernel = "ColorBalanceRow";
+
+    /// How far one channel is shifted, in 64ths of a level times ShiftUnit.
+    struct Shifts
+    {
+        int midtones = 0;
+        int shadows = 0;    ///< less that of the midtones, doubled
+        int highlights = 0; ///< less that of the midtones, doubled
+    };
+
+    static constexpr int Level = 1 << 6;
+    static constexpr int LumaShift = Luma709::Shift - 7; ///< leaves 128ths of a level
+    static constexpr int MiddleLuma = 255 * 128 / 2;
+    static constexpr int SquareOfWhite = 255 * 255;
+    static constexpr double ShiftUnit = 65536.0 / SquareOfWhite; ///< undone with the room
+
+    Shifts b;
+    Shifts g;
+    Shifts r;
+
+    void operator()(YDRGBA32i& pixel) const
+    {
+        const int sum = Luma709::Red * pixel.r + Luma709::Green * pixel.g + Luma709::Blue * pixel.b;
+        const int luma = sum >> LumaShift;
+        const int end = EndWeight(luma);
+        const bool isDark = luma < MiddleLuma;
+        pixel.b = Shifted(pixel.b, b, isDark, end);
+        pixel.g = Shifted(pixel.g, g, isDark, end);
+        pixel.r = Shifted(pixel.r, r, isDark, end);
+    }
+
+private:
+    /// Weight of the shadows in the darker half of the tones, of the highlights in the brighter, in 16384ths:
+    /// u^2 (3 - 2 u) of the distance u from the middle.
+    static int EndWeight(int luma)
+    {
+        const quint32 distance = quint32(std::abs(luma - MiddleLuma)) * 4; // 65536ths
+        const quint32 square = distance * distance >> 16;
+        return int(square * ((3u << 14) - (distance >> 1)) >> 16);
+    }
+
+    static quint8 Shifted(int channel, const Shifts& shifts, bool isDark, int end)
+    {
+        const int shift = shifts.midtones + MulFixedPoint15(end, isDark ? shifts.shadows : shifts.highlights);
+        const int used = shift < 0 ? 255 - channel : channel; // on the way to the end that the shift goes to
+        const int room = (SquareOfWhite - used * used) >> 1;  // 32768ths
+        return quint8((channel * Level + MulFixedPoint15(shift, room) + Level / 2) / Level);
+    }
+};
