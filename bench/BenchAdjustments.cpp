@@ -1,5 +1,6 @@
 #include "BenchAdjustments.h"
 
+#include "image/YDHueSaturationTransformation.h"
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 #include "image/YDIterativeExposureTransformation.h"
@@ -23,6 +24,12 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
         {"gamma", RuleOf(YDIterativeGammaCorrectionTransformation(2.2)), "m_pGammaSpin", "value", {2.2, 0.5}},
         {"posterize", RuleOf(YDIterativePosterizeTransformation(8)), "m_pPosterizeSpin", "value", {8, 16}},
         {"threshold", RuleOf(YDThresholdRGB32()), "m_pThresholdLevel", "value", {100, 160}},
+        {"hue-saturation",
+         RuleOf(YDHueSaturationTransformation(40, 25, -10, false)),
+         "m_pHueSpin",
+         "value",
+         {40, 80},
+         R"({"saturation": 25, "lightness": -10})"},
         {"black-and-white",
          RuleOf(YDIterativeBlackAndWhiteTransformation(true, 0.212671f, 0.71516f, 0.072169f)),
          "m_pRed",

@@ -2,6 +2,7 @@
 
 #include "YDBlackAndWhiteWidget.h"
 #include "YDBrightnessContrastWidget.h"
+#include "YDHueSaturationWidget.h"
 #include "YDThresholdWidget.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"
@@ -70,6 +71,8 @@ std::vector<AdjustmentEntry> ToneEntries()
 std::vector<AdjustmentEntry> ColorEntries()
 {
     return {
+        RecordEntry<YDHueSaturationWidget>("hue-saturation",
+                                           QT_TRANSLATE_NOOP("AdjustmentCatalog", "Hue and Saturation")),
         RecordEntry<YDBlackAndWhiteWidget>("black-and-white",
                                            QT_TRANSLATE_NOOP("AdjustmentCatalog", "Black and White")),
     };
