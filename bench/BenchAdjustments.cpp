@@ -3,10 +3,23 @@
 #include "image/YDHueSaturationTransformation.h"
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
+#include "image/YDIterativeColorBalanceTransformation.h"
 #include "image/YDIterativeExposureTransformation.h"
 #include "image/YDIterativeGammaCorrectionTransformation.h"
 #include "image/YDIterativePosterizeTransformation.h"
 #include "image/YDThresholdRGB32.h"
+
+namespace {
+
+BenchAdjustment::Rule ColorBalanceRule()
+{
+    constexpr int CyanRed[] = {20, -10, 15};
+    constexpr int MagentaGreen[] = {-10, 20, 5};
+    constexpr int YellowBlue[] = {30, -20, 10};
+    return RuleOf(YDIterativeColorBalanceTransformation(CyanRed, MagentaGreen, YellowBlue));
+}
+
+} // namespace
 
 const std::vector<BenchAdjustment>& BenchAdjustments()
 {
@@ -30,6 +43,12 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          "value",
          {40, 80},
          R"({"saturation": 25, "lightness": -10})"},
+        {"color-balance",
+         ColorBalanceRule(),
+         "m_pCRSpin",
+         "value",
+         {-10, 10},
+         R"({"cyanRed": [20, -10, 15], "magentaGreen": [-10, 20, 5], "yellowBlue": [30, -20, 10]})"},
         {"black-and-white",
          RuleOf(YDIterativeBlackAndWhiteTransformation(true, 0.212671f, 0.71516f, 0.072169f)),
          "m_pRed",

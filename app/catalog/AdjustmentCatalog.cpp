@@ -2,6 +2,7 @@
 
 #include "YDBlackAndWhiteWidget.h"
 #include "YDBrightnessContrastWidget.h"
+#include "YDColorBalanceWidget.h"
 #include "YDHueSaturationWidget.h"
 #include "YDThresholdWidget.h"
 #include "catalog/ExposureFields.h"
@@ -73,6 +74,8 @@ std::vector<AdjustmentEntry> ColorEntries()
     return {
         RecordEntry<YDHueSaturationWidget>("hue-saturation",
                                            QT_TRANSLATE_NOOP("AdjustmentCatalog", "Hue and Saturation")),
+        RecordEntry<YDColorBalanceWidget>("color-balance",
+                                          QT_TRANSLATE_NOOP("AdjustmentCatalog", "Color Balance")),
         RecordEntry<YDBlackAndWhiteWidget>("black-and-white",
                                            QT_TRANSLATE_NOOP("AdjustmentCatalog", "Black and White")),
     };
