@@ -7,6 +7,7 @@
 #include "image/YDIterativeExposureTransformation.h"
 #include "image/YDIterativeGammaCorrectionTransformation.h"
 #include "image/YDIterativePosterizeTransformation.h"
+#include "image/YDTemperatureCorrection.h"
 #include "image/YDThresholdRGB32.h"
 
 namespace {
@@ -17,6 +18,13 @@ BenchAdjustment::Rule ColorBalanceRule()
     constexpr int MagentaGreen[] = {-10, 20, 5};
     constexpr int YellowBlue[] = {30, -20, 10};
     return RuleOf(YDIterativeColorBalanceTransformation(CyanRed, MagentaGreen, YellowBlue));
+}
+
+BenchAdjustment::Rule TemperatureRule()
+{
+    YDTemperatureCorrection correction;
+    correction.SetData(4000, 80, 20);
+    return RuleOf(correction);
 }
 
 } // namespace
@@ -55,6 +63,12 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          "value",
          {0.2, 0.4},
          R"({"type": 5, "g": 0.5, "b": 0.1})"}, // the weights can be moved for the custom set alone
+        {"temperature",
+         TemperatureRule(),
+         "m_pTemperature",
+         "value",
+         {4000, 9000},
+         R"({"tint": 20, "strength": 80})"},
     };
     return adjustments;
 }

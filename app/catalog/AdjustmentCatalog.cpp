@@ -4,6 +4,7 @@
 #include "YDBrightnessContrastWidget.h"
 #include "YDColorBalanceWidget.h"
 #include "YDHueSaturationWidget.h"
+#include "YDTemperatureWidget.h"
 #include "YDThresholdWidget.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"
@@ -78,6 +79,8 @@ std::vector<AdjustmentEntry> ColorEntries()
                                           QT_TRANSLATE_NOOP("AdjustmentCatalog", "Color Balance")),
         RecordEntry<YDBlackAndWhiteWidget>("black-and-white",
                                            QT_TRANSLATE_NOOP("AdjustmentCatalog", "Black and White")),
+        RecordEntry<YDTemperatureWidget>("temperature",
+                                         QT_TRANSLATE_NOOP("AdjustmentCatalog", "Temperature")),
     };
 }
 
