@@ -131,6 +131,7 @@ private slots:
     void initTestCase();
 
     void EveryNameIsFoundAndUnique();
+    void TheOrderIsThatOfTheMenu();
     void FieldsHaveNamesAndDefaults_data() { Adjustments(); }
     void FieldsHaveNamesAndDefaults();
     void SettingsSurviveJson_data() { Adjustments(); }
@@ -199,6 +200,39 @@ void TestAdjustmentCatalog::EveryNameIsFoundAndUnique()
     QVERIFY(!AdjustmentCatalog::Find(QStringLiteral("no-such-adjustment")));
     QVERIFY(!AdjustmentCatalog::FindByPreset("KVNoSuch 1.00000"));
     QVERIFY(!AdjustmentCatalog::FindByPreset(QByteArray()));
+}
+
+void TestAdjustmentCatalog::TheOrderIsThatOfTheMenu()
+{
+    const QStringList order{"brightness-contrast",
+                            "exposure",
+                            "gamma",
+                            "posterize",
+                            "levels",
+                            "curves",
+                            "threshold",
+                            "hue-saturation",
+                            "color-balance",
+                            "black-and-white",
+                            "colorize",
+                            "photo-filter",
+                            "tint",
+                            "temperature",
+                            "white-balance",
+                            "color-enhancer",
+                            "replace-color",
+                            "fill-color",
+                            "selective-colors",
+                            "sign",
+                            "watermark"};
+    int previous = -1;
+    AdjustmentGroup group = AdjustmentGroup::Tone;
+    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries()) {
+        QVERIFY2(order.indexOf(entry.name) > previous, qPrintable(entry.name));
+        QVERIFY2(entry.group >= group, qPrintable(entry.name));
+        previous = order.indexOf(entry.name);
+        group = entry.group;
+    }
 }
 
 void TestAdjustmentCatalog::FieldsHaveNamesAndDefaults()
