@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int WantedCharacters = 10;
+constexpr int WantedCharacters = 14;
 
 } // namespace
 
