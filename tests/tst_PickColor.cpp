@@ -1,13 +1,10 @@
+#include "ColorDialogDriver.h"
 #include "PickColor.h"
-#include "TestColors.h"
-#include "gui/KVColorDialog.h"
 
 #include <QPointer>
 #include <QTest>
-#include <QTimer>
 
 #include <memory>
-#include <vector>
 
 namespace {
 
@@ -15,33 +12,7 @@ const QColor Before(10, 20, 30);
 const QColor First(1, 1, 1);
 const QColor Second(2, 2, 2);
 
-using Colors = QVector<QColor>;
-using Act = std::function<void(KVColorDialog&)>;
-
-/// Calls `act` with the colour dialog that is open, in its event loop.
-void InTheDialog(const Act& act)
-{
-    QTimer::singleShot(0, qApp, [act] {
-        auto* const dialog = qobject_cast<KVColorDialog*>(QApplication::activeModalWidget());
-        QVERIFY(dialog);
-        act(*dialog);
-    });
-}
-
-/// Picks as a user does, not by SetColor().
-void Pick(KVColorDialog& dialog, const Colors& colors)
-{
-    for (const QColor& color : colors)
-        dialog.setCurrentColor(color);
-}
-
-void Close(KVColorDialog& dialog, bool isAccepted)
-{
-    if (isAccepted)
-        dialog.accept();
-    else
-        dialog.reject();
-}
+using namespace ColorDialogDriver;
 
 } // namespace
 
