@@ -4,6 +4,7 @@
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 #include "image/YDIterativeColorBalanceTransformation.h"
+#include "image/YDIterativeColorizeTransformation.h"
 #include "image/YDIterativeExposureTransformation.h"
 #include "image/YDIterativeGammaCorrectionTransformation.h"
 #include "image/YDIterativePosterizeTransformation.h"
@@ -69,6 +70,11 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          "value",
          {4000, 9000},
          R"({"tint": 20, "strength": 80})"},
+        {"colorize",
+         RuleOf(YDIterativeColorizeTransformation(YDRGBA32i(0xffffd2ffu), 60)),
+         "m_pAmount",
+         "value",
+         {60, 30}},
     };
     return adjustments;
 }

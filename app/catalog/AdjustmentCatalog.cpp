@@ -5,6 +5,7 @@
 #include "YDColorBalanceWidget.h"
 #include "YDHueSaturationWidget.h"
 #include "YDTemperatureWidget.h"
+#include "YDColorizeWidget.h"
 #include "YDThresholdWidget.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"
@@ -81,6 +82,7 @@ std::vector<AdjustmentEntry> ColorEntries()
                                            QT_TRANSLATE_NOOP("AdjustmentCatalog", "Black and White")),
         RecordEntry<YDTemperatureWidget>("temperature",
                                          QT_TRANSLATE_NOOP("AdjustmentCatalog", "Temperature")),
+        RecordEntry<YDColorizeWidget>("colorize", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Colorize")),
     };
 }
 
