@@ -7,6 +7,7 @@
 #include "image/YDIterativeColorizeTransformation.h"
 #include "image/YDIterativeExposureTransformation.h"
 #include "image/YDIterativeGammaCorrectionTransformation.h"
+#include "image/YDIterativePhotoFilterTransformation.h"
 #include "image/YDIterativePosterizeTransformation.h"
 #include "image/YDTemperatureCorrection.h"
 #include "image/YDThresholdRGB32.h"
@@ -73,6 +74,11 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
         {"colorize",
          RuleOf(YDIterativeColorizeTransformation(YDRGBA32i(0xffffd2ffu), 60)),
          "m_pAmount",
+         "value",
+         {60, 30}},
+        {"photo-filter",
+         RuleOf(YDIterativePhotoFilterTransformation(YDRGBA32i(0xffebb113u), 60)),
+         "m_pDensity",
          "value",
          {60, 30}},
     };

@@ -6,6 +6,7 @@
 #include "YDHueSaturationWidget.h"
 #include "YDTemperatureWidget.h"
 #include "YDColorizeWidget.h"
+#include "YDPhotoFilterWidget.h"
 #include "YDThresholdWidget.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"
@@ -83,6 +84,8 @@ std::vector<AdjustmentEntry> ColorEntries()
         RecordEntry<YDTemperatureWidget>("temperature",
                                          QT_TRANSLATE_NOOP("AdjustmentCatalog", "Temperature")),
         RecordEntry<YDColorizeWidget>("colorize", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Colorize")),
+        RecordEntry<YDPhotoFilterWidget>("photo-filter",
+                                         QT_TRANSLATE_NOOP("AdjustmentCatalog", "Photo Filter")),
     };
 }
 
