@@ -1,6 +1,7 @@
 #include "BenchAdjustments.h"
 
 #include "image/YDHueSaturationTransformation.h"
+#include "YDAverageTintRGB32.h"
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 #include "image/YDIterativeColorBalanceTransformation.h"
@@ -79,6 +80,11 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
         {"photo-filter",
          RuleOf(YDIterativePhotoFilterTransformation(YDRGBA32i(0xffebb113u), 60)),
          "m_pDensity",
+         "value",
+         {60, 30}},
+        {"tint",
+         RuleOf(YDAverageTintRGB32<333, 334, 333>(0xff050608u, 0xffaad1ffu, 191250)),
+         "m_pAmount",
          "value",
          {60, 30}},
     };

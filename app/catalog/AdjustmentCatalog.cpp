@@ -8,6 +8,7 @@
 #include "YDColorizeWidget.h"
 #include "YDPhotoFilterWidget.h"
 #include "YDThresholdWidget.h"
+#include "YDTintWidget.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"
 #include "catalog/PosterizeFields.h"
@@ -86,6 +87,7 @@ std::vector<AdjustmentEntry> ColorEntries()
         RecordEntry<YDColorizeWidget>("colorize", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Colorize")),
         RecordEntry<YDPhotoFilterWidget>("photo-filter",
                                          QT_TRANSLATE_NOOP("AdjustmentCatalog", "Photo Filter")),
+        RecordEntry<YDTintWidget>("tint", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Tint")),
     };
 }
 

@@ -1,0 +1,184 @@
+#include "YDTintWidget.h"
+
+#include "IsSameColor.h"
+#include "PickColor.h"
+#include "ShowSwatch.h"
+#include "YDAverageTintRGB32.h"
+#include "YDIterativeTintTransformation.h"
+#include "image/ColorToRgba.h"
+#include "image/YDTintRGB32.h"
+#include "ui_TintWidget.h"
+
+#include <algorithm>
+
+namespace {
+
+using AverageTint = YDAverageTintRGB32<333, 334, 333>;
+using NtscTint = YDAverageTintRGB32<300, 590, 110>;
+using LumaTint = YDAverageTintRGB32<212, 715, 73>;
+
+/// Per cent as the amount of the tints by brightness.
+int ScaledAmount(int percent)
+{
+    constexpr int MaxPercent = 100;
+    return std::clamp(percent, 0, MaxPercent) * (AverageTint::FullAmount / MaxPercent);
+}
+
+} // namespace
+
+bool YDTintWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
+
+bool YDTintWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
+
+QDataStream& operator<<(QDataStream& stream, const YDTintWidget::Params& params)
+{
+    return YDRecord::Insert(stream, params, YDRecordNames::Tint, __LINE__);
+}
+
+QDataStream& operator>>(QDataStream& stream, YDTintWidget::Params& params)
+{
+    return YDRecord::Extract(stream, params, YDRecordNames::Tint, __LINE__);
+}
+
+YDTintWidget::YDTintWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
+    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::TintWidget>())
+{
+    m_ui->setupUi(GetUIContent());
+    FillTintTypes();
+    ShowParams(m_params);
+    Connect();
+}
+
+YDTintWidget::~YDTintWidget() = default;
+
+void YDTintWidget::SetValue(const Params& params)
+{
+    const Params shown = params; // the argument may be what a listener changes
+    m_params = shown;
+    ShowParams(shown);
+    m_params = shown; // the controls know fewer values than a record may hold
+}
+
+void YDTintWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
+                                const QRect& boundingRect)
+{
+    Process({MakeConversionJob(image, selection, offset, boundingRect), m_params});
+}
+
+void YDTintWidget::Reset()
+{
+    SetValue(Params());
+    AnnounceChange(&YDTintWidget::ValueChanged);
+}
+
+void YDTintWidget::StartJobWatching(JobWatcher* watcher)
+{
+    Launch(watcher, &Process, TintData{MakePreviewJob(), m_params});
+}
+
+void YDTintWidget::OnBlackTone()
+{
+    const auto take = [this](const QColor& color) { OnCurrentBlackToneChanged(color); };
+    PickColor(this, tr("Select a black tone"), m_params.blackTone, take, take);
+}
+
+void YDTintWidget::OnWhiteTone()
+{
+    const auto take = [this](const QColor& color) { OnCurrentWhiteToneChanged(color); };
+    PickColor(this, tr("Select a white tone"), m_params.whiteTone, take, take);
+}
+
+void YDTintWidget::OnCurrentBlackToneChanged(const QColor& color)
+{
+    if (IsSameColor(color, m_params.blackTone))
+        return;
+    SetBlackTone(color);
+    AnnounceChange(&YDTintWidget::ValueChanged);
+}
+
+void YDTintWidget::OnCurrentWhiteToneChanged(const QColor& color)
+{
+    if (IsSameColor(color, m_params.whiteTone))
+        return;
+    SetWhiteTone(color);
+    AnnounceChange(&YDTintWidget::ValueChanged);
+}
+
+void YDTintWidget::OnAmountChanged(int amount)
+{
+    m_params.amount = amount;
+    AnnounceChange(&YDTintWidget::ValueChanged);
+}
+
+void YDTintWidget::OnTypeChanged(int index)
+{
+    if (index < 0)
+        return;
+    m_params.type = index;
+    AnnounceChange(&YDTintWidget::ValueChanged);
+}
+
+void YDTintWidget::Connect()
+{
+    connect(m_ui->m_pBlackTone, &QPushButton::clicked, this, &YDTintWidget::OnBlackTone);
+    connect(m_ui->m_pWhiteTone, &QPushButton::clicked, this, &YDTintWidget::OnWhiteTone);
+    connect(m_ui->m_pAmount, QOverload<int>::of(&QSpinBox::valueChanged), this,
+            &YDTintWidget::OnAmountChanged);
+    connect(m_ui->m_pType, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &YDTintWidget::OnTypeChanged);
+}
+
+void YDTintWidget::FillTintTypes()
+{
+    m_ui->m_pType->clear();
+    m_ui->m_pType->addItem(tr("Average"), Average);
+    m_ui->m_pType->addItem(tr("NTSC"), Ntsc);
+    m_ui->m_pType->addItem(tr("LUMA"), Luma);
+    m_ui->m_pType->addItem(tr("RGB"), Rgb);
+}
+
+/// Moves the controls; a type that the list does not have leaves it without a current item.
+void YDTintWidget::ShowParams(const Params& params)
+{
+    SetBlackTone(params.blackTone);
+    SetWhiteTone(params.whiteTone);
+    m_ui->m_pType->setCurrentIndex(IndexByType(params.type));
+    m_ui->m_pAmount->setValue(params.amount);
+}
+
+void YDTintWidget::SetBlackTone(const QColor& color)
+{
+    m_params.blackTone = color;
+    ShowSwatch(m_ui->m_pBlackTone, color);
+}
+
+void YDTintWidget::SetWhiteTone(const QColor& color)
+{
+    m_params.whiteTone = color;
+    ShowSwatch(m_ui->m_pWhiteTone, color);
+}
+
+template <class Functor>
+RGBA32iImage YDTintWidget::ProcessWith(const TintData& data, int amount)
+{
+    const Functor functor(ColorToRgba(data.params.blackTone), ColorToRgba(data.params.whiteTone), amount);
+    return RunTransformation(data, YDIterativeTintTransformation<Functor>(functor));
+}
+
+/// The host's tint by channels takes the amount in per cent; an unknown type has no result.
+RGBA32iImage YDTintWidget::Process(const TintData& data)
+{
+    const int amount = data.params.amount;
+    switch (data.params.type) {
+    case Average:
+        return ProcessWith<AverageTint>(data, ScaledAmount(amount));
+    case Ntsc:
+        return ProcessWith<NtscTint>(data, ScaledAmount(amount));
+    case Luma:
+        return ProcessWith<LumaTint>(data, ScaledAmount(amount));
+    case Rgb:
+        return ProcessWith<YDTintRGB32>(data, amount);
+    default:
+        return {};
+    }
+}
