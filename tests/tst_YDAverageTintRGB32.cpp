@@ -91,6 +91,7 @@ private slots:
     void EveryGreyAndCornerFollowsTheDefinition();
     void AMillionPixelsAndTonesFollowTheDefinition();
     void TheReciprocalDividesEveryNumerator();
+    void TheFactorSharesEveryDifference();
 };
 
 void TestYDAverageTintRGB32::APixelMovesOntoTheRamp_data()
@@ -157,6 +158,8 @@ void TestYDAverageTintRGB32::RowsEqualPixelsOnEveryTarget_data()
     QTest::newRow("to grey") << Black << White << 255000;
     QTest::newRow("to the negative") << White << Black << 255000;
     QTest::newRow("an odd amount") << qRgb(253, 1, 127) << qRgb(2, 254, 128) << 123457;
+    QTest::newRow("nothing") << DefaultBlack << DefaultWhite << 0;
+    QTest::newRow("least") << DefaultBlack << DefaultWhite << 1;
     QTest::newRow("almost all") << qRgb(200, 100, 0) << qRgb(0, 101, 255) << 254999;
 }
 
@@ -199,6 +202,17 @@ void TestYDAverageTintRGB32::TheReciprocalDividesEveryNumerator()
         const float quotient = float(eighth) * AverageTint::Reciprocal;
         if (std::int32_t(quotient) != eighth / AverageTint::OddPartOfFull)
             QFAIL(qPrintable(QStringLiteral("%1 gives %2").arg(eighth).arg(double(quotient))));
+    }
+}
+
+void TestYDAverageTintRGB32::TheFactorSharesEveryDifference()
+{
+    for (int share = 0; share < AverageTint::Full; ++share) {
+        const unsigned factor = AverageTint::FactorOf(share);
+        QVERIFY(factor <= 65535);
+        for (int difference = 0; difference < 256; ++difference)
+            if (int(unsigned(difference) * factor >> 16) != difference * share / AverageTint::Full)
+                QFAIL(qPrintable(QStringLiteral("%1 of %2").arg(share).arg(difference)));
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include "image/YDRGBA32i.h"
 
+#include <algorithm>
+
 /// What AverageTintAVX2 does to one pixel: its ends of rows, and what its vectors equal.
 struct AverageTint
 {
@@ -27,6 +29,22 @@ struct AverageTint
         pixel.b = Mix(pixel.b, black.b, white.b, level);
         pixel.g = Mix(pixel.g, black.g, white.g, level);
         pixel.r = Mix(pixel.r, black.r, white.r, level);
+    }
+
+    /// What the vectors multiply a difference of two channels by, in 65536ths, to find its share of `share`
+    /// in Full rounded down; `share` is less than Full. Such a factor exists for every share: between two
+    /// fractions whose denominators do not exceed 255 there is always a 65536th.
+    static unsigned FactorOf(int share)
+    {
+        constexpr int Percent = Full / 100;
+        if (share % Percent == 0) // rounding the factor up adds less than a hundredth to any product
+            return (static_cast<unsigned>(share / Percent) << 16) / 100 + (share != 0 ? 1 : 0);
+        unsigned factor = 0;
+        for (unsigned difference = 1; difference < 256; ++difference) {
+            const unsigned product = difference * static_cast<unsigned>(share) / Full;
+            factor = std::max(factor, ((product << 16) + difference - 1) / difference);
+        }
+        return factor;
     }
 
 private:

@@ -13,75 +13,136 @@ HWY_BEFORE_NAMESPACE();
 namespace {
 namespace HWY_NAMESPACE {
 
-class AverageTintVectors
+#if HWY_TARGET != HWY_SCALAR
+
+/// From one channel of the black tone to that of the white tone.
+class Ramp
 {
-#if HWY_TARGET == HWY_SCALAR
 public:
-    explicit AverageTintVectors(const AverageTint&) {}
-#else
-public:
-    explicit HWY_INLINE AverageTintVectors(const AverageTint& tint)
-        : m_blueRed(PairOfShorts(tint.blue, tint.red)), m_green(PairOfShorts(tint.green, 0)),
-          m_blueRamp(tint.black.b, tint.white.b), m_greenRamp(tint.black.g, tint.white.g),
-          m_redRamp(tint.black.r, tint.white.r), m_amount(hn::Set(IntTag(), tint.amount)),
-          m_rest(hn::Set(IntTag(), AverageTint::Full - tint.amount))
+    HWY_INLINE Ramp(int black, int white)
+        : m_start(hn::Set(IntTag(), black * AverageTint::Full)), m_slope(hn::Set(IntTag(), white - black))
     {}
 
-    HWY_INLINE Pixels operator()(Pixels pixels) const
+    HWY_INLINE Ints At(Ints level) const
     {
-        const Ints greenPart = SumOfProducts(GreenAlpha(pixels), m_green);
-        const Ints level = AddProducts(BlueRed(pixels), m_blueRed, greenPart);
-        const Channels from = Split(pixels);
-        return Merge({Mix(from.b, m_blueRamp.At(level)), Mix(from.g, m_greenRamp.At(level)),
-                      Mix(from.r, m_redRamp.At(level))},
-                     pixels);
+        const FloatTag df;
+        const Ints numerator = hn::Add(m_start, hn::Mul(m_slope, level));
+        const Floats eighth = hn::ConvertTo(df, hn::ShiftRight<AverageTint::ShiftOfFull>(numerator));
+        return WholePart(hn::Mul(eighth, hn::Set(df, AverageTint::Reciprocal)));
     }
 
 private:
-    /// numerator / Full, rounded down, for every numerator that there is: none exceeds 255 * Full.
-    static HWY_INLINE Ints DividedByFull(Ints numerator)
+    Ints m_start;
+    Ints m_slope;
+};
+
+/// The tones that the ramps give for the brightness of each pixel.
+class ToneVectors
+{
+public:
+    explicit HWY_INLINE ToneVectors(const AverageTint& tint)
+        : m_blueRed(PairOfShorts(tint.blue, tint.red)), m_green(PairOfShorts(tint.green, 0)),
+          m_blueRamp(tint.black.b, tint.white.b), m_greenRamp(tint.black.g, tint.white.g),
+          m_redRamp(tint.black.r, tint.white.r)
+    {}
+
+    /// With the alpha of the pixels, whose parts the other two are.
+    HWY_INLINE Pixels operator()(Pixels pixels, Words blueRed, Words greenAlpha) const
     {
-        const FloatTag df;
-        const Floats eighth = hn::ConvertTo(df, hn::ShiftRight<AverageTint::ShiftOfFull>(numerator));
-        return hn::ConvertTo(IntTag(), hn::Mul(eighth, hn::Set(df, AverageTint::Reciprocal)));
+        const Ints greenPart = SumOfProducts(greenAlpha, m_green);
+        const Ints level = AddProducts(blueRed, m_blueRed, greenPart);
+        const Ints blueGreen = hn::Or(m_blueRamp.At(level), hn::ShiftLeft<8>(m_greenRamp.At(level)));
+        const Ints colour = hn::Or(blueGreen, hn::ShiftLeft<16>(m_redRamp.At(level)));
+        const Pixels alpha = hn::Set(PixelTag(), 0xff000000u);
+        return hn::Or(hn::And(alpha, pixels), hn::BitCast(PixelTag(), colour));
     }
 
-    /// From one channel of the black tone to that of the white tone.
-    class Ramp
-    {
-    public:
-        HWY_INLINE Ramp(int black, int white)
-            : m_start(hn::Set(IntTag(), black * AverageTint::Full)), m_slope(hn::Set(IntTag(), white - black))
-        {}
-
-        HWY_INLINE Ints At(Ints level) const
-        {
-            return DividedByFull(hn::Add(m_start, hn::Mul(m_slope, level)));
-        }
-
-    private:
-        Ints m_start;
-        Ints m_slope;
-    };
-
-    HWY_INLINE Ints Mix(Ints channel, Ints tone) const
-    {
-        return DividedByFull(hn::Add(hn::Mul(tone, m_amount), hn::Mul(channel, m_rest)));
-    }
-
+private:
     Shorts m_blueRed;
     Shorts m_green;
     Ramp m_blueRamp;
     Ramp m_greenRamp;
     Ramp m_redRamp;
-    Ints m_amount;
-    Ints m_rest;
-#endif
 };
+
+/// All of the tones.
+class FullTintVectors
+{
+public:
+    explicit HWY_INLINE FullTintVectors(const AverageTint& tint) : m_tones(tint) {}
+
+    HWY_INLINE Pixels operator()(Pixels pixels) const
+    {
+        return m_tones(pixels, BlueRed(pixels), GreenAlpha(pixels));
+    }
+
+private:
+    ToneVectors m_tones;
+};
+
+/// The tones mixed with the pixels.
+///
+/// tone A + channel (Full - A) is the lesser of the two times Full plus their difference times A, if the tone
+/// is the greater, or Full - A; divided by Full, the first part is whole.
+class MixedTintVectors
+{
+public:
+    explicit HWY_INLINE MixedTintVectors(const AverageTint& tint)
+        : m_tones(tint), m_up(FactorVector(tint.amount)),
+          m_down(FactorVector(AverageTint::Full - tint.amount))
+    {}
+
+    HWY_INLINE Pixels operator()(Pixels pixels) const
+    {
+        const Words blueRed = BlueRed(pixels);
+        const Words greenAlpha = GreenAlpha(pixels);
+        const Pixels tones = m_tones(pixels, blueRed, greenAlpha);
+        return MergeWords(Mix(blueRed, BlueRed(tones)), Mix(greenAlpha, GreenAlpha(tones)));
+    }
+
+private:
+    static HWY_INLINE Words FactorVector(int share)
+    {
+        return hn::Set(WordTag(), static_cast<uint16_t>(AverageTint::FactorOf(share)));
+    }
+
+    HWY_INLINE Words Mix(Words channels, Words tones) const
+    {
+        const ShortTag d;
+        const Shorts from = hn::BitCast(d, channels);
+        const Shorts to = hn::BitCast(d, tones);
+        const auto isUp = hn::RebindMask(WordTag(), hn::Gt(to, from));
+        const Shorts lesser = hn::Min(from, to);
+        const Words difference = hn::BitCast(WordTag(), hn::Sub(hn::Max(from, to), lesser));
+        const Words share = hn::MulHigh(difference, hn::IfThenElse(isUp, m_up, m_down));
+        return hn::Add(hn::BitCast(WordTag(), lesser), share);
+    }
+
+    ToneVectors m_tones;
+    Words m_up;
+    Words m_down;
+};
+
+#else
+
+struct FullTintVectors
+{
+    explicit FullTintVectors(const AverageTint&) {}
+};
+
+struct MixedTintVectors
+{
+    explicit MixedTintVectors(const AverageTint&) {}
+};
+
+#endif
 
 void AverageTintRow(YDRGBA32i* row, size_t count, const AverageTint& tint)
 {
-    MapPixels(row, count, tint, AverageTintVectors(tint));
+    if (tint.amount == AverageTint::Full)
+        MapPixels(row, count, tint, FullTintVectors(tint));
+    else if (tint.amount != 0)
+        MapPixels(row, count, tint, MixedTintVectors(tint));
 }
 
 } // namespace HWY_NAMESPACE

@@ -48,7 +48,7 @@ private:
         const Ints after = AddProducts(blueRed, m_blueRedAfter, AddProducts(greenAlpha, m_greenAfter, white));
         const Floats quotient =
             hn::Div(hn::ConvertTo(df, before), hn::ConvertTo(df, hn::Max(after, hn::Set(di, 1))));
-        const Ints ratio = hn::ConvertTo(di, hn::Mul(quotient, hn::Set(df, PhotoFilterRule::Whole)));
+        const Ints ratio = WholePart(hn::Mul(quotient, hn::Set(df, PhotoFilterRule::Whole)));
         return hn::BitCast(WordTag(), hn::Or(ratio, hn::ShiftLeft<16>(ratio)));
     }
 

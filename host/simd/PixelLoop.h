@@ -129,6 +129,16 @@ HWY_INLINE Ints SumOfProducts(Words pairs, Shorts weights)
     return AddProducts(pairs, weights, hn::Zero(IntTag()));
 }
 
+/// The whole part of numbers that fit into 32 bits, which is what hn::ConvertTo() makes sure of first.
+HWY_INLINE Ints WholePart(Floats numbers)
+{
+#if HWY_TARGET == HWY_AVX2
+    return Ints{_mm256_cvttps_epi32(numbers.raw)};
+#else
+    return Ints{_mm512_cvttps_epi32(numbers.raw)};
+#endif
+}
+
 #endif
 
 /// Changes `count` pixels in place, most of them many at a time.
