@@ -1,7 +1,7 @@
 #include "BenchAdjustments.h"
 
-#include "image/YDHueSaturationTransformation.h"
 #include "YDAverageTintRGB32.h"
+#include "image/YDHueSaturationTransformation.h"
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 #include "image/YDIterativeColorBalanceTransformation.h"
@@ -15,7 +15,7 @@
 
 namespace {
 
-BenchAdjustment::Rule ColorBalanceRule()
+BenchAdjustment::Rule BalancedTones()
 {
     constexpr int CyanRed[] = {20, -10, 15};
     constexpr int MagentaGreen[] = {-10, 20, 5};
@@ -23,7 +23,7 @@ BenchAdjustment::Rule ColorBalanceRule()
     return RuleOf(YDIterativeColorBalanceTransformation(CyanRed, MagentaGreen, YellowBlue));
 }
 
-BenchAdjustment::Rule TemperatureRule()
+BenchAdjustment::Rule WarmedLight()
 {
     YDTemperatureCorrection correction;
     correction.SetData(4000, 80, 20);
@@ -55,7 +55,7 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          {40, 80},
          R"({"saturation": 25, "lightness": -10})"},
         {"color-balance",
-         ColorBalanceRule(),
+         BalancedTones(),
          "m_pCRSpin",
          "value",
          {-10, 10},
@@ -67,7 +67,7 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          {0.2, 0.4},
          R"({"type": 5, "g": 0.5, "b": 0.1})"}, // the weights can be moved for the custom set alone
         {"temperature",
-         TemperatureRule(),
+         WarmedLight(),
          "m_pTemperature",
          "value",
          {4000, 9000},
