@@ -87,6 +87,12 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          "m_pAmount",
          "value",
          {60, 30}},
+        {"temperature",
+         TemperatureRule(),
+         "m_pTemperature",
+         "value",
+         {4000, 9000},
+         R"({"tint": 20, "strength": 80})"},
     };
     return adjustments;
 }

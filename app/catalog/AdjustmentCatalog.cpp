@@ -3,10 +3,10 @@
 #include "YDBlackAndWhiteWidget.h"
 #include "YDBrightnessContrastWidget.h"
 #include "YDColorBalanceWidget.h"
-#include "YDHueSaturationWidget.h"
-#include "YDTemperatureWidget.h"
 #include "YDColorizeWidget.h"
+#include "YDHueSaturationWidget.h"
 #include "YDPhotoFilterWidget.h"
+#include "YDTemperatureWidget.h"
 #include "YDThresholdWidget.h"
 #include "YDTintWidget.h"
 #include "catalog/ExposureFields.h"
@@ -82,12 +82,12 @@ std::vector<AdjustmentEntry> ColorEntries()
                                           QT_TRANSLATE_NOOP("AdjustmentCatalog", "Color Balance")),
         RecordEntry<YDBlackAndWhiteWidget>("black-and-white",
                                            QT_TRANSLATE_NOOP("AdjustmentCatalog", "Black and White")),
-        RecordEntry<YDTemperatureWidget>("temperature",
-                                         QT_TRANSLATE_NOOP("AdjustmentCatalog", "Temperature")),
         RecordEntry<YDColorizeWidget>("colorize", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Colorize")),
         RecordEntry<YDPhotoFilterWidget>("photo-filter",
                                          QT_TRANSLATE_NOOP("AdjustmentCatalog", "Photo Filter")),
         RecordEntry<YDTintWidget>("tint", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Tint")),
+        RecordEntry<YDTemperatureWidget>("temperature",
+                                         QT_TRANSLATE_NOOP("AdjustmentCatalog", "Temperature")),
     };
 }
 
