@@ -145,9 +145,12 @@ void TestPresetMenu::APresetThatIsNoneIsRefused_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("reason");
     QTest::newRow("empty") << QByteArray() << QStringLiteral("empty");
-    QTest::newRow("something else") << QByteArray("hello") << QStringLiteral("not a preset");
-    QTest::newRow("cut") << PresetOf(20, 30).chopped(1) << QStringLiteral("cut short");
-    QTest::newRow("too long") << PresetOf(20, 30) + 'x' << QStringLiteral("damaged");
+    QTest::newRow("something else") << QByteArray("hello") << QStringLiteral("does not begin");
+    QTest::newRow("cut") << PresetOf(20, 30).chopped(1) << QStringLiteral("cut or damaged");
+    QTest::newRow("too long") << PresetOf(20, 30) + 'x' << QStringLiteral("cut or damaged");
+    QTest::newRow("of another adjustment")
+        << AdjustmentCatalog::Find(QStringLiteral("temperature"))->makeSettings()->ToPreset()
+        << QStringLiteral("it is a preset of “Temperature”, not of “Brightness and Contrast”");
 }
 
 void TestPresetMenu::APresetThatIsNoneIsRefused()
@@ -163,7 +166,7 @@ void TestPresetMenu::APresetThatIsNoneIsRefused()
     QCOMPARE(loaded.count(), 0);
     QCOMPARE(MessageBoxes().size(), 1);
     const QString why = MessageBoxes().constFirst()->informativeText();
-    QVERIFY2(why.startsWith(QStringLiteral("bad.preset: ")) && why.contains(reason), qPrintable(why));
+    QVERIFY2(why.startsWith(Path("bad.preset: ")) && why.contains(reason), qPrintable(why));
 }
 
 void TestPresetMenu::AFolderThatCannotBeWrittenIsNamed()

@@ -19,8 +19,7 @@ public:
     /// From the text of an -a option.
     [[nodiscard]] QString TakeText(const QString& text);
 
-    /// From a stored preset; the error names the file. A file that is cut or holds anything else is refused,
-    /// rather than standing for the defaults: nobody asks for a preset that does nothing.
+    /// From a stored preset; the error names the file.
     [[nodiscard]] QString TakePreset(const QString& path);
 
     const AdjustmentEntry& Entry() const { return *m_entry; }

@@ -33,8 +33,8 @@ void PresetMenu::Load(const QString& path)
 {
     if (!m_widget)
         return;
-    const PresetStore::ReadResult preset = PresetStore(*m_entry).Read(path);
-    if (!preset.settings) {
+    const PresetFile::Content preset = PresetStore(*m_entry).Read(path);
+    if (!preset.error.isEmpty()) {
         Messages::ShowError(window(), tr("The preset cannot be used."), preset.error);
         return;
     }

@@ -1,27 +1,10 @@
 #include "editor/PresetStore.h"
 
+#include "core/WholeFile.h"
+
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
-
-namespace {
-
-/// Why `preset`, which is not one of `entry`, is none.
-QString Reason(const QByteArray& preset, const AdjustmentEntry& entry)
-{
-    if (preset.isEmpty())
-        return PresetStore::tr("the file is empty");
-    const AdjustmentEntry* const other = AdjustmentCatalog::FindByPreset(preset);
-    if (!other)
-        return PresetStore::tr("the file is not a preset");
-    if (other->name != entry.name)
-        return PresetStore::tr("it is a preset of “%1”, not of “%2”").arg(other->Title(), entry.Title());
-    return PresetStore::tr("the preset is cut short or damaged");
-}
-
-} // namespace
 
 QString PresetStore::Folder() const
 {
@@ -41,35 +24,23 @@ QStringList PresetStore::Files() const
 
 QString PresetStore::FileFilter() { return tr("Presets (*.%1);;All files (*)").arg(Suffix()); }
 
-PresetStore::ReadResult PresetStore::Read(const QString& path) const
+PresetFile::Content PresetStore::Read(const QString& path) const
 {
-    const QString name = QFileInfo(path).fileName();
-    if (!QFileInfo(path).isFile())
-        return {nullptr, tr("%1: there is no such file").arg(name)};
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {nullptr, tr("%1: %2").arg(name, file.errorString())};
-    if (file.size() > MaxFileBytes)
-        return {nullptr, tr("%1: the file is too large for a preset").arg(name)};
-    const QByteArray preset = file.read(MaxFileBytes);
-    if (file.error() != QFileDevice::NoError)
-        return {nullptr, tr("%1: %2").arg(name, file.errorString())};
-    std::unique_ptr<AdjustmentSettings> settings = m_entry->makeSettings();
-    if (!settings->IsTagOf(preset) || !settings->FromPreset(preset))
-        return {nullptr, tr("%1: %2").arg(name, Reason(preset, *m_entry))};
-    return {std::move(settings), QString()};
+    PresetFile::Content preset = PresetFile::Read(path);
+    if (!preset.error.isEmpty() || preset.entry == m_entry)
+        return preset;
+    const QString reason =
+        tr("it is a preset of “%1”, not of “%2”").arg(preset.entry->Title(), m_entry->Title());
+    return {nullptr, nullptr, WholeFile::Error(path, reason)};
 }
 
 QString PresetStore::Write(const QString& path, const AdjustmentSettings& settings)
 {
-    const QFileInfo info(path);
     const QByteArray preset = settings.ToPreset();
     if (preset.isEmpty())
-        return tr("%1: these settings cannot be stored").arg(info.fileName());
-    if (!QDir().mkpath(info.absolutePath()))
-        return tr("%1: the folder %2 cannot be created").arg(info.fileName(), info.absolutePath());
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(preset) == preset.size() && file.commit())
-        return {};
-    return tr("%1: %2").arg(info.fileName(), file.errorString());
+        return WholeFile::Error(path, tr("these settings cannot be stored"));
+    const QString folder = QFileInfo(path).absolutePath();
+    if (!QDir().mkpath(folder))
+        return WholeFile::Error(path, tr("the folder %1 cannot be created").arg(folder));
+    return WholeFile::Write(path, preset, WholeFile::Existing::Replace);
 }
