@@ -50,7 +50,7 @@ public:
     /// Whether `preset` begins as the presets of this adjustment do.
     virtual bool IsTagOf(const QByteArray& preset) const = 0;
 
-    /// Shows the settings in a widget of the adjustment, without announcing a change.
+    /// Shows the settings in a widget of the adjustment, as its setters do: most announce no change.
     virtual void ShowIn(YDAdjustmentWidget& widget) const = 0;
 
     /// Takes the settings that a widget of the adjustment holds.
