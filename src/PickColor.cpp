@@ -7,11 +7,11 @@
 void PickColor(QWidget* owner, const QString& title, const QColor& color, const ColorTaker& accept,
                const ColorTaker& preview)
 {
-    const QColor before = color; // what it refers to may change or go
     const QPointer<QWidget> alive(owner);
     const QPointer<KVColorDialog> dialog = new KVColorDialog(owner);
     dialog->setWindowTitle(title);
-    dialog->SetColor(before);
+    dialog->SetColor(color);
+    const QColor before = dialog->GetColor(); // what `color` refers to may change or go
     if (preview)
         QObject::connect(dialog, &KVColorDialog::ColorChanged, owner, preview);
     const bool isAccepted = dialog->Exec() == QDialog::Accepted;

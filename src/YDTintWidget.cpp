@@ -53,10 +53,9 @@ YDTintWidget::~YDTintWidget() = default;
 
 void YDTintWidget::SetValue(const Params& params)
 {
-    const Params shown = params; // the argument may be what a listener changes
-    m_params = shown;
-    ShowParams(shown);
-    m_params = shown; // the controls know fewer values than a record may hold
+    m_params = params;
+    ShowParams(params);
+    m_params = params; // the controls know fewer values than a record may hold
 }
 
 void YDTintWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
