@@ -9,6 +9,7 @@
 #include "YDTemperatureWidget.h"
 #include "YDThresholdWidget.h"
 #include "YDTintWidget.h"
+#include "YDCurvesWidget.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"
 #include "catalog/PosterizeFields.h"
@@ -69,6 +70,7 @@ std::vector<AdjustmentEntry> ToneEntries()
             "gamma", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Gamma")),
         StreamlessEntry<YDPosterizeWidget, PosterizeFields>(
             "posterize", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Posterize")),
+        RecordEntry<YDCurvesWidget>("curves", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Curves")),
         RecordEntry<YDThresholdWidget>("threshold", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Threshold")),
     };
 }

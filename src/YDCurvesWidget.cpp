@@ -1,0 +1,545 @@
+#include "YDCurvesWidget.h"
+
+#include "ScopedDisconnect.h"
+#include "YDColorPick.h"
+#include "YDCurveScene.h"
+#include "YDHistogramFeed.h"
+#include "YDPickerDrag.h"
+#include "gui/KVDocumentView.h"
+#include "image/YDIterativeCurvesTransformation.h"
+#include "ui_CurvesWidget.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QGraphicsSceneMouseEvent>
+#include <QKeyEvent>
+#include <QLinearGradient>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr uint FirstHandle = 0;
+constexpr uint LastHandle = 1;
+constexpr int FullStrength = 100; ///< per cent
+
+constexpr YDRGBA32i Black(0, 0, 0, 255);
+constexpr YDRGBA32i Gray(128, 128, 128, 255);
+constexpr YDRGBA32i White(255, 255, 255, 255);
+
+int Bounded(qint64 level) { return int(std::clamp(level, qint64(0), qint64(YDCurvePoints::MaxLevel))); }
+
+int ToLevel(double coordinate)
+{
+    return int(std::clamp(std::trunc(coordinate + 0.5), 0.0, double(YDCurvePoints::MaxLevel)));
+}
+
+QPoint ToLevels(const QPointF& scenePosition)
+{
+    return {ToLevel(scenePosition.x()), ToLevel(scenePosition.y())};
+}
+
+/// Black to white from `start` to `end`, in coordinates of what is filled.
+QBrush Tones(const QPointF& start, const QPointF& end)
+{
+    QLinearGradient gradient(start, end);
+    gradient.setCoordinateMode(QGradient::ObjectBoundingMode);
+    gradient.setColorAt(0, Qt::black);
+    gradient.setColorAt(1, Qt::white);
+    return gradient;
+}
+
+} // namespace
+
+bool YDCurvesWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
+
+bool YDCurvesWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
+
+QDataStream& operator<<(QDataStream& stream, const YDCurvesWidget::Params& params)
+{
+    return YDRecord::Insert(stream, params, YDRecordNames::Curves, __LINE__);
+}
+
+QDataStream& operator>>(QDataStream& stream, YDCurvesWidget::Params& params)
+{
+    return YDRecord::Extract(stream, params, YDRecordNames::Curves, __LINE__);
+}
+
+YDCurvesWidget::YDCurvesWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
+    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::CurvesWidget>()),
+      m_drag(std::make_unique<YDPickerDrag>(this)), m_blackPick(new YDColorPick(Black, this)),
+      m_grayPick(new YDColorPick(Gray, this)), m_whitePick(new YDColorPick(White, this))
+{
+    m_ui->setupUi(GetUIContent());
+    m_histogramFeed = std::make_unique<YDHistogramFeed>(m_ui->m_pHistogramm);
+    SetUpPanel();
+    SetUpScene();
+    SetUpPickers();
+    connect(this, &YDAdjustmentWidget::SourceChanged, this, &YDCurvesWidget::OnSourceChanged);
+    connect(this, &YDCurvesWidget::CurrentNodeChanged, this, &YDCurvesWidget::OnCurrentNodeChanged);
+    Connect();
+    SetChannel(m_params.channel);
+}
+
+YDCurvesWidget::~YDCurvesWidget() = default;
+
+void YDCurvesWidget::SetUpPanel()
+{
+    m_ui->m_pInputLabel->SetBackgroundBrush(Tones({0, 0}, {1, 0}));
+    m_ui->m_pOutputLabel->SetBackgroundBrush(Tones({0, 1}, {0, 0}));
+    YodiCustomSlider* const slider = m_ui->m_pInputSlider;
+    slider->SetRange(0, YDCurvePoints::MaxLevel);
+    slider->SetBrush(slider->AddControl(0, YDCurvePoints::MaxLevel, 0), Qt::black);
+    slider->SetBrush(slider->AddControl(0, YDCurvePoints::MaxLevel, YDCurvePoints::MaxLevel), Qt::white);
+    slider->SetControlName(FirstHandle, tr("Input of the first point"));
+    slider->SetControlName(LastHandle, tr("Input of the last point"));
+    connect(slider, &YodiCustomSlider::NodeReleased, this, &YDCurvesWidget::OnSliderNodeReleased);
+    for (const QToolButton* const button : {m_ui->m_pDeletePoint1, m_ui->m_pDeletePoint2})
+        connect(button, &QToolButton::clicked, this, &YDCurvesWidget::OnDeletePoint);
+}
+
+void YDCurvesWidget::SetUpScene()
+{
+    QGraphicsView* const view = m_ui->m_pCurveView;
+    m_scene = new YDCurveScene(view);
+    view->setScene(m_scene);
+    m_scene->installEventFilter(this);
+    view->installEventFilter(this);
+    view->viewport()->installEventFilter(this); // the view hears of its new size before the viewport has it
+    view->setRenderHint(QPainter::Antialiasing);
+    connect(m_scene, &YDCurveScene::NodePressed, this, &YDCurvesWidget::OnNodePressed);
+    connect(m_scene, &YDCurveScene::NodeReleased, this, &YDCurvesWidget::OnNodeReleased);
+    auto* const deletion = new QAction(view);
+    deletion->setShortcut(Qt::Key_Delete);
+    deletion->setShortcutContext(Qt::WidgetShortcut);
+    connect(deletion, &QAction::triggered, this, &YDCurvesWidget::OnDeleteAction);
+    view->addAction(deletion);
+    AddMesh();
+}
+
+void YDCurvesWidget::SetUpPickers()
+{
+    connect(m_ui->m_pBlack, &QToolButton::toggled, this, &YDCurvesWidget::OnBlack);
+    connect(m_ui->m_pGray, &QToolButton::toggled, this, &YDCurvesWidget::OnGray);
+    connect(m_ui->m_pWhite, &QToolButton::toggled, this, &YDCurvesWidget::OnWhite);
+    connect(m_blackPick, &YDColorPick::Finished, this, &YDCurvesWidget::OnBlackFinished);
+    connect(m_grayPick, &YDColorPick::Finished, this, &YDCurvesWidget::OnGrayFinished);
+    connect(m_whitePick, &YDColorPick::Finished, this, &YDCurvesWidget::OnWhiteFinished);
+}
+
+void YDCurvesWidget::SetValue(const Params& params)
+{
+    m_params = params;
+    SetChannel(params.channel);
+}
+
+void YDCurvesWidget::SetView(KVDocumentView* view)
+{
+    // Before the view is stored, so that it is the old one whose cursor comes back.
+    for (QToolButton* const picker : {m_ui->m_pBlack, m_ui->m_pGray, m_ui->m_pWhite})
+        picker->setChecked(false);
+    YDAdjustmentWidget::SetView(view);
+    m_drag->SetView(view);
+}
+
+void YDCurvesWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
+                                  const QRect& boundingRect)
+{
+    Process({MakeConversionJob(image, selection, offset, boundingRect), m_params});
+}
+
+void YDCurvesWidget::Reset()
+{
+    for (YDColorPick* const pick : {m_blackPick, m_grayPick, m_whitePick})
+        pick->Cancel();
+    SetValue(Params());
+    AnnounceChange(&YDCurvesWidget::ValueChanged);
+}
+
+void YDCurvesWidget::StartJobWatching(JobWatcher* watcher)
+{
+    Launch(watcher, &Process, CurvesData{MakePreviewJob(), m_params});
+}
+
+bool YDCurvesWidget::eventFilter(QObject* watched, QEvent* event)
+{
+    const QGraphicsView* const view = m_ui->m_pCurveView;
+    const bool isResize = event->type() == QEvent::Resize;
+    if (watched == m_scene) {
+        if (FilterCurveScene(event))
+            return false;
+    } else if ((watched == view && (isResize || event->type() == QEvent::Show)) ||
+               (watched == view->viewport() && isResize)) {
+        FitCurveView();
+    } else if (m_drag->IsWatching(watched)) {
+        FilterDocumentScene(event);
+    }
+    return YDAdjustmentWidget::eventFilter(watched, event);
+}
+
+void YDCurvesWidget::AttachQImage(YDSharedImage<QImage>* image) { m_histogramFeed->AttachQImage(image); }
+
+void YDCurvesWidget::AttachRGB32iImage(YDSharedImage<RGBA32iImage>* image)
+{
+    m_histogramFeed->AttachRGB32iImage(image);
+}
+
+void YDCurvesWidget::UpdateHistogramm() { m_histogramFeed->UpdateHistogramm(); }
+
+QPoint YDCurvesWidget::ToViewPoint(const QPoint& point) { return YDCurvePoints::Flipped(point); }
+
+QPoint YDCurvesWidget::FromViewPoint(const QPoint& point) { return YDCurvePoints::Flipped(point); }
+
+QPainterPath YDCurvesWidget::BuildSpline(const QVector<QPoint>& points)
+{
+    return YDCurvePoints::PathOf(points);
+}
+
+int YDCurvesWidget::IndexToHistogrammChannel(int channel)
+{
+    return YDHistogramFeed::IndexToHistogrammChannel(channel);
+}
+
+YDRGBA32i YDCurvesWidget::CalcAvgColor(const RGBA32iImage& image, const QRect& rect,
+                                       const YDRGBA32i& fallback)
+{
+    return YDColorPick::AverageOf(image, rect, fallback);
+}
+
+bool YDCurvesWidget::InsertPoint(const QPoint& p)
+{
+    const int index = YDCurvePoints::IndexForInsert(Points(), p);
+    if (index < 0 || m_scene->NodeCount() != Points().size())
+        return false;
+    Points().insert(index, p);
+    InsertNode(index);
+    m_scene->SetCurrentIndex(index);
+    RebuildCurve();
+    emit CurrentNodeChanged();
+    return true;
+}
+
+bool YDCurvesWidget::MovePoint(int index, const QPoint& p)
+{
+    if (index < 0 || index >= m_scene->NodeCount() || !YDCurvePoints::MayMove(Points(), index, p))
+        return false;
+    MoveSlider(index, p.x());
+    Points()[index] = p;
+    m_scene->MoveNode(index, ToViewPoint(p));
+    RebuildCurve();
+    AnnounceChange(&YDCurvesWidget::ValueChanged);
+    return true;
+}
+
+void YDCurvesWidget::RemovePoint(int index)
+{
+    if (index <= 0 || index >= Points().size() - 1 || index >= m_scene->NodeCount())
+        return;
+    m_scene->RemoveNode(index);
+    Points().remove(index);
+    RebuildCurve();
+    AnnounceChange(&YDCurvesWidget::ValueChanged);
+    emit CurrentNodeChanged();
+}
+
+bool YDCurvesWidget::HitTestForInsert(const QPoint& p, const QPointF& scenePos) const
+{
+    return !Points().contains(p) && m_scene->IsOnCurve(scenePos);
+}
+
+void YDCurvesWidget::SetChannel(int channel)
+{
+    const ScopedDisconnect quietBox(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged),
+                                    this, &YDCurvesWidget::OnChannelChanged);
+    m_params.channel = channel;
+    m_ui->m_pHistogramm->SetChannel(IndexToHistogrammChannel(channel));
+    m_ui->m_pChannel->setCurrentIndex(int(ShownChannel()));
+    ShowEndsInSlider();
+    RebuildCurve();
+    MakeControls();
+    ShowPoint(0);
+}
+
+void YDCurvesWidget::RebuildCurve() { m_scene->SetCurve(BuildSpline(Points())); }
+
+void YDCurvesWidget::MakeControls()
+{
+    m_scene->RemoveAllNodes();
+    if (YDCurvePoints::IsEditable(Points()))
+        for (int i = 0; i < Points().size(); ++i)
+            InsertNode(i);
+    emit CurrentNodeChanged();
+}
+
+void YDCurvesWidget::MousePressed(const QPoint& point, Qt::MouseButton button)
+{
+    m_drag->MousePressed(point, button);
+}
+
+void YDCurvesWidget::MouseReleased(const QPoint& point, Qt::MouseButton button)
+{
+    const std::optional<QRect> area = m_drag->MouseReleased(point, button);
+    if (!area)
+        return;
+    if (m_ui->m_pGray->isChecked()) {
+        m_grayPick->SetArea(*area);
+        StartGrayProcessing();
+    } else if (m_ui->m_pBlack->isChecked()) {
+        m_blackPick->SetArea(*area);
+        StartBlackProcessing();
+    } else if (m_ui->m_pWhite->isChecked()) {
+        m_whitePick->SetArea(*area);
+        StartWhiteProcessing();
+    }
+}
+
+void YDCurvesWidget::StartBlackProcessing() { m_blackPick->Start(SourceImage()); }
+
+void YDCurvesWidget::StartGrayProcessing() { m_grayPick->Start(SourceImage()); }
+
+void YDCurvesWidget::StartWhiteProcessing() { m_whitePick->Start(SourceImage()); }
+
+void YDCurvesWidget::OnSourceChanged() { m_histogramFeed->OnSourceChanged(SourceImage()); }
+
+void YDCurvesWidget::OnChannelChanged(int channel)
+{
+    SetChannel(channel);
+    AboutUserParamsChanged();
+    emit ValueChanged();
+}
+
+void YDCurvesWidget::OnInputChanged(uint handle, int value)
+{
+    if (Points().isEmpty() || handle > LastHandle)
+        return;
+    const int index = handle == FirstHandle ? 0 : Points().size() - 1;
+    if (!MovePoint(index, {value, Points()[index].y()}))
+        return;
+    ShowPoint(index);
+    SetCurrentNode(index);
+}
+
+void YDCurvesWidget::OnSliderNodeReleased() { SetCurrentNode(-1); }
+
+void YDCurvesWidget::OnDeleteAction()
+{
+    if (!m_scene->hasFocus() || !(QApplication::mouseButtons() & Qt::LeftButton))
+        RemoveCurrentPoint();
+}
+
+void YDCurvesWidget::OnDeletePoint(bool /*checked*/) { RemoveCurrentPoint(); }
+
+void YDCurvesWidget::OnCurrentNodeChanged()
+{
+    const int index = m_scene->CurrentIndex();
+    const bool isBetweenEnds = index > 0 && index < m_scene->NodeCount() - 1;
+    m_ui->m_pDeletePoint1->setEnabled(isBetweenEnds);
+    m_ui->m_pDeletePoint2->setEnabled(isBetweenEnds);
+}
+
+void YDCurvesWidget::OnNodePressed(ControlNode* node, Qt::MouseButton button)
+{
+    if (button != Qt::LeftButton)
+        return;
+    const int index = m_scene->IndexOf(node);
+    ShowPoint(index);
+    SetCurrentNode(index);
+}
+
+void YDCurvesWidget::OnNodeReleased(ControlNode* /*node*/, Qt::MouseButton /*button*/) {}
+
+void YDCurvesWidget::OnBlack(bool checked) { OnPicker(m_ui->m_pBlack, checked); }
+
+void YDCurvesWidget::OnGray(bool checked) { OnPicker(m_ui->m_pGray, checked); }
+
+void YDCurvesWidget::OnWhite(bool checked) { OnPicker(m_ui->m_pWhite, checked); }
+
+void YDCurvesWidget::OnBlackFinished() { EndPick(*m_blackPick, &YDCurvePoints::PickBlack); }
+
+void YDCurvesWidget::OnGrayFinished() { EndPick(*m_grayPick, &YDCurvePoints::PickGray); }
+
+void YDCurvesWidget::OnWhiteFinished() { EndPick(*m_whitePick, &YDCurvePoints::PickWhite); }
+
+void YDCurvesWidget::AddMesh() { m_scene->AddGrid(); }
+
+void YDCurvesWidget::InsertNode(int index)
+{
+    if (index >= 0 && index < Points().size() && index <= m_scene->NodeCount())
+        m_scene->InsertNode(index, ToViewPoint(Points()[index]));
+}
+
+void YDCurvesWidget::SceneMousePressEvent(QGraphicsSceneMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    const QPoint position = ToLevels(event->scenePos());
+    if (Points().contains(position))
+        return;
+    if (HitTestForInsert(position, event->scenePos()))
+        InsertPoint(FromViewPoint(position));
+    else
+        SetCurrentNode(-1);
+}
+
+void YDCurvesWidget::SceneMouseMoveEvent(QGraphicsSceneMouseEvent* event)
+{
+    const int index = m_scene->CurrentIndex();
+    if (!(event->buttons() & Qt::LeftButton) || index < 0)
+        return;
+    if (MovePoint(index, FromViewPoint(ToLevels(event->scenePos()))))
+        ShowPoint(index);
+}
+
+void YDCurvesWidget::SceneMouseReleaseEvent(QGraphicsSceneMouseEvent* /*event*/) {}
+
+void YDCurvesWidget::SceneKeyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Delete))
+        OnDeleteAction();
+}
+
+void YDCurvesWidget::Connect()
+{
+    connect(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &YDCurvesWidget::OnChannelChanged);
+    connect(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this, &YDCurvesWidget::OnInputChanged);
+}
+
+RGBA32iImage YDCurvesWidget::Process(const CurvesData& data)
+{
+    return RunTransformation(data, YDIterativeCurvesTransformation(data.params.curves.data(), FullStrength));
+}
+
+/// The record's channel, or the composite one where that is none.
+std::size_t YDCurvesWidget::ShownChannel() const
+{
+    const bool isChannel = m_params.channel >= 0 && m_params.channel < int(m_params.curves.size());
+    return isChannel ? std::size_t(m_params.channel) : 0;
+}
+
+/// A point's levels in the two fields; nothing where there is no such point.
+void YDCurvesWidget::ShowPoint(int index)
+{
+    const bool isPoint = index >= 0 && index < Points().size();
+    m_ui->m_pInputSpin->setText(isPoint ? QString::number(Points()[index].x()) : QString());
+    m_ui->m_pOutputSpin->setText(isPoint ? QString::number(Points()[index].y()) : QString());
+}
+
+/// Both handles at the end points, each kept off the point next to it.
+void YDCurvesWidget::ShowEndsInSlider()
+{
+    YodiCustomSlider* const slider = m_ui->m_pInputSlider;
+    const ScopedDisconnect quiet(slider, &YodiCustomSlider::ValueChanged, this,
+                                 &YDCurvesWidget::OnInputChanged);
+    const bool isEditable = YDCurvePoints::IsEditable(Points());
+    slider->setEnabled(isEditable);
+    const QVector<QPoint> points = Points().size() >= 2 ? Points() : YDCurvePoints::Straight();
+    const qint64 second = points[1].x();
+    const qint64 lastButOne = points[points.size() - 2].x();
+    slider->SetControlMax(FirstHandle, Bounded(second - YDCurvePoints::MinDistance));
+    slider->ChangeValue(FirstHandle, Bounded(points.first().x()));
+    slider->SetControlMin(LastHandle, Bounded(lastButOne + YDCurvePoints::MinDistance));
+    slider->ChangeValue(LastHandle, Bounded(points.last().x()));
+}
+
+/// Has the slider follow a point that is moved to `x`: an end is where its handle is, a point next to an end
+/// bounds it.
+void YDCurvesWidget::MoveSlider(int index, int x)
+{
+    YodiCustomSlider* const slider = m_ui->m_pInputSlider;
+    const ScopedDisconnect quiet(slider, &YodiCustomSlider::ValueChanged, this,
+                                 &YDCurvesWidget::OnInputChanged);
+    const int last = Points().size() - 1;
+    if (index + 1 == last)
+        slider->SetControlMin(LastHandle, Bounded(qint64(x) + YDCurvePoints::MinDistance));
+    if (index == 1)
+        slider->SetControlMax(FirstHandle, Bounded(qint64(x) - YDCurvePoints::MinDistance));
+    if (index == 0)
+        slider->ChangeValue(FirstHandle, Bounded(x));
+    else if (index == last)
+        slider->ChangeValue(LastHandle, Bounded(x));
+}
+
+void YDCurvesWidget::SetCurrentNode(int index)
+{
+    m_scene->SetCurrentIndex(index);
+    emit CurrentNodeChanged();
+}
+
+void YDCurvesWidget::RemoveCurrentPoint() { RemovePoint(m_scene->CurrentIndex()); }
+
+void YDCurvesWidget::FitCurveView()
+{
+    m_ui->m_pCurveView->fitInView(m_scene->sceneRect(), Qt::IgnoreAspectRatio);
+}
+
+/// Returns whether the event is one that the editor knows; the scene handles it as well.
+bool YDCurvesWidget::FilterCurveScene(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        SceneKeyPressEvent(static_cast<QKeyEvent*>(event));
+        return true;
+    case QEvent::FocusOut:
+        OnSliderNodeReleased();
+        return true;
+    case QEvent::GraphicsSceneMouseMove:
+        SceneMouseMoveEvent(static_cast<QGraphicsSceneMouseEvent*>(event));
+        return true;
+    case QEvent::GraphicsSceneMousePress:
+        SceneMousePressEvent(static_cast<QGraphicsSceneMouseEvent*>(event));
+        return true;
+    case QEvent::GraphicsSceneMouseRelease:
+        SceneMouseReleaseEvent(static_cast<QGraphicsSceneMouseEvent*>(event));
+        return true;
+    default:
+        return false;
+    }
+}
+
+void YDCurvesWidget::FilterDocumentScene(QEvent* event)
+{
+    if (event->type() != QEvent::GraphicsSceneMousePress &&
+        event->type() != QEvent::GraphicsSceneMouseRelease)
+        return;
+    const auto* const mouse = static_cast<const QGraphicsSceneMouseEvent*>(event);
+    if (event->type() == QEvent::GraphicsSceneMousePress)
+        MousePressed(mouse->scenePos().toPoint(), mouse->button());
+    else
+        MouseReleased(mouse->scenePos().toPoint(), mouse->button());
+}
+
+/// At most one picker is checked. The document's scene is watched and its view shows the pipette while one
+/// is.
+void YDCurvesWidget::OnPicker(const QAbstractButton* picker, bool checked)
+{
+    bool isOtherChecked = false;
+    for (QToolButton* const other : {m_ui->m_pBlack, m_ui->m_pGray, m_ui->m_pWhite})
+        isOtherChecked = isOtherChecked || (other != picker && other->isChecked());
+    if (!checked) {
+        m_drag->HidePickerCursor();
+        if (!isOtherChecked)
+            m_drag->EndWatch();
+        return;
+    }
+    if (!isOtherChecked)
+        m_drag->Watch();
+    for (QToolButton* const other : {m_ui->m_pBlack, m_ui->m_pGray, m_ui->m_pWhite})
+        if (other != picker)
+            other->setChecked(false);
+    m_drag->ShowPickerCursor();
+}
+
+/// Applies the colour of a pick that has ended, and starts the one that was asked for meanwhile.
+void YDCurvesWidget::EndPick(YDColorPick& pick, PickRule rule)
+{
+    if (const std::optional<YDRGBA32i> color = pick.Result()) {
+        Params params = m_params;
+        rule(params.curves, *color);
+        SetValue(params);
+        AnnounceChange(&YDCurvesWidget::ValueChanged);
+    }
+    if (pick.EndAndAskForNext())
+        pick.Start(SourceImage());
+}

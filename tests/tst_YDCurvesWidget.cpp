@@ -1,0 +1,1519 @@
+#include "Photographs.h"
+#include "TestPictures.h"
+#include "YDCurvesWidget.h"
+#include "geometry/ControlNode.h"
+#include "gui/HistogramWidget.h"
+#include "gui/KVDocumentView.h"
+#include "gui/YDColorWidget.h"
+#include "gui/YodiCustomSlider.h"
+#include "image/YDIterativeCurvesTransformation.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QGraphicsPathItem>
+#include <QGraphicsView>
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+#include <QThreadPool>
+#include <QToolButton>
+#include <QWindow>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+using Points = QVector<QPoint>;
+using Params = YDCurvesWidget::Params;
+
+Q_DECLARE_METATYPE(Points)
+
+namespace {
+
+constexpr int PatienceMs = 20000;
+constexpr int QuietMs = 150;
+constexpr int Lowest = std::numeric_limits<int>::min();
+constexpr int Highest = std::numeric_limits<int>::max();
+
+const Points Straight{{0, 0}, {255, 255}};
+
+Params WithComposite(const Points& points)
+{
+    Params params;
+    params.curves[0] = points;
+    return params;
+}
+
+QByteArray Written(const Params& params)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << params;
+    return bytes;
+}
+
+RGBA32iImage Converted(YDCurvesWidget& widget, const RGBA32iImage& source)
+{
+    RGBA32iImage image = source.DeepCopy();
+    widget.ConvertImage(image, RGBA32iImage(), QPoint(), QRect());
+    return image;
+}
+
+RGBA32iImage Applied(const Params& params, const RGBA32iImage& source)
+{
+    const RGBA32iImage image = source.DeepCopy();
+    const YDIterativeCurvesTransformation rule(params.curves.data(), 100);
+    for (int y = 0; y < image.Height(); ++y)
+        rule.ProcessRow(image.Row(y), image.Width());
+    return image;
+}
+
+/// Sends a move with the buttons that are held, which QTest does not know.
+void MoveMouse(QWidget* widget, const QPoint& place, Qt::MouseButtons held)
+{
+    QMouseEvent event(QEvent::MouseMove, place, widget->mapToGlobal(place), Qt::NoButton, held,
+                      Qt::NoModifier);
+    QApplication::sendEvent(widget, &event);
+}
+
+/// A shown widget of the adjustment and its controls.
+struct Fixture
+{
+    explicit Fixture(bool isDialog = true) : widget(isDialog, nullptr, Qt::WindowFlags())
+    {
+        widget.resize(500, 600);
+        widget.show();
+        widget.activateWindow();
+        if (!QTest::qWaitForWindowActive(&widget))
+            qFatal("the window does not become active");
+        view->setFocus();
+    }
+
+    template <class T>
+    T* Child(const char* name) const
+    {
+        return widget.findChild<T*>(QString::fromLatin1(name));
+    }
+
+    QPoint Place(const QPointF& scenePosition) const { return view->mapFromScene(scenePosition); }
+    /// Of a point of a curve.
+    QPoint PlaceOf(const QPoint& point) const { return Place(YDCurvesWidget::ToViewPoint(point)); }
+
+    void Press(const QPoint& place) const
+    {
+        QTest::mousePress(view->viewport(), Qt::LeftButton, Qt::KeyboardModifiers(), place);
+    }
+    void DragTo(const QPoint& point) const { MoveMouse(view->viewport(), PlaceOf(point), Qt::LeftButton); }
+    void Release(const QPoint& place) const
+    {
+        QTest::mouseRelease(view->viewport(), Qt::LeftButton, Qt::KeyboardModifiers(), place);
+    }
+    void Click(const QPoint& place) const
+    {
+        Press(place);
+        Release(place);
+    }
+    void ClickScene(double x, double y) const { Click(Place({x, y})); }
+    void ClickPoint(const QPoint& point) const { Click(PlaceOf(point)); }
+
+    Points Composite() const { return widget.GetValue().curves[0]; }
+
+    /// The nodes, from left to right.
+    QVector<ControlNode*> Nodes() const
+    {
+        QVector<ControlNode*> nodes;
+        const auto items = view->scene()->items();
+        for (QGraphicsItem* const item : items)
+            if (auto* const node = qgraphicsitem_cast<ControlNode*>(item))
+                nodes.append(node);
+        std::sort(nodes.begin(), nodes.end(),
+                  [](const ControlNode* a, const ControlNode* b) { return a->x() < b->x(); });
+        return nodes;
+    }
+    /// The index of the only sunken node; -1 if there is none.
+    int SunkenNode() const
+    {
+        const auto nodes = Nodes();
+        int sunken = -1;
+        for (int i = 0; i < nodes.size(); ++i)
+            if (nodes[i]->isSunken()) {
+                if (sunken >= 0)
+                    qFatal("two nodes are sunken");
+                sunken = i;
+            }
+        return sunken;
+    }
+    QPainterPath Curve() const
+    {
+        const auto items = view->scene()->items();
+        for (const QGraphicsItem* const item : items) {
+            const auto* const path = qgraphicsitem_cast<const QGraphicsPathItem*>(item);
+            if (path && path->pen().color() == QColor(Qt::gray))
+                return path->path();
+        }
+        return {};
+    }
+    bool AreDeleteButtonsEnabled() const
+    {
+        if (delete1->isEnabled() != delete2->isEnabled())
+            qFatal("the delete buttons differ");
+        return delete1->isEnabled();
+    }
+
+    YDCurvesWidget widget;
+    QGraphicsView* const view = Child<QGraphicsView>("m_pCurveView");
+    QComboBox* const channel = Child<QComboBox>("m_pChannel");
+    YodiCustomSlider* const slider = Child<YodiCustomSlider>("m_pInputSlider");
+    QLineEdit* const input = Child<QLineEdit>("m_pInputSpin");
+    QLineEdit* const output = Child<QLineEdit>("m_pOutputSpin");
+    QToolButton* const delete1 = Child<QToolButton>("m_pDeletePoint1");
+    QToolButton* const delete2 = Child<QToolButton>("m_pDeletePoint2");
+    QToolButton* const black = Child<QToolButton>("m_pBlack");
+    QToolButton* const gray = Child<QToolButton>("m_pGray");
+    QToolButton* const white = Child<QToolButton>("m_pWhite");
+};
+
+/// A fixture with a picture, and a document view that shows it, a picture pixel a device pixel.
+struct PickFixture : Fixture
+{
+    explicit PickFixture(const RGBA32iImage& picture) : source(picture)
+    {
+        document.resize(700, 500);
+        document.SetImage(source);
+        document.show();
+        document.SetZoom(document.devicePixelRatioF());
+        widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
+        widget.SetView(&document);
+    }
+
+    QPoint DocumentPlace(const QPoint& pixel) const { return document.mapFromScene(QPointF(pixel)); }
+
+    void DragOnDocument(const QPoint& from, const QPoint& to)
+    {
+        QWidget* const viewport = document.viewport();
+        QTest::mousePress(viewport, Qt::LeftButton, Qt::KeyboardModifiers(), DocumentPlace(from));
+        MoveMouse(viewport, DocumentPlace(to), Qt::LeftButton);
+        QTest::mouseRelease(viewport, Qt::LeftButton, Qt::KeyboardModifiers(), DocumentPlace(to));
+    }
+    Qt::CursorShape CursorShape() const { return document.viewport()->cursor().shape(); }
+
+    const RGBA32iImage source;
+    KVDocumentView document;
+};
+
+/// The order of what a widget tells its listeners.
+struct Announcements : QObject
+{
+    explicit Announcements(YDCurvesWidget& widget)
+    {
+        const auto note = [this](const char* what) { order.append(QString::fromLatin1(what)); };
+        connect(&widget, &KVAdjustmentWidget::UserParamsChanged, this, [note] { note("host"); });
+        connect(&widget, &YDCurvesWidget::ValueChanged, this, [note] { note("value"); });
+        connect(&widget, &YDAdjustmentWidget::DataChanged, this, [note] { note("data"); });
+        connect(&widget, &YDCurvesWidget::CurrentNodeChanged, this, [note] { note("node"); });
+    }
+    /// What was told since the last call.
+    QString Take()
+    {
+        const QString all = order.join(QLatin1Char(' '));
+        order.clear();
+        return all;
+    }
+    QStringList order;
+};
+
+} // namespace
+
+class TestYDCurvesWidget : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void TheFormIsAsDesigned();
+    void TheNumberFieldsOnlyShow();
+    void TheScenesGridIsAtTheQuarters();
+    void StartsStraightWithNothingSelected();
+    void TheCurveLinesUpWithHistogramStripsAndSlider_data();
+    void TheCurveLinesUpWithHistogramStripsAndSlider();
+
+    void AClickOnTheCurveInsertsAndSelects();
+    void NothingIsInsertedNextToAPoint();
+    void NothingIsInsertedOffTheCurve();
+    void InsertingAnnouncesOnlyTheNode();
+    void OtherButtonsDoNotEdit();
+    void APressOnANodeSelectsItAndShowsItsLevels();
+    void APressOnEmptySpaceDeselects();
+    void PressesAreComparedWithPointsThatAreNotFlipped();
+    void DraggingMovesThePoint();
+    void DraggingStopsFourFromANeighbour();
+    void DraggingOutOfTheSceneIsBounded();
+    void DraggingWithoutANodeDoesNothing();
+    void MovingAnnouncesOnceInOrder();
+    void MovingBoundsTheSlider();
+    void NeighboursBoundTheEndPoints();
+    void LosingTheFocusDeselects();
+    void DeleteRemovesTheCurrentPoint();
+    void DeleteButtonsRemoveTheCurrentPoint_data();
+    void DeleteButtonsRemoveTheCurrentPoint();
+    void EndPointsAreNeverRemoved();
+    void DeleteDoesNothingWhileTheMouseIsDown();
+    void RemovingAnnouncesOnceInOrder();
+    void TheSliderMovesTheEndPoints();
+    void LettingGoOfTheSliderDeselects();
+    void AChannelShowsItsCurve();
+    void ChoosingAChannelAnnouncesNoData();
+    void ADragMaySurviveAResetInAListener();
+
+    void SettingARecordAnnouncesNothing();
+    void ResetAnnouncesOnceAndShowsTheDefaults();
+    void ShortListsCannotBeEdited_data();
+    void ShortListsCannotBeEdited();
+    void AnyListIsShownAndAppliedWithoutHarm_data();
+    void AnyListIsShownAndAppliedWithoutHarm();
+    void AnyChannelIsKeptAndShownAsComposite_data();
+    void AnyChannelIsKeptAndShownAsComposite();
+    void TheStreamIsTagChannelAndLists();
+    void AnotherVersionLoadsAsDefaultsWithOneLine();
+    void ACutStreamLoadsAsDefaults();
+    void HostileCountsLoadAsDefaults_data();
+    void HostileCountsLoadAsDefaults();
+    void ListsAreReadWhateverTheyHold();
+    void AReadOnlyStreamLogsTheFailedWrite();
+
+    void AveragesAreTruncatedMeans();
+    void AveragesClipAndFallBack_data();
+    void AveragesClipAndFallBack();
+    void AveragesOfVeryManyPixelsWrapAround();
+    void APickOnAPhotographSetsThePoints_data();
+    void APickOnAPhotographSetsThePoints();
+    void AClickPicksOnePixel();
+    void ADragInAnyDirectionPicksTheSame();
+    void APickOutsideThePictureYieldsTheFallback_data();
+    void APickOutsideThePictureYieldsTheFallback();
+    void PointsWithEqualXAfterAPickDoNoHarm();
+    void APickWhileAnotherRunsFollowsIt();
+    void ResetDropsTheRunningPick();
+    void OnePickerIsCheckedAtATime();
+    void APickerTakesAndGivesBackCursorAndDragMode();
+    void OtherMouseButtonsDoNotPick();
+    void UncheckingWhileDraggingEndsTheDrag();
+    void AnotherViewUnchecksThePickers();
+    void TheViewMayGoWhileAPickerIsChecked();
+    void TheWidgetMayGoWhileAPickerIsChecked_data();
+    void TheWidgetMayGoWhileAPickerIsChecked();
+    void PickersAreSafeInAPanelWithoutAView();
+
+    void ConversionAndPreviewApplyTheCurves();
+    void TheHistogramFollowsTheSourceAndTheChannel();
+};
+
+void TestYDCurvesWidget::initTestCase()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
+    QCoreApplication::setApplicationName(QStringLiteral("tst_YDCurvesWidget"));
+}
+
+void TestYDCurvesWidget::TheFormIsAsDesigned()
+{
+    Fixture f(false);
+    QCOMPARE(f.widget.windowTitle(), QStringLiteral("Curves"));
+    QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Curves"));
+    QCOMPARE(f.Child<QLabel>("label")->text(), QStringLiteral("Channel:"));
+    QCOMPARE(f.Child<QLabel>("label_3")->text(), QStringLiteral("Input:"));
+    QCOMPARE(f.Child<QLabel>("label_2")->text(), QStringLiteral("Output:"));
+    QStringList channels;
+    for (int i = 0; i < f.channel->count(); ++i)
+        channels.append(f.channel->itemText(i));
+    QCOMPARE(channels.join(QLatin1Char(' ')), QStringLiteral("RGB Red Green Blue"));
+    QCOMPARE(f.channel->toolTip(), QStringLiteral("Channel for input signal"));
+    QCOMPARE(f.view->styleSheet(), QStringLiteral("QGraphicsView{background: rgba(0, 0, 0, 0);}"));
+    QVERIFY(f.Child<QLayout>("m_pHistogrammLayout")->indexOf(f.Child<HistogramWidget>("m_pHistogramm")) >= 0);
+    for (const QToolButton* const button : {f.delete1, f.delete2}) {
+        QVERIFY(!button->icon().isNull());
+        QVERIFY(button->icon().pixmap(16, QIcon::Normal).toImage() !=
+                button->icon().pixmap(16, QIcon::Disabled).toImage());
+    }
+    const char* const tips[] = {"Set black point", "Set gray point", "Set white point"};
+    const QToolButton* const pickers[] = {f.black, f.gray, f.white};
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(pickers[i]->toolTip(), QString::fromLatin1(tips[i]));
+        QVERIFY(pickers[i]->isCheckable() && !pickers[i]->isChecked());
+        QVERIFY(!pickers[i]->icon().isNull());
+    }
+    const auto toneAt = [&f](const char* strip, double share) {
+        const QBrush brush = f.Child<YDColorWidget>(strip)->BackgroundBrush();
+        const auto* const gradient = static_cast<const QLinearGradient*>(brush.gradient());
+        if (gradient->coordinateMode() != QGradient::ObjectBoundingMode)
+            qFatal("the gradient does not span the strip");
+        const QPointF along = gradient->finalStop() - gradient->start();
+        const QPointF from = gradient->start();
+        const double position =
+            qFuzzyIsNull(along.x()) ? (share - from.y()) / along.y() : (share - from.x()) / along.x();
+        return gradient->stops().at(position < 0.5 ? 0 : 1).second;
+    };
+    QCOMPARE(toneAt("m_pInputLabel", 0), QColor(Qt::black));
+    QCOMPARE(toneAt("m_pInputLabel", 1), QColor(Qt::white));
+    QCOMPARE(toneAt("m_pOutputLabel", 0), QColor(Qt::white));
+    QCOMPARE(toneAt("m_pOutputLabel", 1), QColor(Qt::black));
+}
+
+void TestYDCurvesWidget::TheNumberFieldsOnlyShow()
+{
+    Fixture f;
+    QVERIFY(f.input->isReadOnly() && f.output->isReadOnly());
+    QTest::keyClicks(f.input, QStringLiteral("77"));
+    QCOMPARE(f.input->text(), QStringLiteral("0"));
+    QCOMPARE(f.Composite(), Straight);
+}
+
+void TestYDCurvesWidget::TheScenesGridIsAtTheQuarters()
+{
+    Fixture f;
+    QCOMPARE(f.view->scene()->sceneRect(), QRectF(0, 0, 255, 255));
+    int grids = 0;
+    const auto items = f.view->scene()->items();
+    for (const QGraphicsItem* const item : items) {
+        const auto* const path = qgraphicsitem_cast<const QGraphicsPathItem*>(item);
+        if (!path || path->pen().color() != QColor(128, 128, 128, 80))
+            continue;
+        ++grids;
+        QSet<QString> lines;
+        for (int i = 0; i + 1 < path->path().elementCount(); i += 2) {
+            const QPointF from = path->path().elementAt(i);
+            const QPointF to = path->path().elementAt(i + 1);
+            lines.insert(QStringLiteral("%1,%2-%3,%4").arg(from.x()).arg(from.y()).arg(to.x()).arg(to.y()));
+        }
+        QSet<QString> expected;
+        for (const char* const quarter : {"63.75", "127.5", "191.25"}) {
+            expected.insert(QStringLiteral("0,%1-255,%1").arg(QLatin1String(quarter)));
+            expected.insert(QStringLiteral("%1,0-%1,255").arg(QLatin1String(quarter)));
+        }
+        QCOMPARE(lines, expected);
+        QVERIFY(path->pen().isCosmetic());
+        QCOMPARE(path->brush().style(), Qt::NoBrush);
+    }
+    QCOMPARE(grids, 1);
+}
+
+void TestYDCurvesWidget::StartsStraightWithNothingSelected()
+{
+    Fixture f;
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
+    for (const Points& points : f.widget.GetValue().curves)
+        QCOMPARE(points, Straight);
+    QCOMPARE(f.Curve(), YDCurvesWidget::BuildSpline(Straight));
+    QCOMPARE(f.Nodes().size(), 2);
+    QCOMPARE(f.Nodes()[0]->pos(), QPointF(0, 255));
+    QCOMPARE(f.Nodes()[1]->pos(), QPointF(255, 0));
+    QCOMPARE(f.SunkenNode(), -1);
+    QVERIFY(!f.AreDeleteButtonsEnabled());
+    QCOMPARE(f.input->text() + QLatin1Char(' ') + f.output->text(), QStringLiteral("0 0"));
+    QCOMPARE(f.slider->Value(0), 0);
+    QCOMPARE(f.slider->Value(1), 255);
+    QCOMPARE(f.slider->HighestValue(0), 251);
+    QCOMPARE(f.slider->LowestValue(1), 4);
+}
+
+void TestYDCurvesWidget::TheCurveLinesUpWithHistogramStripsAndSlider_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("small") << QSize(300, 430);
+    QTest::newRow("wide") << QSize(1100, 500);
+    QTest::newRow("high") << QSize(320, 900);
+}
+
+/// Whichever of them shows a level, it is in the same column, or in the same line.
+void TestYDCurvesWidget::TheCurveLinesUpWithHistogramStripsAndSlider()
+{
+    QFETCH(QSize, size);
+    Fixture f;
+    f.widget.resize(size);
+    const auto* const histogram = f.Child<QWidget>("m_pHistogramm");
+    const auto* const inputStrip = f.Child<QWidget>("m_pInputLabel");
+    const auto* const outputStrip = f.Child<QWidget>("m_pOutputLabel");
+    const auto column = [&](const QWidget* widget, double x) {
+        return widget->mapTo(&f.widget, QPoint()).x() + x;
+    };
+    for (const int level : {0, 64, 128, 255}) {
+        const QPointF place = f.view->viewportTransform().map(QPointF(level, 255 - level));
+        const double curve = column(f.view->viewport(), place.x());
+        const double share = (level + 0.5) / 256;
+        QVERIFY(std::abs(curve - column(histogram, share * histogram->width())) < 2);
+        QVERIFY(std::abs(curve - column(inputStrip, share * inputStrip->width())) < 2);
+        QVERIFY(std::abs(curve - column(f.slider, f.slider->PositionOf(level))) < 2);
+        const double line = f.view->viewport()->mapTo(&f.widget, QPoint()).y() + place.y();
+        const double strip =
+            outputStrip->mapTo(&f.widget, QPoint()).y() + (1 - share) * outputStrip->height();
+        QVERIFY2(std::abs(line - strip) < 2,
+                 qPrintable(QStringLiteral("level %1: %2, %3").arg(level).arg(line).arg(strip)));
+    }
+}
+
+void TestYDCurvesWidget::AClickOnTheCurveInsertsAndSelects()
+{
+    Fixture f;
+    f.ClickScene(5, 250);
+    QCOMPARE(f.Composite(), Points({{0, 0}, {5, 5}, {255, 255}}));
+    f.ClickScene(100, 156);
+    QCOMPARE(f.Composite(), Points({{0, 0}, {5, 5}, {100, 99}, {255, 255}}));
+    QCOMPARE(f.Nodes().size(), 4);
+    QCOMPARE(f.SunkenNode(), 2);
+    QCOMPARE(f.Nodes()[2]->pos(), QPointF(100, 156));
+    QVERIFY(f.AreDeleteButtonsEnabled());
+    QCOMPARE(f.input->text() + QLatin1Char(' ') + f.output->text(), QStringLiteral("100 99"));
+    QCOMPARE(f.Curve(), YDCurvesWidget::BuildSpline(f.Composite()));
+}
+
+void TestYDCurvesWidget::NothingIsInsertedNextToAPoint()
+{
+    Fixture f;
+    for (const int x : {2, 4, 251, 253}) {
+        f.ClickScene(x, 255 - x);
+        QCOMPARE(f.Composite(), Straight);
+    }
+    QVERIFY(!f.widget.InsertPoint({4, 100}));
+    QVERIFY(f.widget.InsertPoint({5, 100}));
+    QVERIFY(!f.widget.InsertPoint({100, 256}));
+    QVERIFY(!f.widget.InsertPoint({100, -1}));
+}
+
+void TestYDCurvesWidget::NothingIsInsertedOffTheCurve()
+{
+    Fixture f;
+    QVERIFY(f.widget.HitTestForInsert({128, 127}, {128, 127}));
+    QVERIFY(f.widget.HitTestForInsert({128, 127}, {129.3, 128.3}));    // 1.84 from the curve
+    QVERIFY(!f.widget.HitTestForInsert({128, 127}, {130, 128.0 + 2})); // 3.5
+    f.ClickScene(128, 140);
+    QCOMPARE(f.Composite(), Straight);
+    f.ClickScene(50, 50);
+    QCOMPARE(f.Composite(), Straight);
+}
+
+void TestYDCurvesWidget::InsertingAnnouncesOnlyTheNode()
+{
+    Fixture f;
+    Announcements told(f.widget);
+    QVERIFY(f.widget.InsertPoint({100, 100}));
+    QCOMPARE(told.Take(), QStringLiteral("node"));
+    f.ClickScene(200, 55);
+    QCOMPARE(f.Composite().size(), 4);
+    QVERIFY(!told.Take().contains(QStringLiteral("data")));
+}
+
+void TestYDCurvesWidget::OtherButtonsDoNotEdit()
+{
+    Fixture f;
+    f.widget.InsertPoint({100, 100});
+    QTest::mouseClick(f.view->viewport(), Qt::RightButton, Qt::KeyboardModifiers(), f.PlaceOf({200, 200}));
+    QTest::mouseClick(f.view->viewport(), Qt::RightButton, Qt::KeyboardModifiers(), f.PlaceOf({0, 0}));
+    QTest::mouseClick(f.view->viewport(), Qt::RightButton, Qt::KeyboardModifiers(), f.PlaceOf({50, 200}));
+    QCOMPARE(f.Composite().size(), 3);
+    QCOMPARE(f.SunkenNode(), 1);
+    MoveMouse(f.view->viewport(), f.PlaceOf({120, 120}), Qt::RightButton);
+    QCOMPARE(f.Composite()[1], QPoint(100, 100));
+}
+
+void TestYDCurvesWidget::APressOnANodeSelectsItAndShowsItsLevels()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{10, 20}, {100, 150}, {200, 220}}));
+    const Points points = f.Composite();
+    for (int i : {1, 0, 2}) {
+        Announcements told(f.widget);
+        f.ClickPoint(points[i]);
+        QCOMPARE(f.SunkenNode(), i);
+        QCOMPARE(f.input->text(), QString::number(points[i].x()));
+        QCOMPARE(f.output->text(), QString::number(points[i].y()));
+        QCOMPARE(f.AreDeleteButtonsEnabled(), i == 1);
+        QVERIFY(told.Take().endsWith(QStringLiteral("node")));
+    }
+    QCOMPARE(f.Composite(), points);
+}
+
+void TestYDCurvesWidget::APressOnEmptySpaceDeselects()
+{
+    Fixture f;
+    f.ClickScene(128, 127);
+    QCOMPARE(f.SunkenNode(), 1);
+    Announcements told(f.widget);
+    f.ClickScene(60, 60);
+    QCOMPARE(f.SunkenNode(), -1);
+    QVERIFY(!f.AreDeleteButtonsEnabled());
+    QCOMPARE(told.Take(), QStringLiteral("node"));
+}
+
+/// The point (100, 40) is shown at (100, 215), yet it is a press at (100, 40) that finds it in the list.
+void TestYDCurvesWidget::PressesAreComparedWithPointsThatAreNotFlipped()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{0, 0}, {100, 40}, {255, 255}}));
+    f.ClickPoint({255, 255});
+    QCOMPARE(f.SunkenNode(), 2);
+    f.ClickScene(100, 40); // empty space
+    QCOMPARE(f.SunkenNode(), 2);
+    f.ClickScene(101, 40);
+    QCOMPARE(f.SunkenNode(), -1);
+
+    // On the curve as well: a flat one at 127.5 is seen where its points are stored, but for half a level.
+    f.widget.SetValue(WithComposite({{0, 128}, {100, 127}, {255, 128}}));
+    QVERIFY(!f.widget.HitTestForInsert({100, 127}, {100, 128}));
+    QVERIFY(f.widget.HitTestForInsert({101, 127}, {101, 128}));
+}
+
+void TestYDCurvesWidget::DraggingMovesThePoint()
+{
+    Fixture f;
+    f.Press(f.Place({128, 127}));
+    QCOMPARE(f.Composite()[1], QPoint(128, 128));
+    f.DragTo({140, 180});
+    QCOMPARE(f.Composite(), Points({{0, 0}, {140, 180}, {255, 255}}));
+    QCOMPARE(f.input->text() + QLatin1Char(' ') + f.output->text(), QStringLiteral("140 180"));
+    QCOMPARE(f.Nodes()[1]->pos(), QPointF(140, 75));
+    QCOMPARE(f.Curve(), YDCurvesWidget::BuildSpline(f.Composite()));
+    f.DragTo({30, 5});
+    f.Release(f.PlaceOf({30, 5}));
+    QCOMPARE(f.Composite()[1], QPoint(30, 5));
+    QCOMPARE(f.SunkenNode(), 1); // a released node stays the current one
+}
+
+void TestYDCurvesWidget::DraggingStopsFourFromANeighbour()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{0, 0}, {100, 100}, {200, 200}, {255, 255}}));
+    f.Press(f.PlaceOf({100, 100}));
+    f.DragTo({197, 100});
+    QCOMPARE(f.Composite()[1], QPoint(100, 100));
+    f.DragTo({230, 100}); // past the neighbour
+    QCOMPARE(f.Composite()[1], QPoint(100, 100));
+    f.DragTo({196, 100});
+    QCOMPARE(f.Composite()[1], QPoint(196, 100));
+    f.DragTo({3, 90});
+    QCOMPARE(f.Composite()[1], QPoint(196, 100));
+    QCOMPARE(f.input->text(), QStringLiteral("196"));
+    f.DragTo({4, 90});
+    QCOMPARE(f.Composite()[1], QPoint(4, 90));
+    QCOMPARE(f.Composite().size(), 4);
+}
+
+void TestYDCurvesWidget::DraggingOutOfTheSceneIsBounded()
+{
+    Fixture f;
+    f.ClickScene(128, 127);
+    f.Press(f.PlaceOf({128, 128}));
+    MoveMouse(f.view->viewport(), {f.Place({128, 0}).x(), -5000}, Qt::LeftButton);
+    QCOMPARE(f.Composite()[1].y(), 255);
+    MoveMouse(f.view->viewport(), {f.Place({128, 0}).x(), 5000}, Qt::LeftButton);
+    QCOMPARE(f.Composite()[1].y(), 0);
+    f.Release(f.PlaceOf({128, 0}));
+    f.Press(f.PlaceOf({255, 255}));
+    MoveMouse(f.view->viewport(), {90000, 90000}, Qt::LeftButton);
+    QCOMPARE(f.Composite()[2], QPoint(255, 0));
+}
+
+void TestYDCurvesWidget::DraggingWithoutANodeDoesNothing()
+{
+    Fixture f;
+    f.Press(f.Place({60, 60}));
+    f.DragTo({128, 128});
+    QCOMPARE(f.Composite(), Straight);
+    f.ClickPoint({0, 0});
+    MoveMouse(f.view->viewport(), f.PlaceOf({50, 50}), Qt::NoButton); // no button is held
+    QCOMPARE(f.Composite(), Straight);
+}
+
+void TestYDCurvesWidget::MovingAnnouncesOnceInOrder()
+{
+    Fixture f;
+    f.widget.InsertPoint({100, 100});
+    Announcements told(f.widget);
+    QVERIFY(f.widget.MovePoint(1, {100, 120}));
+    QCOMPARE(told.Take(), QStringLiteral("host value data"));
+    QVERIFY(!f.widget.MovePoint(1, {100, 120}));
+    QVERIFY(!f.widget.MovePoint(1, {2, 120}));
+    QVERIFY(!f.widget.MovePoint(-1, {50, 120}));
+    QVERIFY(!f.widget.MovePoint(3, {50, 120}));
+    QCOMPARE(told.Take(), QString());
+    f.widget.MovePoint(0, {7, 0}); // the slider follows without being heard
+    QCOMPARE(told.Take(), QStringLiteral("host value data"));
+    QCOMPARE(f.slider->Value(0), 7);
+}
+
+void TestYDCurvesWidget::MovingBoundsTheSlider()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{0, 0}, {100, 100}, {200, 200}, {255, 255}}));
+    QCOMPARE(f.slider->HighestValue(0), 96);
+    QCOMPARE(f.slider->LowestValue(1), 204);
+    f.widget.MovePoint(1, {50, 100});
+    QCOMPARE(f.slider->HighestValue(0), 46);
+    f.widget.MovePoint(2, {220, 200});
+    QCOMPARE(f.slider->LowestValue(1), 224);
+    f.widget.MovePoint(3, {230, 255});
+    QCOMPARE(f.slider->Value(1), 230);
+    f.widget.SetValue(Params());
+    f.widget.MovePoint(0, {40, 0}); // the two ends bound each other
+    QCOMPARE(f.slider->LowestValue(1), 44);
+    f.widget.MovePoint(1, {200, 255});
+    QCOMPARE(f.slider->HighestValue(0), 196);
+}
+
+void TestYDCurvesWidget::NeighboursBoundTheEndPoints()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{0, 0}, {100, 100}, {255, 255}}));
+    QVERIFY(!f.widget.MovePoint(0, {97, 0}));
+    QVERIFY(f.widget.MovePoint(0, {96, 0}));
+    QVERIFY(!f.widget.MovePoint(2, {103, 255}));
+    QVERIFY(f.widget.MovePoint(2, {104, 255}));
+    QCOMPARE(f.slider->Value(0), 96);
+    QCOMPARE(f.slider->Value(1), 104);
+    f.slider->ChangeValue(0, 250);
+    QCOMPARE(f.Composite()[0].x(), 96);
+}
+
+void TestYDCurvesWidget::LosingTheFocusDeselects()
+{
+    Fixture f;
+    f.ClickScene(128, 127);
+    QCOMPARE(f.SunkenNode(), 1);
+    f.channel->setFocus();
+    QCOMPARE(f.SunkenNode(), -1);
+    QVERIFY(!f.AreDeleteButtonsEnabled());
+}
+
+void TestYDCurvesWidget::DeleteRemovesTheCurrentPoint()
+{
+    Fixture f;
+    f.ClickScene(128, 127);
+    f.ClickScene(60, 195);
+    QCOMPARE(f.Composite().size(), 4);
+    QTest::keyClick(f.view, Qt::Key_Delete);
+    QCOMPARE(f.Composite(), Points({{0, 0}, {128, 128}, {255, 255}}));
+    QCOMPARE(f.Nodes().size(), 3);
+    QCOMPARE(f.SunkenNode(), -1);
+    QVERIFY(!f.AreDeleteButtonsEnabled());
+    QCOMPARE(f.Curve(), YDCurvesWidget::BuildSpline(f.Composite()));
+    QTest::keyClick(f.view, Qt::Key_Delete); // nothing is current now
+    QCOMPARE(f.Composite().size(), 3);
+    f.ClickPoint({128, 128});
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier); // as it comes without a shortcut
+    QApplication::sendEvent(f.view->scene(), &key);
+    QCOMPARE(f.Composite(), Straight);
+}
+
+void TestYDCurvesWidget::DeleteButtonsRemoveTheCurrentPoint_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("beside the fields") << "m_pDeletePoint1";
+    QTest::newRow("beside the pickers") << "m_pDeletePoint2";
+}
+
+void TestYDCurvesWidget::DeleteButtonsRemoveTheCurrentPoint()
+{
+    QFETCH(QString, name);
+    Fixture f;
+    f.ClickScene(128, 127);
+    QTest::mouseClick(f.Child<QToolButton>(qPrintable(name)), Qt::LeftButton);
+    QCOMPARE(f.Composite(), Straight);
+    QVERIFY(!f.AreDeleteButtonsEnabled());
+}
+
+void TestYDCurvesWidget::EndPointsAreNeverRemoved()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{0, 0}, {100, 150}, {255, 255}}));
+    for (const QPoint& end : {QPoint(0, 0), QPoint(255, 255)}) {
+        f.ClickPoint(end);
+        QVERIFY(f.SunkenNode() >= 0);
+        QVERIFY(!f.AreDeleteButtonsEnabled());
+        QTest::keyClick(f.view, Qt::Key_Delete);
+        f.widget.OnDeletePoint(false);
+        QCOMPARE(f.Composite().size(), 3);
+        QVERIFY(!f.AreDeleteButtonsEnabled());
+    }
+    for (const int index : {-1, 0, 2, 3})
+        f.widget.RemovePoint(index);
+    QCOMPARE(f.Composite().size(), 3);
+}
+
+void TestYDCurvesWidget::DeleteDoesNothingWhileTheMouseIsDown()
+{
+    Fixture f;
+    f.widget.InsertPoint({128, 128});
+    QWindow* const window = f.widget.windowHandle();
+    const QPoint place = f.view->viewport()->mapTo(&f.widget, f.PlaceOf({128, 128}));
+    QTest::mousePress(window, Qt::LeftButton, Qt::KeyboardModifiers(), place); // as the system sends it
+    QCOMPARE(QApplication::mouseButtons(), Qt::MouseButtons(Qt::LeftButton));
+    QVERIFY(f.view->scene()->hasFocus());
+    f.widget.OnDeleteAction();
+    QCOMPARE(f.Composite().size(), 3);
+    QTest::mouseRelease(window, Qt::LeftButton, Qt::KeyboardModifiers(), place);
+    f.widget.OnDeleteAction();
+    QCOMPARE(f.Composite().size(), 2);
+}
+
+void TestYDCurvesWidget::RemovingAnnouncesOnceInOrder()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{0, 0}, {100, 150}, {255, 255}}));
+    Announcements told(f.widget);
+    f.widget.RemovePoint(1);
+    QCOMPARE(told.Take(), QStringLiteral("host value data node"));
+}
+
+void TestYDCurvesWidget::TheSliderMovesTheEndPoints()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{0, 10}, {100, 150}, {255, 240}}));
+    Announcements told(f.widget);
+    f.slider->ChangeValue(0, 30);
+    QCOMPARE(f.Composite()[0], QPoint(30, 10));
+    QCOMPARE(f.SunkenNode(), 0);
+    QCOMPARE(f.input->text() + QLatin1Char(' ') + f.output->text(), QStringLiteral("30 10"));
+    QCOMPARE(told.Take(), QStringLiteral("host value data node"));
+    f.slider->ChangeValue(1, 222);
+    QCOMPARE(f.Composite()[2], QPoint(222, 240));
+    QCOMPARE(f.SunkenNode(), 2);
+    f.slider->ChangeValue(0, 255);
+    QCOMPARE(f.Composite()[0], QPoint(96, 10));
+    f.widget.OnInputChanged(2, 50);
+    QCOMPARE(f.Composite(), Points({{96, 10}, {100, 150}, {222, 240}}));
+}
+
+void TestYDCurvesWidget::LettingGoOfTheSliderDeselects()
+{
+    Fixture f;
+    const QPoint handle(int(f.slider->PositionOf(0)), f.slider->ControlRect(0).center().y());
+    QTest::mousePress(f.slider, Qt::LeftButton, Qt::KeyboardModifiers(), handle);
+    MoveMouse(f.slider, {int(f.slider->PositionOf(50)), handle.y()}, Qt::LeftButton);
+    QVERIFY(std::abs(f.Composite()[0].x() - 50) <= 1);
+    QCOMPARE(f.SunkenNode(), 0);
+    QTest::mouseRelease(f.slider, Qt::LeftButton, Qt::KeyboardModifiers(), handle);
+    QCOMPARE(f.SunkenNode(), -1);
+}
+
+void TestYDCurvesWidget::AChannelShowsItsCurve()
+{
+    Fixture f;
+    Params params;
+    params.curves[2] = {{20, 30}, {90, 100}, {150, 40}, {210, 220}};
+    f.widget.SetValue(params);
+    f.ClickPoint({0, 0});
+    f.channel->setCurrentIndex(2);
+    QCOMPARE(f.widget.GetValue().channel, 2);
+    QCOMPARE(f.Nodes().size(), 4);
+    QCOMPARE(f.SunkenNode(), -1);
+    QCOMPARE(f.Curve(), YDCurvesWidget::BuildSpline(params.curves[2]));
+    QCOMPARE(f.slider->Value(0), 20);
+    QCOMPARE(f.slider->Value(1), 210);
+    QCOMPARE(f.slider->HighestValue(0), 86);
+    QCOMPARE(f.slider->LowestValue(1), 154);
+    QCOMPARE(f.input->text() + QLatin1Char(' ') + f.output->text(), QStringLiteral("20 30"));
+    QCOMPARE(f.Child<HistogramWidget>("m_pHistogramm")->GetChannel(), 2);
+    f.ClickPoint({90, 100});
+    QTest::keyClick(f.view, Qt::Key_Delete);
+    QCOMPARE(f.widget.GetValue().curves[2], Points({{20, 30}, {150, 40}, {210, 220}}));
+    QCOMPARE(f.Composite(), Straight);
+    f.slider->ChangeValue(1, 180); // the slots are connected again
+    QCOMPARE(f.widget.GetValue().curves[2].last(), QPoint(180, 220));
+}
+
+void TestYDCurvesWidget::ChoosingAChannelAnnouncesNoData()
+{
+    Fixture f;
+    Announcements told(f.widget);
+    f.channel->setCurrentIndex(3);
+    QCOMPARE(told.Take(), QStringLiteral("node host value"));
+    QCOMPARE(YDCurvesWidget::IndexToHistogrammChannel(0), 7);
+    QCOMPARE(YDCurvesWidget::IndexToHistogrammChannel(1), 1);
+    QCOMPARE(YDCurvesWidget::IndexToHistogrammChannel(2), 2);
+    QCOMPARE(YDCurvesWidget::IndexToHistogrammChannel(3), 4);
+    QCOMPARE(YDCurvesWidget::IndexToHistogrammChannel(-1), 7);
+    QCOMPARE(YDCurvesWidget::IndexToHistogrammChannel(4), 7);
+}
+
+/// A listener may take away the very node that is being pressed or dragged.
+void TestYDCurvesWidget::ADragMaySurviveAResetInAListener()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{0, 0}, {100, 150}, {255, 255}}));
+    const auto reset = [&f] {
+        if (f.Composite().size() > 2)
+            f.widget.Reset();
+    };
+    const auto onPress = connect(&f.widget, &YDCurvesWidget::CurrentNodeChanged, this, reset);
+    f.Press(f.PlaceOf({100, 150}));
+    f.DragTo({110, 150});
+    f.Release(f.PlaceOf({110, 150}));
+    QCOMPARE(f.Composite(), Straight);
+    disconnect(onPress);
+    f.widget.SetValue(WithComposite({{0, 0}, {100, 150}, {255, 255}}));
+    connect(&f.widget, &YDAdjustmentWidget::DataChanged, this, reset);
+    f.Press(f.PlaceOf({100, 150}));
+    f.DragTo({110, 150});
+    f.DragTo({120, 150});
+    f.Release(f.PlaceOf({120, 150}));
+    QCOMPARE(f.Composite(), Straight);
+}
+
+void TestYDCurvesWidget::SettingARecordAnnouncesNothing()
+{
+    Fixture f;
+    QSignalSpy host(&f.widget, &KVAdjustmentWidget::UserParamsChanged);
+    QSignalSpy value(&f.widget, &YDCurvesWidget::ValueChanged);
+    QSignalSpy data(&f.widget, &YDAdjustmentWidget::DataChanged);
+    Params params;
+    params.channel = 1;
+    params.curves = {Points({{5, 0}, {250, 255}}), Points({{60, 1}, {70, 2}, {80, 3}}), Straight, Straight};
+    f.widget.SetValue(params);
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), params));
+    QCOMPARE(f.channel->currentIndex(), 1);
+    QCOMPARE(f.Nodes().size(), 3);
+    QCOMPARE(host.count() + value.count() + data.count(), 0);
+    f.slider->ChangeValue(0, 61);
+    QCOMPARE(data.count(), 1);
+    f.channel->setCurrentIndex(0);
+    QCOMPARE(value.count(), 2);
+}
+
+void TestYDCurvesWidget::ResetAnnouncesOnceAndShowsTheDefaults()
+{
+    Fixture f;
+    Params params = WithComposite({{5, 0}, {60, 60}, {250, 255}});
+    params.channel = 2;
+    f.widget.SetValue(params);
+    Announcements told(f.widget);
+    f.widget.Reset();
+    QCOMPARE(told.Take(), QStringLiteral("node host value data"));
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
+    QCOMPARE(f.channel->currentIndex(), 0);
+    QCOMPARE(f.Nodes().size(), 2);
+    QVERIFY(!f.AreDeleteButtonsEnabled());
+}
+
+void TestYDCurvesWidget::ShortListsCannotBeEdited_data()
+{
+    QTest::addColumn<Points>("points");
+    QTest::newRow("empty") << Points();
+    QTest::newRow("one point") << Points({{40, 50}});
+}
+
+void TestYDCurvesWidget::ShortListsCannotBeEdited()
+{
+    QFETCH(Points, points);
+    Fixture f;
+    f.widget.SetValue(WithComposite(points));
+    QVERIFY(f.Curve().isEmpty());
+    QVERIFY(f.Nodes().isEmpty());
+    QVERIFY(!f.slider->isEnabled());
+    QVERIFY(!f.widget.InsertPoint({128, 128}));
+    QVERIFY(!f.widget.MovePoint(0, {10, 10}));
+    f.widget.RemovePoint(0);
+    f.widget.OnInputChanged(0, 20);
+    f.widget.OnInputChanged(1, 20);
+    f.ClickScene(128, 127);
+    f.DragTo({60, 60});
+    QTest::keyClick(f.view, Qt::Key_Delete);
+    QCOMPARE(f.Composite(), points);
+    const RGBA32iImage source = TestPictures::Noise(100, 50);
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), source));
+    f.widget.Reset();
+    QVERIFY(f.slider->isEnabled());
+    QVERIFY(f.widget.InsertPoint({128, 128}));
+}
+
+void TestYDCurvesWidget::AnyListIsShownAndAppliedWithoutHarm_data()
+{
+    QTest::addColumn<Points>("points");
+    QTest::newRow("out of order") << Points({{200, 10}, {100, 20}, {0, 30}});
+    QTest::newRow("out of range") << Points({{-50, 300}, {100, -40}, {300, -50}});
+    QTest::newRow("one point twice") << Points({{40, 40}, {40, 40}});
+    QTest::newRow("far out") << Points({{Lowest, Highest}, {Highest, Lowest}});
+    QTest::newRow("far out, in the middle") << Points({{0, 0}, {Lowest, Lowest}, {Highest, 9}, {9, 9}});
+    Points many(2000);
+    QRandomGenerator random(5);
+    for (QPoint& point : many)
+        point = {random.bounded(256), random.bounded(256)};
+    QTest::newRow("two thousand") << many;
+    Points veryMany;
+    for (int i = 0; i < 1000; ++i)
+        veryMany += many;
+    QTest::newRow("two million") << veryMany;
+}
+
+void TestYDCurvesWidget::AnyListIsShownAndAppliedWithoutHarm()
+{
+    QFETCH(Points, points);
+    Fixture f;
+    const Params params = WithComposite(points);
+    f.widget.SetValue(params);
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), params));
+    QCOMPARE(f.Nodes().size(), points.size() <= 4096 ? points.size() : 0);
+    f.widget.grab();
+    const RGBA32iImage source = TestPictures::Noise(100, 50);
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), Applied(params, source)));
+    // Every way to edit it, wherever it hits.
+    QRandomGenerator gesture(6);
+    for (int i = 0; i < 50; ++i) {
+        f.Press(f.Place(QPointF(gesture.bounded(256), gesture.bounded(256))));
+        f.DragTo({gesture.bounded(256), gesture.bounded(256)});
+        if (i % 3 == 0)
+            QTest::keyClick(f.view, Qt::Key_Delete);
+        f.slider->ChangeValue(uint(i % 2), gesture.bounded(256));
+    }
+    for (const int index : {-1, 0, 1, points.size() - 1, points.size(), Highest, Lowest}) {
+        f.widget.MovePoint(index, {Lowest, Lowest});
+        f.widget.MovePoint(index, {Highest, Highest});
+        f.widget.RemovePoint(index);
+    }
+    f.widget.InsertPoint({Highest, 3});
+    f.widget.grab();
+    QVERIFY(f.Nodes().size() == f.Composite().size() || f.Nodes().isEmpty());
+    for (int channel = 3; channel >= 0; --channel)
+        f.channel->setCurrentIndex(channel);
+    f.widget.Reset();
+    QCOMPARE(f.Nodes().size(), 2);
+}
+
+void TestYDCurvesWidget::AnyChannelIsKeptAndShownAsComposite_data()
+{
+    QTest::addColumn<int>("channel");
+    QTest::newRow("below") << -1;
+    QTest::newRow("above") << 4;
+    QTest::newRow("lowest") << Lowest;
+    QTest::newRow("highest") << Highest;
+}
+
+void TestYDCurvesWidget::AnyChannelIsKeptAndShownAsComposite()
+{
+    QFETCH(int, channel);
+    Fixture f;
+    Params params = WithComposite({{10, 0}, {100, 100}, {255, 255}});
+    params.channel = channel;
+    f.widget.SetValue(params);
+    QCOMPARE(f.widget.GetValue().channel, channel);
+    QCOMPARE(f.channel->currentIndex(), 0);
+    QCOMPARE(f.Nodes().size(), 3);
+    f.slider->ChangeValue(0, 20);
+    QCOMPARE(f.Composite()[0].x(), 20);
+    QCOMPARE(f.widget.GetValue().channel, channel);
+    f.channel->setCurrentIndex(1);
+    QCOMPARE(f.widget.GetValue().channel, 1);
+}
+
+void TestYDCurvesWidget::TheStreamIsTagChannelAndLists()
+{
+    Params params;
+    params.channel = 3;
+    params.curves = {Points({{1, 2}, {-3, 256}}), Points(), Points({{7, 8}}), Straight};
+    const QByteArray expected = QByteArray("KVCurves 1.00000") + QByteArray::fromHex("00000003"
+                                                                                     "00000002"
+                                                                                     "00000001"
+                                                                                     "00000002"
+                                                                                     "fffffffd"
+                                                                                     "00000100"
+                                                                                     "00000000"
+                                                                                     "00000001"
+                                                                                     "00000007"
+                                                                                     "00000008"
+                                                                                     "00000002"
+                                                                                     "00000000"
+                                                                                     "00000000"
+                                                                                     "000000ff"
+                                                                                     "000000ff");
+    QCOMPARE(Written(params), expected);
+    QDataStream stream(expected);
+    Params read;
+    stream >> read;
+    QVERIFY(YDRecord::Equal(read, params));
+    QVERIFY(stream.atEnd());
+}
+
+void TestYDCurvesWidget::AnotherVersionLoadsAsDefaultsWithOneLine()
+{
+    QByteArray bytes = Written(WithComposite({{1, 2}, {3, 4}}));
+    bytes.replace("1.00000", "1.00001");
+    QDataStream stream(bytes);
+    Params params = WithComposite({{5, 6}});
+    QTest::ignoreMessage(QtDebugMsg, "[src/YDCurvesWidget:1626] Read curves data error.");
+    stream >> params;
+    QVERIFY(YDRecord::Equal(params, Params()));
+}
+
+void TestYDCurvesWidget::ACutStreamLoadsAsDefaults()
+{
+    const QByteArray whole = Written(WithComposite({{1, 2}, {3, 4}, {5, 6}}));
+    for (int length = 0; length < whole.size(); ++length) {
+        QDataStream stream(whole.left(length));
+        Params params = WithComposite({{5, 6}});
+        QTest::ignoreMessage(QtDebugMsg, "[src/YDCurvesWidget:1626] Read curves data error.");
+        stream >> params;
+        QVERIFY(YDRecord::Equal(params, Params()));
+    }
+}
+
+void TestYDCurvesWidget::HostileCountsLoadAsDefaults_data()
+{
+    QTest::addColumn<QByteArray>("count");
+    QTest::newRow("2^31 - 1") << QByteArray::fromHex("7fffffff");
+    QTest::newRow("2^32 - 1") << QByteArray::fromHex("ffffffff");
+    QTest::newRow("what would take 2 GB") << QByteArray::fromHex("0fffffff");
+}
+
+void TestYDCurvesWidget::HostileCountsLoadAsDefaults()
+{
+    QFETCH(QByteArray, count);
+    for (int list = 0; list < 4; ++list) {
+        const QByteArray bytes = QByteArray("KVCurves 1.00000") + QByteArray(4 + 4 * list, '\0') + count;
+        QDataStream stream(bytes);
+        Params params = WithComposite({{5, 6}});
+        QTest::ignoreMessage(QtDebugMsg, "[src/YDCurvesWidget:1626] Read curves data error.");
+        stream >> params;
+        QVERIFY(YDRecord::Equal(params, Params()));
+        QVERIFY(stream.status() != QDataStream::Ok);
+    }
+}
+
+void TestYDCurvesWidget::ListsAreReadWhateverTheyHold()
+{
+    Params params;
+    params.channel = -9;
+    params.curves = {Points({{300, -5}, {2, 7}}), Points(), Points({{1, 1}}), Points(2000, QPoint(9, 9))};
+    const QByteArray bytes = Written(params);
+    QDataStream stream(bytes);
+    Params read;
+    QVERIFY(read.Read(stream));
+    QVERIFY(YDRecord::Equal(read, params));
+}
+
+void TestYDCurvesWidget::AReadOnlyStreamLogsTheFailedWrite()
+{
+    QDataStream stream(QByteArray(100, 'x'));
+    QVERIFY(!Params().Write(stream));
+    QTest::ignoreMessage(QtDebugMsg, "[src/YDCurvesWidget:1613] Write curves data error.");
+    stream << Params();
+}
+
+void TestYDCurvesWidget::AveragesAreTruncatedMeans()
+{
+    const RGBA32iImage image(3, 2);
+    for (int i = 0; i < 6; ++i)
+        image.Row(i / 3)[i % 3] = YDRGBA32i(quint8(10 * i), quint8(i), quint8(255 - i), quint8(i));
+    // Over the right four pixels: blue 10, 20, 40, 50; green 1, 2, 4, 5; red 254, 253, 251, 250.
+    QVERIFY(YDCurvesWidget::CalcAvgColor(image, QRect(1, 0, 2, 2), YDRGBA32i()) ==
+            YDRGBA32i(30, 3, 252, 255));
+    // Over the first two: 0 and 10, 0 and 1, 255 and 254, rounded down.
+    QVERIFY(YDCurvesWidget::CalcAvgColor(image, QRect(0, 0, 2, 1), YDRGBA32i()) == YDRGBA32i(5, 0, 254, 255));
+}
+
+void TestYDCurvesWidget::AveragesClipAndFallBack_data()
+{
+    QTest::addColumn<QRect>("rect");
+    QTest::addColumn<bool>("isFallback");
+    QTest::newRow("empty") << QRect() << true;
+    QTest::newRow("without width") << QRect(2, 2, 0, 5) << true;
+    QTest::newRow("negative") << QRect(2, 2, -1, 5) << true;
+    QTest::newRow("left of it") << QRect(-5, 0, 5, 5) << true;
+    QTest::newRow("right of it") << QRect(10, 0, 5, 5) << true;
+    QTest::newRow("below it") << QRect(0, 10, 5, 5) << true;
+    QTest::newRow("above it") << QRect(0, -5, 5, 5) << true;
+    QTest::newRow("over its corner") << QRect(-5, -5, 7, 7) << false;
+    QTest::newRow("around it") << QRect(-100, -100, 1000, 1000) << false;
+    QTest::newRow("as large as can be") << QRect(QPoint(Lowest, Lowest), QPoint(Highest, Highest)) << false;
+}
+
+void TestYDCurvesWidget::AveragesClipAndFallBack()
+{
+    QFETCH(QRect, rect);
+    QFETCH(bool, isFallback);
+    const YDRGBA32i fallback(1, 2, 3, 4);
+    const YDRGBA32i average = YDCurvesWidget::CalcAvgColor(TestPictures::Grey(10, 10, 77), rect, fallback);
+    QVERIFY(average == (isFallback ? fallback : YDRGBA32i(77, 77, 77, 255)));
+    QVERIFY(YDCurvesWidget::CalcAvgColor(RGBA32iImage(), rect, fallback) == fallback);
+}
+
+/// 4200 x 4100 pixels of 255 sum up to 4 391 100 000, which is 96 132 704 in 32 bits, 5.58 a pixel.
+void TestYDCurvesWidget::AveragesOfVeryManyPixelsWrapAround()
+{
+    const RGBA32iImage image = TestPictures::Grey(4200, 4100, 255);
+    QVERIFY(YDCurvesWidget::CalcAvgColor(image, QRect(0, 0, 4200, 4100), YDRGBA32i()) ==
+            YDRGBA32i(5, 5, 5, 255));
+}
+
+void TestYDCurvesWidget::APickOnAPhotographSetsThePoints_data()
+{
+    QTest::addColumn<QString>("picker");
+    QTest::newRow("black") << "m_pBlack";
+    QTest::newRow("gray") << "m_pGray";
+    QTest::newRow("white") << "m_pWhite";
+}
+
+void TestYDCurvesWidget::APickOnAPhotographSetsThePoints()
+{
+    QFETCH(QString, picker);
+    PickFixture f(Photographs::Load(QStringLiteral("seeding_by_Clements_Engelhardt.jpg"), 1200));
+    const Points composite{{0, 0}, {100, 90}, {255, 255}};
+    f.widget.SetValue(WithComposite(composite));
+    const QPoint from = f.document.mapToScene(100, 80).toPoint();
+    const QPoint to = from + QPoint(60, 40);
+    const YDRGBA32i color = YDCurvesWidget::CalcAvgColor(f.source, QRect(from, to), YDRGBA32i());
+    Announcements told(f.widget);
+    QTest::mouseClick(f.Child<QToolButton>(qPrintable(picker)), Qt::LeftButton);
+    f.DragOnDocument(from, to);
+    QTRY_VERIFY_WITH_TIMEOUT(f.widget.GetValue().curves[3] != Straight, PatienceMs);
+    const int levels[] = {color.r, color.g, color.b};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const Points expected = picker == QStringLiteral("m_pBlack") ? Points({{levels[i], 0}, {255, 255}})
+                                : picker == QStringLiteral("m_pGray")
+                                    ? Points({{0, 0}, {levels[i], 128}, {255, 255}})
+                                    : Points({{0, 0}, {levels[i], 255}});
+        QCOMPARE(f.widget.GetValue().curves[i + 1], expected);
+    }
+    QCOMPARE(f.Composite(), composite);
+    // Windows that gain and lose the focus deselect nodes besides.
+    QCOMPARE(told.Take().remove(QStringLiteral("node")).simplified(), QStringLiteral("host value data"));
+    QVERIFY(f.Child<QToolButton>(qPrintable(picker))->isChecked()); // for another one
+    // What was picked becomes black, grey or white in the preview.
+    f.widget.SetValue([&f] {
+        Params params = f.widget.GetValue();
+        params.curves[0] = Straight;
+        return params;
+    }());
+    const RGBA32iImage spot(1, 1);
+    spot.Row(0)[0] = color;
+    const RGBA32iImage converted = Converted(f.widget, spot);
+    const int tone = picker == QStringLiteral("m_pBlack")  ? 0
+                     : picker == QStringLiteral("m_pGray") ? 128
+                                                           : 255;
+    QVERIFY(converted.Row(0)[0] == YDRGBA32i(quint8(tone), quint8(tone), quint8(tone), 255));
+}
+
+void TestYDCurvesWidget::AClickPicksOnePixel()
+{
+    PickFixture f(TestPictures::Noise(300, 200));
+    f.black->setChecked(true);
+    f.DragOnDocument({150, 100}, {150, 100});
+    const int red = f.source.Row(100)[150].r;
+    QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[1], Points({{red, 0}, {255, 255}}), PatienceMs);
+}
+
+void TestYDCurvesWidget::ADragInAnyDirectionPicksTheSame()
+{
+    PickFixture f(TestPictures::Noise(300, 200));
+    const QRect area(QPoint(100, 60), QPoint(101, 90));
+    const YDRGBA32i color = YDCurvesWidget::CalcAvgColor(f.source, area, YDRGBA32i());
+    const Points expected{{0, 0}, {color.g, 128}, {255, 255}};
+    const QPoint corners[][2] = {{area.topLeft(), area.bottomRight()},
+                                 {area.bottomRight(), area.topLeft()},
+                                 {area.topRight(), area.bottomLeft()},
+                                 {area.bottomLeft(), area.topRight()}};
+    f.gray->setChecked(true);
+    for (const auto& [from, to] : corners) {
+        f.widget.SetValue(Params());
+        f.DragOnDocument(from, to);
+        QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[2], expected, PatienceMs);
+    }
+}
+
+void TestYDCurvesWidget::APickOutsideThePictureYieldsTheFallback_data()
+{
+    QTest::addColumn<QString>("picker");
+    QTest::addColumn<Points>("expected");
+    QTest::newRow("black") << "m_pBlack" << Points({{0, 0}, {200, 220}});
+    QTest::newRow("gray") << "m_pGray" << Points({{30, 40}, {128, 128}, {200, 220}});
+    QTest::newRow("white") << "m_pWhite" << Points({{30, 40}, {255, 255}});
+}
+
+void TestYDCurvesWidget::APickOutsideThePictureYieldsTheFallback()
+{
+    QFETCH(QString, picker);
+    QFETCH(Points, expected);
+    PickFixture f(TestPictures::Grey(100, 50, 200));
+    Params params;
+    params.curves[1] = {{30, 40}, {200, 220}};
+    f.widget.SetValue(params);
+    f.Child<QToolButton>(qPrintable(picker))->setChecked(true);
+    f.widget.MousePressed({500, 500}, Qt::LeftButton);
+    f.widget.MouseReleased({600, 600}, Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[1], expected, PatienceMs);
+}
+
+void TestYDCurvesWidget::PointsWithEqualXAfterAPickDoNoHarm()
+{
+    PickFixture f(TestPictures::Grey(300, 200, 0));
+    f.channel->setCurrentIndex(1);
+    f.gray->setChecked(true);
+    f.DragOnDocument({10, 10}, {20, 20}); // grey goes where black is
+    const Points expected{{0, 0}, {0, 128}, {255, 255}};
+    QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[1], expected, PatienceMs);
+    QCOMPARE(f.Nodes().size(), 3);
+    QCOMPARE(f.Curve(), YDCurvesWidget::BuildSpline(expected));
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, f.source), Applied(f.widget.GetValue(), f.source)));
+    QCOMPARE(int(Converted(f.widget, f.source).Row(0)[0].r), 128);
+    f.ClickPoint({0, 128});
+    f.DragTo({3, 128}); // still too near
+    QCOMPARE(f.widget.GetValue().curves[1], expected);
+    f.DragTo({4, 120});
+    QCOMPARE(f.widget.GetValue().curves[1], Points({{0, 0}, {4, 120}, {255, 255}}));
+}
+
+void TestYDCurvesWidget::APickWhileAnotherRunsFollowsIt()
+{
+    const RGBA32iImage picture = TestPictures::Grey(600, 400, 50);
+    for (int y = 200; y < 400; ++y)
+        std::fill_n(picture.Row(y), 600, YDRGBA32i(90, 90, 90, 255));
+    PickFixture f(picture);
+    f.black->setChecked(true);
+    QSignalSpy data(&f.widget, &YDAdjustmentWidget::DataChanged);
+    f.DragOnDocument({10, 10}, {500, 190});
+    f.DragOnDocument({10, 20}, {500, 150});
+    f.DragOnDocument({10, 210}, {500, 390});
+    QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[1], Points({{90, 0}, {255, 255}}), PatienceMs);
+    QTest::qWait(QuietMs);
+    QCOMPARE(data.count(), 2); // the first, and one for both that came meanwhile
+}
+
+void TestYDCurvesWidget::ResetDropsTheRunningPick()
+{
+    PickFixture f(TestPictures::Grey(300, 200, 50));
+    f.white->setChecked(true);
+    f.DragOnDocument({10, 10}, {200, 190});
+    f.DragOnDocument({10, 10}, {200, 190}); // pending
+    f.widget.Reset();
+    QThreadPool::globalInstance()->waitForDone();
+    QTest::qWait(QuietMs);
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
+    f.DragOnDocument({10, 10}, {200, 190});
+    QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[1], Points({{0, 0}, {50, 255}}), PatienceMs);
+}
+
+void TestYDCurvesWidget::OnePickerIsCheckedAtATime()
+{
+    PickFixture f(TestPictures::Grey(300, 200, 50));
+    QToolButton* const pickers[] = {f.black, f.gray, f.white};
+    for (QToolButton* const picker : {f.black, f.gray, f.white, f.black}) {
+        QTest::mouseClick(picker, Qt::LeftButton);
+        for (const QToolButton* const other : pickers)
+            QCOMPARE(other->isChecked(), other == picker);
+        QCOMPARE(f.CursorShape(), Qt::BitmapCursor);
+    }
+    f.DragOnDocument({10, 10}, {20, 20}); // the watch went from one to the next
+    QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[1], Points({{50, 0}, {255, 255}}), PatienceMs);
+    QTest::mouseClick(f.black, Qt::LeftButton);
+    f.widget.SetValue(Params());
+    f.DragOnDocument({10, 10}, {20, 20});
+    QTest::qWait(QuietMs);
+    QCOMPARE(f.widget.GetValue().curves[1], Straight);
+}
+
+void TestYDCurvesWidget::APickerTakesAndGivesBackCursorAndDragMode()
+{
+    PickFixture f(TestPictures::Grey(300, 200, 50));
+    QCOMPARE(f.CursorShape(), Qt::ArrowCursor);
+    f.gray->setChecked(true);
+    QCOMPARE(f.CursorShape(), Qt::BitmapCursor);
+    QCOMPARE(f.document.viewport()->cursor().hotSpot(), QPoint(2, 14));
+    QCOMPARE(f.document.viewport()->cursor().pixmap().devicePixelRatio(), f.document.devicePixelRatioF());
+    QCOMPARE(f.document.dragMode(), QGraphicsView::NoDrag);
+    QWidget* const viewport = f.document.viewport();
+    QTest::mousePress(viewport, Qt::LeftButton, Qt::KeyboardModifiers(), f.DocumentPlace({20, 20}));
+    QCOMPARE(f.document.dragMode(), QGraphicsView::RubberBandDrag);
+    MoveMouse(viewport, f.DocumentPlace({90, 70}), Qt::LeftButton);
+    QVERIFY(!f.document.rubberBandRect().isEmpty());
+    QCOMPARE(f.CursorShape(), Qt::BitmapCursor);
+    QTest::mouseRelease(viewport, Qt::LeftButton, Qt::KeyboardModifiers(), f.DocumentPlace({90, 70}));
+    QCOMPARE(f.document.dragMode(), QGraphicsView::NoDrag);
+    QVERIFY(f.document.rubberBandRect().isEmpty());
+    f.gray->setChecked(false);
+    QCOMPARE(f.CursorShape(), Qt::ArrowCursor);
+}
+
+void TestYDCurvesWidget::OtherMouseButtonsDoNotPick()
+{
+    PickFixture f(TestPictures::Grey(300, 200, 50));
+    f.black->setChecked(true);
+    QWidget* const viewport = f.document.viewport();
+    QTest::mouseClick(viewport, Qt::RightButton, Qt::KeyboardModifiers(), f.DocumentPlace({20, 20}));
+    QCOMPARE(f.document.dragMode(), QGraphicsView::NoDrag);
+    QTest::mouseRelease(viewport, Qt::LeftButton, Qt::KeyboardModifiers(), f.DocumentPlace({20, 20}));
+    QTest::qWait(QuietMs);
+    QCOMPARE(f.widget.GetValue().curves[1], Straight);
+}
+
+void TestYDCurvesWidget::UncheckingWhileDraggingEndsTheDrag()
+{
+    PickFixture f(TestPictures::Grey(300, 200, 50));
+    f.black->setChecked(true);
+    QWidget* const viewport = f.document.viewport();
+    QTest::mousePress(viewport, Qt::LeftButton, Qt::KeyboardModifiers(), f.DocumentPlace({20, 20}));
+    f.black->setChecked(false);
+    QCOMPARE(f.document.dragMode(), QGraphicsView::NoDrag);
+    QTest::mouseRelease(viewport, Qt::LeftButton, Qt::KeyboardModifiers(), f.DocumentPlace({90, 90}));
+    f.black->setChecked(true);
+    QTest::mouseRelease(viewport, Qt::LeftButton, Qt::KeyboardModifiers(), f.DocumentPlace({90, 90}));
+    QTest::qWait(QuietMs);
+    QCOMPARE(f.widget.GetValue().curves[1], Straight);
+}
+
+void TestYDCurvesWidget::AnotherViewUnchecksThePickers()
+{
+    PickFixture f(TestPictures::Grey(300, 200, 50));
+    KVDocumentView other;
+    other.SetImage(f.source);
+    f.black->setChecked(true);
+    f.widget.SetView(&other);
+    QVERIFY(!f.black->isChecked());
+    QCOMPARE(f.CursorShape(), Qt::ArrowCursor);
+    f.DragOnDocument({10, 10}, {20, 20}); // the old view is not watched any more
+    f.white->setChecked(true);
+    QCOMPARE(other.viewport()->cursor().shape(), Qt::BitmapCursor);
+    QCOMPARE(f.CursorShape(), Qt::ArrowCursor);
+    f.widget.SetView(nullptr);
+    QVERIFY(!f.white->isChecked());
+    QCOMPARE(other.viewport()->cursor().shape(), Qt::ArrowCursor);
+    f.gray->setChecked(true);
+    f.gray->setChecked(false);
+    QTest::qWait(QuietMs);
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
+    // What the shell does with a view is still done.
+    f.widget.SetView(&f.document);
+    auto* const preview = f.Child<QAbstractButton>("m_pPreviewSlider");
+    preview->setChecked(!preview->isChecked());
+    QCOMPARE(f.document.IsSplitterHidden(), preview->isChecked());
+}
+
+void TestYDCurvesWidget::TheViewMayGoWhileAPickerIsChecked()
+{
+    for (const bool isDragging : {false, true}) {
+        Fixture f;
+        auto view = std::make_unique<KVDocumentView>();
+        view->SetImage(TestPictures::Grey(300, 200, 50));
+        f.widget.SetView(view.get());
+        f.black->setChecked(true);
+        if (isDragging)
+            f.widget.MousePressed({1, 1}, Qt::LeftButton);
+        view.reset();
+        f.widget.MouseReleased({5, 5}, Qt::LeftButton); // of no picture: the fallback
+        f.gray->setChecked(true);
+        f.widget.SetView(nullptr);
+        QVERIFY(!f.gray->isChecked());
+    }
+    Fixture f;
+    KVDocumentView view;
+    f.widget.SetView(&view);
+    f.white->setChecked(true);
+    delete view.scene();
+    f.gray->setChecked(true);
+    f.gray->setChecked(false);
+    QGraphicsScene scene;
+    view.setScene(&scene);
+    f.gray->setChecked(true);
+    QTest::mousePress(view.viewport(), Qt::LeftButton);
+    f.widget.SetView(nullptr);
+    QCOMPARE(view.dragMode(), QGraphicsView::NoDrag);
+}
+
+void TestYDCurvesWidget::TheWidgetMayGoWhileAPickerIsChecked_data()
+{
+    QTest::addColumn<int>("picks");
+    QTest::newRow("dragging") << 0;
+    QTest::newRow("one runs") << 1;
+    QTest::newRow("one runs, one is pending") << 2;
+}
+
+void TestYDCurvesWidget::TheWidgetMayGoWhileAPickerIsChecked()
+{
+    QFETCH(int, picks);
+    KVDocumentView view;
+    view.SetImage(TestPictures::Grey(300, 200, 50));
+    {
+        YDCurvesWidget widget(true, nullptr, Qt::WindowFlags());
+        widget.SetImage(TestPictures::Noise(2000, 1500), RGBA32iImage(), QPoint(), QRect());
+        widget.SetView(&view);
+        widget.findChild<QToolButton*>(QStringLiteral("m_pGray"))->setChecked(true);
+        for (int i = 0; i < picks; ++i) {
+            widget.MousePressed({0, 0}, Qt::LeftButton);
+            widget.MouseReleased({1999, 1499}, Qt::LeftButton);
+        }
+        widget.MousePressed({0, 0}, Qt::LeftButton);
+        QCOMPARE(view.dragMode(), QGraphicsView::RubberBandDrag);
+    }
+    QCOMPARE(view.dragMode(), QGraphicsView::NoDrag);
+    QCOMPARE(view.viewport()->cursor().shape(), Qt::ArrowCursor);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton);
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+}
+
+void TestYDCurvesWidget::PickersAreSafeInAPanelWithoutAView()
+{
+    Fixture f(false);
+    for (QToolButton* const picker : {f.black, f.gray, f.white}) {
+        picker->setChecked(true);
+        f.widget.MousePressed({1, 1}, Qt::LeftButton);
+        f.widget.MouseReleased({9, 9}, Qt::LeftButton);
+    }
+    f.widget.SetView(nullptr);
+    KVDocumentView view;
+    f.widget.SetView(&view);
+    f.white->setChecked(true);
+    f.widget.SetView(nullptr);
+    f.widget.OnBlackFinished(); // nothing has run
+    QVERIFY(!f.white->isChecked());
+    QThreadPool::globalInstance()->waitForDone();
+}
+
+void TestYDCurvesWidget::ConversionAndPreviewApplyTheCurves()
+{
+    Fixture f;
+    Params params = WithComposite({{0, 20}, {90, 60}, {255, 240}});
+    params.curves[1] = {{10, 0}, {255, 255}};
+    params.curves[3] = {{0, 255}, {255, 0}};
+    f.widget.SetValue(params);
+    const RGBA32iImage source = TestPictures::Noise(500, 300);
+    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
+    f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), Applied(params, source)));
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), Applied(params, source)));
+    QVERIFY(!TestPictures::AreEqual(Applied(params, source), source));
+    f.Press(f.PlaceOf({90, 60})); // a drag has a preview follow
+    f.DragTo({120, 200});
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 2, PatienceMs);
+    params.curves[0][1] = {120, 200};
+    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), Applied(params, source)));
+}
+
+void TestYDCurvesWidget::TheHistogramFollowsTheSourceAndTheChannel()
+{
+    Fixture f;
+    auto* const histogram = f.Child<HistogramWidget>("m_pHistogramm");
+    QCOMPARE(histogram->GetChannel(), 7);
+    f.widget.SetImage(TestPictures::Grey(30, 20, 5), RGBA32iImage(), QPoint(), QRect());
+    QTRY_COMPARE_WITH_TIMEOUT(histogram->GetCount(0, 5), qint64(600), PatienceMs);
+    YDSharedImage<RGBA32iImage> attached(TestPictures::Grey(10, 10, 9));
+    f.widget.AttachRGB32iImage(&attached);
+    QTRY_COMPARE_WITH_TIMEOUT(histogram->GetCount(2, 9), qint64(100), PatienceMs);
+    attached.SetImage(TestPictures::Grey(20, 10, 8));
+    f.widget.UpdateHistogramm();
+    QTRY_COMPARE_WITH_TIMEOUT(histogram->GetCount(2, 8), qint64(200), PatienceMs);
+    QImage image(5, 5, QImage::Format_RGB32);
+    image.fill(qRgb(1, 2, 3));
+    YDSharedImage<QImage> attachedImage(image);
+    f.widget.AttachQImage(&attachedImage);
+    QTRY_COMPARE_WITH_TIMEOUT(histogram->GetCount(2, 3), qint64(25), PatienceMs);
+    f.channel->setCurrentIndex(3);
+    QCOMPARE(histogram->GetChannel(), 4);
+    f.widget.SetImage(RGBA32iImage(), RGBA32iImage(), QPoint(), QRect());
+    QTRY_COMPARE_WITH_TIMEOUT(histogram->GetPixelsCount(), qint64(0), PatienceMs);
+}
+
+QTEST_MAIN(TestYDCurvesWidget)
+#include "tst_YDCurvesWidget.moc"
