@@ -1,11 +1,13 @@
 #include "BenchAdjustments.h"
 
 #include "YDAverageTintRGB32.h"
+#include "gui/YodiCustomSlider.h"
 #include "image/YDHueSaturationTransformation.h"
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 #include "image/YDIterativeColorBalanceTransformation.h"
 #include "image/YDIterativeColorizeTransformation.h"
+#include "image/YDIterativeCurvesTransformation.h"
 #include "image/YDIterativeExposureTransformation.h"
 #include "image/YDIterativeGammaCorrectionTransformation.h"
 #include "image/YDIterativePhotoFilterTransformation.h"
@@ -13,7 +15,27 @@
 #include "image/YDTemperatureCorrection.h"
 #include "image/YDThresholdRGB32.h"
 
+#include <array>
+
 namespace {
+
+/// A contrast curve for all channels, and a correction of each.
+BenchAdjustment::Rule ContrastCurves()
+{
+    const std::array<QVector<QPoint>, 4> curves{{{{0, 0}, {64, 48}, {192, 208}, {255, 255}},
+                                                 {{10, 0}, {255, 255}},
+                                                 {{0, 0}, {240, 255}},
+                                                 {{0, 20}, {255, 255}}}};
+    return RuleOf(YDIterativeCurvesTransformation(curves.data(), 100));
+}
+
+bool MoveFirstHandle(QObject* control, const QVariant& value)
+{
+    auto* const slider = qobject_cast<YodiCustomSlider*>(control);
+    if (slider)
+        slider->ChangeValue(0, value.toInt());
+    return slider;
+}
 
 BenchAdjustment::Rule BalancedTones()
 {
@@ -47,6 +69,7 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          {1.0, -1.0}},
         {"gamma", RuleOf(YDIterativeGammaCorrectionTransformation(2.2)), "m_pGammaSpin", "value", {2.2, 0.5}},
         {"posterize", RuleOf(YDIterativePosterizeTransformation(8)), "m_pPosterizeSpin", "value", {8, 16}},
+        {"curves", ContrastCurves(), "m_pInputSlider", "first handle", {40, 20}, "{}", MoveFirstHandle},
         {"threshold", RuleOf(YDThresholdRGB32()), "m_pThresholdLevel", "value", {100, 160}},
         {"hue-saturation",
          RuleOf(YDHueSaturationTransformation(40, 25, -10, false)),

@@ -27,6 +27,8 @@ struct BenchAdjustment
     const char* property;        ///< of the control, such as "value"
     QVariant values[2];          ///< what the property is set to in turn; each asks for a new preview
     const char* settings = "{}"; ///< JSON of what the dialog shows at first besides its defaults
+    /// How the control is set where that is no property of it; false if it is not the control meant.
+    bool (*set)(QObject* control, const QVariant& value) = nullptr;
 };
 
 /// Every adjustment that is measured, a line each.

@@ -62,7 +62,10 @@ PreviewProbe::~PreviewProbe() = default;
 void PreviewProbe::ChangeControl()
 {
     QObject* const control = m_widget->findChild<QObject*>(QString::fromLatin1(m_adjustment.control));
-    if (!control || !control->setProperty(m_adjustment.property, m_adjustment.values[m_nextValue]))
+    const QVariant& value = m_adjustment.values[m_nextValue];
+    const bool isSet = control && (m_adjustment.set ? m_adjustment.set(control, value)
+                                                    : control->setProperty(m_adjustment.property, value));
+    if (!isSet)
         qFatal("%s has no %s with a %s", m_adjustment.name.c_str(), m_adjustment.control,
                m_adjustment.property);
     m_nextValue = 1 - m_nextValue;

@@ -1,6 +1,7 @@
 #include "AdjustmentRows.h"
 #include "BenchAdjustments.h"
 #include "BenchPictures.h"
+#include "CurveMoveRow.h"
 #include "EventLoopGaps.h"
 #include "LimitRows.h"
 #include "TableReporter.h"
@@ -15,7 +16,7 @@
 
 namespace {
 
-constexpr int GapsMegapixels = 24;
+constexpr int EditorMegapixels = 24; ///< of the picture behind rows that measure what a user feels
 
 /// The rows of one size together, so that its pictures are made once.
 void RegisterRows()
@@ -24,8 +25,10 @@ void RegisterRows()
         RegisterLimitRows(megapixels);
         for (const BenchAdjustment& adjustment : BenchAdjustments())
             RegisterAdjustmentRows(adjustment, megapixels);
-        if (megapixels == GapsMegapixels)
+        if (megapixels == EditorMegapixels) {
+            RegisterCurveMoveRow(megapixels);
             RegisterEventLoopGaps(BenchAdjustments().front(), megapixels);
+        }
     }
 }
 
