@@ -177,9 +177,9 @@ void TestYDTemperatureCorrection::LowTemperaturesWarmAndHighOnesCool()
 void TestYDTemperatureCorrection::TintGoesFromGreenToMagenta()
 {
     // Green changes by 2^(1/2) against the others: with 0.2848 of the luma in red and blue
-    // 100 / (0.2848 + 0.7152 * 1.41421) = 77.15, and 100 / (0.2848 + 0.7152 / 1.41421) = 126.50.
-    QCOMPARE(Text(Changed({6500, 100, -100}, Pixel(100, 100, 100))), Text(Pixel(77, 109, 77)));
-    QCOMPARE(Text(Changed({6500, 100, 100}, Pixel(100, 100, 100))), Text(Pixel(126, 89, 126)));
+    // 80 / (0.2848 + 0.7152 * 1.41421) = 61.72, and 80 / (0.2848 + 0.7152 / 1.41421) = 101.20.
+    QCOMPARE(Text(Changed({6500, 100, -100}, Pixel(80, 80, 80))), Text(Pixel(62, 87, 62)));
+    QCOMPARE(Text(Changed({6500, 100, 100}, Pixel(80, 80, 80))), Text(Pixel(101, 72, 101)));
 }
 
 void TestYDTemperatureCorrection::BlackAndWhiteStay()

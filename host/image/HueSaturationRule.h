@@ -22,9 +22,10 @@ struct HueSaturationRule
         Colorize,   ///< a hue and a saturation for all, lightness from the luma
     };
 
-    static constexpr int One = 1 << 14;   ///< of the factors
-    static constexpr int Sixth = 1 << 12; ///< of the circle of hues
-    static constexpr int Level = 1 << 6;  ///< of the results before they are rounded
+    static constexpr int One = 1 << 14;    ///< of the factors
+    static constexpr int Sixth = 1 << 12;  ///< of the circle of hues
+    static constexpr int Level = 1 << 6;   ///< of the results before they are rounded
+    static constexpr int Raised = 1 << 12; ///< of the factor that raises chroma
     static constexpr int TopLevel = 255 * Level;
     static constexpr int LumaShift = Luma709::Shift - 7; ///< leaves 128ths of a level
 
@@ -34,8 +35,8 @@ struct HueSaturationRule
     int addedLightness = 0;        ///< what is added to it, in parts of a level
     int keptChroma = One;          ///< Weaken: share of the chroma that is kept
     int strength = 0;              ///< Strengthen: per cent
-    float strengthened = 0.0f;     ///< Strengthen: lightness' share in parts that fit `strength`
-    float mostStrengthened = 0.0f; ///< Strengthen: bound of the factor of the chroma
+    float strengthened = 0.0f;     ///< Strengthen: 100 times the share of the lightness, in Raised
+    float mostStrengthened = 0.0f; ///< Strengthen: bound of what the chroma is multiplied by, in Raised
     int hueOf[3] = {};             ///< Colorize: blue, green, red, times saturation, -One..One
 
     void operator()(YDRGBA32i& pixel) const
@@ -65,11 +66,11 @@ struct HueSaturationRule
         const int middle = LightnessOf(64 * turned.sum);
         const int most = std::min(turned.sum, 510 - turned.sum); // chroma that this lightness has room for
         const int divisor = strength * turned.chroma + (100 - strength) * most;
-        const float factor =
-            std::min(float(most) * strengthened / float(std::max(divisor, 1)), mostStrengthened);
-        pixel.b = Rounded(middle + int(float(turned.b) * factor));
-        pixel.g = Rounded(middle + int(float(turned.g) * factor));
-        pixel.r = Rounded(middle + int(float(turned.r) * factor));
+        const float quotient = float(most) * strengthened / float(std::max(divisor, 1));
+        const int factor = int(std::min(quotient, mostStrengthened));
+        pixel.b = Rounded(middle + 2 * MulFixedPoint15(16 * turned.b, factor));
+        pixel.g = Rounded(middle + 2 * MulFixedPoint15(16 * turned.g, factor));
+        pixel.r = Rounded(middle + 2 * MulFixedPoint15(16 * turned.r, factor));
     }
 
     void Colorize(YDRGBA32i& pixel) const

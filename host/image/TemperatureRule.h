@@ -1,55 +1,65 @@
 #pragma once
 
 #include "image/Luma709.h"
+#include "image/MulFixedPoint15.h"
 #include "image/YDRGBA32i.h"
 
 #include <algorithm>
 
 /// The constants of one YDTemperatureCorrection, and its pixel form.
 ///
-/// Sums of products of 16-bit numbers, but for the chroma's factor: quotients and products of numbers that a
-/// float holds exactly, each correctly rounded and none added to another, so that they are the same wherever
-/// they are computed.
+/// All numbers fit into 16 bits, so that vectors hold two a pixel; the quotients are correctly rounded
+/// divisions, so that they are the same wherever they are computed.
 struct TemperatureRule
 {
     static constexpr const char* Kernel = "TemperatureRow";
 
-    struct Weights
+    /// Of blue, green and red.
+    struct Factors
     {
         int b;
         int g;
         int r;
-
-        constexpr int Of(const YDRGBA32i& pixel) const { return b * pixel.b + g * pixel.g + r * pixel.r; }
     };
 
-    static constexpr int Shift = 14; ///< of weights and gains, and so of all that they make of levels
-    static constexpr int One = 1 << Shift;
-    static constexpr int White = 255 * One;
-    static constexpr Weights Luma{Luma709::Blue / 2, Luma709::Green / 2, Luma709::Red / 2};
+    static constexpr int One = 1 << 14;  ///< of gains, weights and shares
+    static constexpr int Level = 1 << 6; ///< of what they make of levels
+    static constexpr int White = 255 * Level;
+    static constexpr int Chroma = 1 << 12; ///< of the factor of the chroma
+    static constexpr Factors Luma{Luma709::Blue / 2, Luma709::Green / 2, Luma709::Red / 2};
 
-    Weights gains{One, One, One}; ///< the greatest of them One
-    Weights gainedLuma = Luma;    ///< luma after the gains
-    Weights mixedLuma{0, 0, 0};   ///< luma times strength
-    int kept = One;               ///< one less strength
-    float mostChroma = 2.0f;      ///< bound of the factor that restores the luma
-    float strength = 0.0f;        ///< 0..1
+    Factors gains{One, One, One}; ///< the greatest of them One
+    Factors gainedLuma = Luma;    ///< luma after the gains
+    int kept = One;               ///< share of what was
+    int mixed = 0;                ///< the other share
+    float mostChroma = 1.0f;      ///< bound of the factor that restores the luma
+    float strength = 0.0f;        ///< the other share, in Chroma
 
     void operator()(YDRGBA32i& pixel) const
     {
-        const int luma = Luma.Of(pixel);
-        const int gained = gainedLuma.Of(pixel);
-        const int b = gains.b * pixel.b, g = gains.g * pixel.g, r = gains.r * pixel.r;
-        const int highest = std::max({b, g, r});
+        const Factors before{128 * pixel.b, 128 * pixel.g, 128 * pixel.r};
+        const Factors gained{MulFixedPoint15(before.b, gains.b), MulFixedPoint15(before.g, gains.g),
+                             MulFixedPoint15(before.r, gains.r)};
+        const int luma = Sum(before, Luma);
+        const int newLuma = Sum(before, gainedLuma);
         // As bright as before, and no channel past white.
-        const float restored = float(luma) / float(std::max(gained, 1));
-        const float fitting = float(White - luma) / float(std::max(highest - gained, 1));
-        const float chroma = std::min(std::min(restored, fitting), mostChroma) * strength;
-        const int grey = mixedLuma.Of(pixel) + One / 2;
-        const auto mixed = [=](int before, int channel) {
-            return quint8((kept * before + grey + int(float(channel - gained) * chroma)) / One);
+        const float restored = float(luma) / float(std::max(newLuma, 1));
+        const float fitting =
+            float(White - luma) / float(std::max(std::max({gained.b, gained.g, gained.r}) - newLuma, 1));
+        const int chroma = int(std::min(std::min(restored, fitting), mostChroma) * strength);
+        const int grey = MulFixedPoint15(2 * luma, mixed) + Level / 2;
+        const auto mix = [=](int channel, int gainedChannel) {
+            const int change = 4 * MulFixedPoint15(2 * (gainedChannel - newLuma), chroma);
+            return quint8((MulFixedPoint15(channel, kept) + grey + change) / Level);
         };
-        pixel = {mixed(pixel.b, b), mixed(pixel.g, g), mixed(pixel.r, r), pixel.a};
+        pixel = {mix(before.b, gained.b), mix(before.g, gained.g), mix(before.r, gained.r), pixel.a};
+    }
+
+private:
+    static int Sum(const Factors& channels, const Factors& weights)
+    {
+        return MulFixedPoint15(channels.b, weights.b) + MulFixedPoint15(channels.g, weights.g) +
+               MulFixedPoint15(channels.r, weights.r);
     }
 };
 

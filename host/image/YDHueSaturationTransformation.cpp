@@ -9,7 +9,7 @@ using Rule = HueSaturationRule;
 constexpr int FullTurn = 360;
 constexpr double Sector = 60.0; // degrees from one primary or secondary hue to the next
 constexpr int Full = 100;
-constexpr double MostStrengthening = 8.0; // times the chroma: the noise of greys does not become colours
+constexpr int MostStrengthening = 8; // times the chroma: the noise of greys does not become colours
 
 int Scaled(double factor, int one) { return static_cast<int>(std::lround(factor * one)); }
 
@@ -33,12 +33,11 @@ void SetColour(Rule& rule, int degrees, int saturation)
 
 void SetSaturation(Rule& rule, int saturation, double lightness)
 {
-    constexpr double LevelsInSixteenths = Rule::Level / 16.0; // of what the distances are measured in
     rule.kind = saturation > 0 ? Rule::Kind::Strengthen : Rule::Kind::Weaken;
     rule.keptChroma = Scaled(lightness * std::min(saturation + Full, Full) / Full, Rule::One);
     rule.strength = std::max(saturation, 0);
-    rule.strengthened = static_cast<float>(lightness * Full * LevelsInSixteenths);
-    rule.mostStrengthened = static_cast<float>(lightness * MostStrengthening * LevelsInSixteenths);
+    rule.strengthened = static_cast<float>(lightness * Full * Rule::Raised);
+    rule.mostStrengthened = static_cast<float>(lightness * (MostStrengthening * Rule::Raised - 1));
 }
 
 } // namespace

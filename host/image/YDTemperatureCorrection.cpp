@@ -92,7 +92,7 @@ Rgb Gains(int kelvin, int tint)
     return {bounded(gains.r), bounded(gains.g), bounded(gains.b)};
 }
 
-TemperatureRule::Weights Scaled(const Rgb& factors, const TemperatureRule::Weights& weights)
+TemperatureRule::Factors Scaled(const Rgb& factors, const TemperatureRule::Factors& weights)
 {
     const auto scaled = [](double factor, int weight) {
         return static_cast<int>(std::lround(factor * weight));
@@ -105,15 +105,17 @@ TemperatureRule::Weights Scaled(const Rgb& factors, const TemperatureRule::Weigh
 void YDTemperatureCorrection::SetData(int temperature, int strength, int tint)
 {
     constexpr int One = TemperatureRule::One;
+    constexpr double HighestFactor = 32767.0 / TemperatureRule::Chroma;
     const Rgb gains = Gains(temperature, tint);
-    const double share = std::clamp(strength, 0, Full) / double(Full);
+    const int share = std::clamp(strength, 0, Full);
     m_rule.gains = Scaled(gains, {One, One, One});
     m_rule.gainedLuma = Scaled(gains, TemperatureRule::Luma);
-    m_rule.mixedLuma = Scaled({share, share, share}, TemperatureRule::Luma);
-    m_rule.kept = static_cast<int>(std::lround((1.0 - share) * One));
-    const TemperatureRule::Weights& luma = m_rule.gainedLuma;
-    m_rule.mostChroma = static_cast<float>(MostChroma * One / (luma.b + luma.g + luma.r));
-    m_rule.strength = static_cast<float>(share);
+    m_rule.mixed = (share * One + Full / 2) / Full;
+    m_rule.kept = One - m_rule.mixed;
+    const TemperatureRule::Factors& luma = m_rule.gainedLuma;
+    const double chromaOfGreys = double(One) / (luma.b + luma.g + luma.r);
+    m_rule.mostChroma = static_cast<float>(std::min(MostChroma * chromaOfGreys, HighestFactor));
+    m_rule.strength = static_cast<float>(share * TemperatureRule::Chroma / double(Full));
 }
 
 YDRGBA32i YDTemperatureCorrection::GetTemperatureColor(int kelvin)

@@ -155,43 +155,25 @@ public:
         const Shorts most = hn::Min(turned.sum, hn::Sub(hn::Set(d, int16_t(510)), turned.sum));
         const Shorts divisor = hn::Max(hn::Add(hn::Mul(m_strength, turned.chroma), hn::Mul(m_rest, most)),
                                        hn::Set(d, int16_t(1)));
-        const Factors factors{Factor(FirstOf(most), FirstOf(divisor)),
-                              Factor(SecondOf(most), SecondOf(divisor))};
+        const Shorts factor = FactorOf(ToFloats(most), ToFloats(divisor));
         const Planes& p = turned.distances;
         return Around(LightnessOf(hn::ShiftLeft<6>(turned.sum)),
-                      {Scaled(p.b, factors), Scaled(p.g, factors), Scaled(p.r, factors), p.a});
+                      {Scaled(p.b, factor), Scaled(p.g, factor), Scaled(p.r, factor), p.a});
     }
 
 private:
-    struct Factors
+    HWY_INLINE Shorts FactorOf(FloatPair most, FloatPair divisor) const
     {
-        Floats first;
-        Floats second;
-    };
-
-    static HWY_INLINE Floats FirstOf(Shorts numbers)
-    {
-        const Ints lanes = hn::BitCast(IntTag(), numbers);
-        return hn::ConvertTo(FloatTag(), hn::ShiftRight<16>(hn::ShiftLeft<16>(lanes)));
+        const auto bounded = [this](Floats x, Floats y) {
+            return hn::Min(hn::Div(hn::Mul(x, m_strengthened), y), m_mostStrengthened);
+        };
+        return WholeParts({bounded(most.first, divisor.first), bounded(most.second, divisor.second)});
     }
 
-    static HWY_INLINE Floats SecondOf(Shorts numbers)
+    static HWY_INLINE Shorts Scaled(Shorts distance, Shorts factor)
     {
-        return hn::ConvertTo(FloatTag(), hn::ShiftRight<16>(hn::BitCast(IntTag(), numbers)));
-    }
-
-    HWY_INLINE Floats Factor(Floats most, Floats divisor) const
-    {
-        return hn::Min(hn::Div(hn::Mul(most, m_strengthened), divisor), m_mostStrengthened);
-    }
-
-    static HWY_INLINE Shorts Scaled(Shorts distance, const Factors& factors)
-    {
-        const PixelTag d;
-        const IntTag di;
-        const Ints first = hn::ConvertTo(di, hn::Mul(FirstOf(distance), factors.first));
-        const Ints second = hn::ConvertTo(di, hn::Mul(SecondOf(distance), factors.second));
-        return LowHalves(hn::BitCast(d, first), hn::BitCast(d, second));
+        const Shorts half = hn::MulFixedPoint15(hn::ShiftLeft<4>(distance), factor);
+        return hn::Add(half, half);
     }
 
     Shorts m_strength;

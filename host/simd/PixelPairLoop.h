@@ -77,6 +77,33 @@ HWY_INLINE Shorts WeighedSum(PixelPair pixels, Shorts blueRed, Shorts green)
                        hn::BitCast(d, hn::ShiftRight<8>(sum(pixels.first))));
 }
 
+struct FloatPair
+{
+    Floats first;
+    Floats second;
+};
+
+HWY_INLINE FloatPair ToFloats(Shorts numbers)
+{
+    const FloatTag d;
+    const Ints lanes = hn::BitCast(IntTag(), numbers);
+    return {hn::ConvertTo(d, hn::ShiftRight<16>(hn::ShiftLeft<16>(lanes))),
+            hn::ConvertTo(d, hn::ShiftRight<16>(lanes))};
+}
+
+/// The whole parts of numbers in -32768..32767.
+HWY_INLINE Shorts WholeParts(FloatPair numbers)
+{
+#if HWY_TARGET == HWY_AVX2
+    const Pixels first{_mm256_cvttps_epi32(numbers.first.raw)};
+    const Pixels second{_mm256_cvttps_epi32(numbers.second.raw)};
+#else
+    const Pixels first{_mm512_cvttps_epi32(numbers.first.raw)};
+    const Pixels second{_mm512_cvttps_epi32(numbers.second.raw)};
+#endif
+    return LowHalves(first, second);
+}
+
 #endif
 
 /// MapPixels() with `vectors(PixelPair)`, which answers what two vectors of pixels become.

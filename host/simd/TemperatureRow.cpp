@@ -4,7 +4,7 @@
 #include <hwy/highway.h>
 
 #include "image/TemperatureRule.h"
-#include "simd/PixelLoop.h"
+#include "simd/PixelPairLoop.h"
 #include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -19,75 +19,75 @@ public:
 #else
 public:
     explicit HWY_INLINE TemperatureVectors(const TemperatureRule& rule)
-        : m_luma(TemperatureRule::Luma), m_gainedLuma(rule.gainedLuma), m_mixedLuma(rule.mixedLuma),
-          m_blueGain(PairOfShorts(rule.gains.b, 0)), m_greenGain(PairOfShorts(rule.gains.g, 0)),
-          m_redGain(PairOfShorts(0, rule.gains.r)), m_keptLow(PairOfShorts(rule.kept, 0)),
-          m_keptHigh(PairOfShorts(0, rule.kept)), m_mostChroma(hn::Set(FloatTag(), rule.mostChroma)),
-          m_strength(hn::Set(FloatTag(), rule.strength))
+        : m_luma(TemperatureRule::Luma), m_gains(rule.gains), m_gainedLuma(rule.gainedLuma),
+          m_kept(hn::Set(ShortTag(), int16_t(rule.kept))), m_mixed(hn::Set(ShortTag(), int16_t(rule.mixed))),
+          m_mostChroma(hn::Set(FloatTag(), rule.mostChroma)), m_strength(hn::Set(FloatTag(), rule.strength))
     {}
 
-    HWY_INLINE Pixels operator()(Pixels pixels) const
+    HWY_INLINE PixelPair operator()(PixelPair pixels) const
     {
-        const Words blueRed = BlueRed(pixels);
-        const Words greenAlpha = GreenAlpha(pixels);
-        const Ints gained = m_gainedLuma.Of(blueRed, greenAlpha);
-        const Ints blue = SumOfProducts(blueRed, m_blueGain);
-        const Ints green = SumOfProducts(greenAlpha, m_greenGain);
-        const Ints red = SumOfProducts(blueRed, m_redGain);
-        const Floats chroma =
-            Chroma(m_luma.Of(blueRed, greenAlpha), gained, hn::Max(hn::Max(blue, green), red));
-        const Ints grey =
-            hn::Add(m_mixedLuma.Of(blueRed, greenAlpha), hn::Set(IntTag(), TemperatureRule::One / 2));
-        const auto mixed = [=](Ints kept, Ints channel) {
-            const Floats distance = hn::ConvertTo(FloatTag(), hn::Sub(channel, gained));
-            const Ints changed = hn::ConvertTo(IntTag(), hn::Mul(distance, chroma));
-            return hn::ShiftRight<TemperatureRule::Shift>(hn::Add(hn::Add(kept, grey), changed));
+        const Planes p = SplitPair(pixels);
+        const Planes before{hn::ShiftLeft<7>(p.b), hn::ShiftLeft<7>(p.g), hn::ShiftLeft<7>(p.r), p.a};
+        const Planes gained{hn::MulFixedPoint15(before.b, m_gains.b),
+                            hn::MulFixedPoint15(before.g, m_gains.g),
+                            hn::MulFixedPoint15(before.r, m_gains.r), p.a};
+        const Shorts luma = m_luma.SumOf(before);
+        const Shorts newLuma = m_gainedLuma.SumOf(before);
+        const Shorts highest = hn::Max(hn::Max(gained.b, gained.g), gained.r);
+        const Shorts chroma = Chroma(luma, newLuma, hn::Sub(highest, newLuma));
+        const Shorts grey = hn::Add(hn::MulFixedPoint15(hn::Add(luma, luma), m_mixed),
+                                    hn::Set(ShortTag(), int16_t(TemperatureRule::Level / 2)));
+        const auto mix = [=](Shorts channel, Shorts gainedChannel) {
+            const Shorts distance = hn::Sub(gainedChannel, newLuma);
+            const Shorts change = hn::ShiftLeft<2>(hn::MulFixedPoint15(hn::Add(distance, distance), chroma));
+            static_assert(TemperatureRule::Level == 1 << 6);
+            return hn::ShiftRight<6>(hn::Add(hn::Add(hn::MulFixedPoint15(channel, m_kept), grey), change));
         };
-        return Merge({mixed(SumOfProducts(blueRed, m_keptLow), blue),
-                      mixed(SumOfProducts(greenAlpha, m_keptLow), green),
-                      mixed(SumOfProducts(blueRed, m_keptHigh), red)},
-                     pixels);
+        return MergePair({mix(before.b, gained.b), mix(before.g, gained.g), mix(before.r, gained.r), p.a});
     }
 
 private:
-    class ChannelSum
+    struct Factors
     {
-    public:
-        explicit HWY_INLINE ChannelSum(const TemperatureRule::Weights& weights)
-            : m_blueRed(PairOfShorts(weights.b, weights.r)), m_green(PairOfShorts(weights.g, 0))
+        explicit HWY_INLINE Factors(const TemperatureRule::Factors& factors)
+            : b(hn::Set(ShortTag(), int16_t(factors.b))), g(hn::Set(ShortTag(), int16_t(factors.g))),
+              r(hn::Set(ShortTag(), int16_t(factors.r)))
         {}
 
-        HWY_INLINE Ints Of(Words blueRed, Words greenAlpha) const
+        HWY_INLINE Shorts SumOf(const Planes& channels) const
         {
-            return hn::Add(SumOfProducts(blueRed, m_blueRed), SumOfProducts(greenAlpha, m_green));
+            return hn::Add(hn::Add(hn::MulFixedPoint15(channels.b, b), hn::MulFixedPoint15(channels.g, g)),
+                           hn::MulFixedPoint15(channels.r, r));
         }
 
-    private:
-        Shorts m_blueRed;
-        Shorts m_green;
+        Shorts b;
+        Shorts g;
+        Shorts r;
     };
 
-    HWY_INLINE Floats Chroma(Ints luma, Ints gained, Ints highest) const
+    HWY_INLINE Shorts Chroma(Shorts luma, Shorts newLuma, Shorts headroom) const
     {
-        const FloatTag d;
-        const Ints one = hn::Set(IntTag(), 1);
-        const auto quotient = [=](Ints dividend, Ints divisor) {
-            return hn::Div(hn::ConvertTo(d, dividend), hn::ConvertTo(d, hn::Max(divisor, one)));
-        };
-        const Floats restored = quotient(luma, gained);
-        const Floats fitting =
-            quotient(hn::Sub(hn::Set(IntTag(), TemperatureRule::White), luma), hn::Sub(highest, gained));
+        const Shorts one = hn::Set(ShortTag(), int16_t(1));
+        const FloatPair l = ToFloats(luma);
+        const FloatPair n = ToFloats(hn::Max(newLuma, one));
+        const FloatPair w = ToFloats(hn::Sub(hn::Set(ShortTag(), int16_t(TemperatureRule::White)), luma));
+        const FloatPair h = ToFloats(hn::Max(headroom, one));
+        return WholeParts(
+            {Factor(l.first, n.first, w.first, h.first), Factor(l.second, n.second, w.second, h.second)});
+    }
+
+    HWY_INLINE Floats Factor(Floats luma, Floats newLuma, Floats aboveLuma, Floats headroom) const
+    {
+        const Floats restored = hn::Div(luma, newLuma);
+        const Floats fitting = hn::Div(aboveLuma, headroom);
         return hn::Mul(hn::Min(hn::Min(restored, fitting), m_mostChroma), m_strength);
     }
 
-    ChannelSum m_luma;
-    ChannelSum m_gainedLuma;
-    ChannelSum m_mixedLuma;
-    Shorts m_blueGain;
-    Shorts m_greenGain;
-    Shorts m_redGain;
-    Shorts m_keptLow;
-    Shorts m_keptHigh;
+    Factors m_luma;
+    Factors m_gains;
+    Factors m_gainedLuma;
+    Shorts m_kept;
+    Shorts m_mixed;
     Floats m_mostChroma;
     Floats m_strength;
 #endif
@@ -95,7 +95,7 @@ private:
 
 void TemperatureRow(YDRGBA32i* row, size_t count, const TemperatureRule& rule)
 {
-    MapPixels(row, count, rule, TemperatureVectors(rule));
+    MapPixelPairs(row, count, rule, TemperatureVectors(rule));
 }
 
 } // namespace HWY_NAMESPACE
