@@ -10,6 +10,7 @@
 #include <array>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 class QColor;
 
@@ -119,6 +120,22 @@ template <FlagForm Flags = FlagForm::Byte, class Params>
     return stream.status() == QDataStream::Ok;
 }
 
+template <class Params, class = void>
+struct HasDerived : std::false_type
+{};
+template <class Params>
+struct HasDerived<Params, std::void_t<decltype(std::declval<Params&>().Derive())>> : std::true_type
+{};
+
+/// Brings what follows from the fields up to date, in a record that keeps such values and says so with
+/// `void Derive()`. Whoever fills the fields calls it.
+template <class Params>
+void Derive(Params& params)
+{
+    if constexpr (HasDerived<Params>::value)
+        params.Derive();
+}
+
 /// Reads what follows the tag; false, with the record half read, if the stream ends inside it.
 template <FlagForm Flags = FlagForm::Byte, class Params>
 [[nodiscard]] bool ReadFields(QDataStream& stream, Params& params)
@@ -134,6 +151,7 @@ template <FlagForm Flags = FlagForm::Byte, class Params>
         }
         return true;
     });
+    Derive(params);
     return stream.status() == QDataStream::Ok;
 }
 

@@ -46,8 +46,10 @@ public:
         });
         if (problem.isEmpty() && taken != object.size())
             problem = QCoreApplication::translate("FieldSettings", "a field that there is not");
-        if (problem.isEmpty())
+        if (problem.isEmpty()) {
+            YDRecord::Derive(params);
             m_params = params;
+        }
         return problem;
     }
 
