@@ -10,6 +10,7 @@
 #include "image/YDIterativeCurvesTransformation.h"
 #include "image/YDIterativeExposureTransformation.h"
 #include "image/YDIterativeGammaCorrectionTransformation.h"
+#include "image/YDIterativeLevelsTransformation.h"
 #include "image/YDIterativePhotoFilterTransformation.h"
 #include "image/YDIterativePosterizeTransformation.h"
 #include "image/YDTemperatureCorrection.h"
@@ -45,6 +46,16 @@ BenchAdjustment::Rule BalancedTones()
     return RuleOf(YDIterativeColorBalanceTransformation(CyanRed, MagentaGreen, YellowBlue));
 }
 
+/// Every channel has a table of its own.
+BenchAdjustment::Rule StretchedLevels()
+{
+    constexpr int Input[4][2] = {{20, 230}, {10, 250}, {5, 240}, {0, 220}};
+    constexpr int Output[4][2] = {{0, 250}, {5, 255}, {255, 0}, {10, 245}};
+    constexpr double Gamma[4] = {1.2, 0.8, 1.1, 1.5};
+    constexpr int Strength = 100;
+    return RuleOf(YDIterativeLevelsTransformation(Input, Output, Gamma, Strength));
+}
+
 BenchAdjustment::Rule WarmedLight()
 {
     YDTemperatureCorrection correction;
@@ -70,6 +81,13 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
         {"gamma", RuleOf(YDIterativeGammaCorrectionTransformation(2.2)), "m_pGammaSpin", "value", {2.2, 0.5}},
         {"posterize", RuleOf(YDIterativePosterizeTransformation(8)), "m_pPosterizeSpin", "value", {8, 16}},
         {"curves", ContrastCurves(), "m_pInputSlider", "first handle", {40, 20}, "{}", MoveFirstHandle},
+        {"levels",
+         StretchedLevels(),
+         "m_pLowInput",
+         "value",
+         {20, 30},
+         R"({"input": [[20, 230], [10, 250], [5, 240], [0, 220]], "gamma": [1.2, 0.8, 1.1, 1.5],
+             "output": [[0, 250], [5, 255], [255, 0], [10, 245]]})"},
         {"threshold", RuleOf(YDThresholdRGB32()), "m_pThresholdLevel", "value", {100, 160}},
         {"hue-saturation",
          RuleOf(YDHueSaturationTransformation(40, 25, -10, false)),

@@ -1,6 +1,7 @@
 #include "TestPictures.h"
 #include "YDAdjustmentWidget.h"
 #include "catalog/AdjustmentCatalog.h"
+#include "gui/YodiCustomSlider.h"
 
 #include <QJsonDocument>
 #include <QSet>
@@ -149,6 +150,7 @@ private slots:
     void NeutralSettingsChangeNoPixel();
     void DialogsPreviewWhatPanelsApply_data() { Adjustments(); }
     void DialogsPreviewWhatPanelsApply();
+    void WhatFollowsFromTheFieldsIsShown();
     void TextIsParsedByTheFieldsType_data();
     void TextIsParsedByTheFieldsType();
 
@@ -365,6 +367,17 @@ void TestAdjustmentCatalog::DialogsPreviewWhatPanelsApply()
     const RGBA32iImage image = Applied(Entry(), *settings, source);
     QVERIFY(TestPictures::AreEqual(dialog->AdjustedImage(), image));
     QVERIFY(!TestPictures::AreEqual(image, source));
+}
+
+void TestAdjustmentCatalog::WhatFollowsFromTheFieldsIsShown()
+{
+    const AdjustmentEntry* const levels = AdjustmentCatalog::Find(QStringLiteral("levels"));
+    const auto settings = levels->makeSettings();
+    QCOMPARE(settings->SetFromText(QStringLiteral("gamma=[2, 1, 1, 1]")), QString());
+    const auto panel = levels->makeWidget(false, nullptr);
+    settings->ShowIn(*panel);
+    const auto* const slider = panel->findChild<YodiCustomSlider*>(QStringLiteral("m_pInputSlider"));
+    QCOMPARE(slider->Value(1), 113); // 127 + (-127 * 1000) / 8990
 }
 
 void TestAdjustmentCatalog::TextIsParsedByTheFieldsType_data()

@@ -6,6 +6,7 @@
 #include "YDColorizeWidget.h"
 #include "YDHueSaturationWidget.h"
 #include "YDPhotoFilterWidget.h"
+#include "YDLevelsWidget.h"
 #include "YDTemperatureWidget.h"
 #include "YDThresholdWidget.h"
 #include "YDTintWidget.h"
@@ -71,6 +72,7 @@ std::vector<AdjustmentEntry> ToneEntries()
         StreamlessEntry<YDPosterizeWidget, PosterizeFields>(
             "posterize", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Posterize")),
         RecordEntry<YDCurvesWidget>("curves", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Curves")),
+        RecordEntry<YDLevelsWidget>("levels", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Levels")),
         RecordEntry<YDThresholdWidget>("threshold", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Threshold")),
     };
 }

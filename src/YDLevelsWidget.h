@@ -1,0 +1,130 @@
+#pragma once
+
+#include "YDAdjustmentWidget.h"
+#include "YDRecord.h"
+#include "adjustmentgui_export.h"
+#include "image/YDSharedImage.h"
+
+#include <memory>
+
+class YDHistogramFeed;
+
+namespace Ui {
+class LevelsWidget;
+}
+
+/// Levels: for the composite and each colour channel an input range, the gamma between its ends and an output
+/// range, below the source's histogram.
+///
+/// The spin boxes write the record and the handles of the sliders set the spin boxes; the middle handle shows
+/// the gamma as a place in the input range. The handles keep the input's ends two apart. The spin boxes' own
+/// ranges do so for the channel as it was when it was chosen, so typed ends can meet or cross; the image
+/// library has a result for that too.
+///
+/// A record from outside keeps what it says. Where its channel is none of the four, the panel shows and edits
+/// the composite until another is chosen.
+class ADJUSTMENTGUI_EXPORT YDLevelsWidget : public YDAdjustmentWidget
+{
+    Q_OBJECT
+
+public:
+    struct ADJUSTMENTGUI_EXPORT Params
+    {
+        using Ends = std::array<int, 2>; ///< low and high
+
+        int channel = 0; ///< that the panel shows: 0 composite, 1 red, 2 green, 3 blue
+        std::array<Ends, 4> input{{{0, 255}, {0, 255}, {0, 255}, {0, 255}}};
+        std::array<int, 4> middle{128, 128, 128, 128}; ///< of the input scale; follows from input and gamma
+        std::array<Ends, 4> output{{{0, 255}, {0, 255}, {0, 255}, {0, 255}}}; ///< low above high inverts
+        std::array<double, 4> gamma{1.0, 1.0, 1.0, 1.0};                      ///< above 1 brightens
+
+        static constexpr std::string_view Tag = "KVLevels 1.00000";
+        template <class Self, class Visitor>
+        static bool VisitFields(Self& self, Visitor&& visit)
+        {
+            constexpr YDRecord::Range Levels{0, 255};
+            return visit("channel", self.channel, YDRecord::Range{0, 3}) &&
+                   visit("input", self.input, Levels) && visit("output", self.output, Levels) &&
+                   visit("gamma", self.gamma, YDRecord::Range{0.01, 9.99});
+        }
+        /// Sets `middle`, which is no field of its own, to what the fields say.
+        void Derive();
+        [[nodiscard]] bool Read(QDataStream& stream);
+        [[nodiscard]] bool Write(QDataStream& stream) const;
+    };
+
+    YDLevelsWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags);
+    ~YDLevelsWidget() override;
+
+    Params GetValue() const { return m_params; }
+    /// Shows `params`, as far as the controls reach, without announcing a change.
+    void SetValue(const Params& params);
+
+    /// Where the middle handle stands for a gamma: half-way between the ends for 1, at `low` for 9.99, at
+    /// `high` for 0.01, linear between them. In whole numbers whose divisions truncate: gamma counts in
+    /// thousandths. Any arguments: the result is bounded to what an int holds, and a gamma that is not a
+    /// number counts as 1.
+    static int MiddleValue(int low, int high, double gamma);
+
+    /// The gamma, in thousandths, for which the middle handle stands at `position`; the inverse of
+    /// MiddleValue(), computed in the same way. Any arguments: thousandths are bounded to what an int holds,
+    /// and where a half of the range has no width it counts as one wide.
+    static double ToneValue(int low, int high, int position);
+
+    /// The histogram's channel mask for an index of the channel box; all three for one that it has not.
+    static int IndexToHistogrammChannel(int index);
+
+    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
+                      const QRect& boundingRect) override;
+    void Reset() override;
+    void StartJobWatching(JobWatcher* watcher) override;
+
+    /// Shows the histogram of the picture in `image` in place of the source's, until the source changes or
+    /// another is attached. `image` must live until then; null: none.
+    void AttachQImage(const YDSharedImage<QImage>* image);
+    void AttachRGB32iImage(const YDSharedImage<RGBA32iImage>* image);
+
+    /// Counts the picture of the histogram again.
+    void UpdateHistogramm();
+
+public slots:
+    void OnChannelChanged(int channel);
+    void OnInputChanged(uint handle, int value);
+    void OnOutputChanged(uint handle, int value);
+    void OnLowInputChanged(int value);
+    void OnMiddleInputChanged(double gamma);
+    void OnHighInputChanged(int value);
+    void OnLowOutputChanged(int value);
+    void OnHighOutputChanged(int value);
+    void OnAutoAdjust();
+    void OnSourceChanged();
+    void OnHistogrammComplete();
+
+signals:
+    void ValueChanged();
+
+private:
+    struct LevelsData : YDAdjustmentJob
+    {
+        Params params;
+    };
+
+    void BuildSliders();
+    void Connect();
+    void Disconnect();
+    void SetChannel(int channel);
+    void ShowInput();
+    void ShowOutput();
+    void StoreMiddle(int low, int high, double gamma);
+    std::size_t Edited() const;
+    LevelsData MakeData(const YDAdjustmentJob& job) const;
+    static RGBA32iImage Process(const LevelsData& data);
+
+    const std::unique_ptr<Ui::LevelsWidget> m_ui;
+    std::unique_ptr<YDHistogramFeed> m_feed;
+    Params m_params;
+};
+
+ADJUSTMENTGUI_EXPORT QDataStream& operator<<(QDataStream& stream, const YDLevelsWidget::Params& params);
+/// A record that cannot be read is logged and becomes the default one.
+ADJUSTMENTGUI_EXPORT QDataStream& operator>>(QDataStream& stream, YDLevelsWidget::Params& params);

@@ -1,0 +1,883 @@
+#include "TestPictures.h"
+#include "YDLevelsWidget.h"
+#include "gui/HistogramWidget.h"
+#include "gui/YDColorWidget.h"
+#include "gui/YodiCustomSlider.h"
+#include "image/YDIterativeLevelsTransformation.h"
+#include "widgets/KVDoubleSpinBox.h"
+#include "widgets/KVSpinBox.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+#include <QThreadPool>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr int PatienceMs = 20000;
+constexpr int QuietMs = 150;
+constexpr int Lowest = std::numeric_limits<int>::min();
+constexpr int Highest = std::numeric_limits<int>::max();
+constexpr double Nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double Infinite = std::numeric_limits<double>::infinity();
+
+using Params = YDLevelsWidget::Params;
+using Ends = Params::Ends;
+
+QByteArray Written(const Params& params)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << params;
+    return bytes;
+}
+
+/// Whether all of two records is equal, what follows from the fields too.
+bool AreSame(const Params& a, const Params& b) { return YDRecord::Equal(a, b) && a.middle == b.middle; }
+
+/// A picture with the same levels everywhere.
+RGBA32iImage Plain(quint8 red, quint8 green, quint8 blue)
+{
+    const RGBA32iImage image(64, 32);
+    for (int y = 0; y < image.Height(); ++y)
+        std::fill_n(image.Row(y), image.Width(), YDRGBA32i(blue, green, red, 255));
+    return image;
+}
+
+/// A mouse event as the system sends it while the left button is held.
+void MoveTo(QWidget& widget, const QPoint& to)
+{
+    QMouseEvent event(QEvent::MouseMove, to, widget.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+}
+
+/// Drags a handle with the mouse, over a few places, to a level of the scale.
+void DragHandle(YodiCustomSlider& slider, uint handle, int level)
+{
+    const auto placeOf = [&slider](int value) { return QPoint(int(slider.PositionOf(value)), 9); };
+    const int from = slider.Value(handle);
+    QTest::mousePress(&slider, Qt::LeftButton, {}, placeOf(from));
+    for (const int part : {1, 2, 3})
+        MoveTo(slider, placeOf(from + (level - from) * part / 3));
+    QTest::mouseRelease(&slider, Qt::LeftButton, {}, placeOf(level));
+}
+
+struct Fixture
+{
+    explicit Fixture(bool isDialog = true) : widget(isDialog, nullptr, Qt::WindowFlags())
+    {
+        widget.resize(600, 400); // more than one screen unit to a level
+        widget.show();
+        QObject::connect(&widget, &KVAdjustmentWidget::UserParamsChanged, [this] { order.append('h'); });
+        QObject::connect(&widget, &YDLevelsWidget::ValueChanged, [this] { order.append('v'); });
+        QObject::connect(&widget, &YDAdjustmentWidget::DataChanged, [this] { order.append('d'); });
+    }
+
+    template <class T>
+    T* Child(const char* name) const
+    {
+        return widget.findChild<T*>(QString::fromLatin1(name));
+    }
+
+    /// Shows a picture and waits until it is counted.
+    void SetSource(const RGBA32iImage& image)
+    {
+        QSignalSpy complete(histogram, &HistogramWidget::HistogrammComplete);
+        widget.SetImage(image, RGBA32iImage(), QPoint(), QRect());
+        QTRY_COMPARE_WITH_TIMEOUT(complete.count(), 1, PatienceMs);
+    }
+
+    YDLevelsWidget widget;
+    QByteArray order; ///< what was announced: h host, v value, d data
+    QComboBox* const channel = Child<QComboBox>("m_pChannel");
+    QPushButton* const automatic = Child<QPushButton>("m_pAutoBtn");
+    HistogramWidget* const histogram = Child<HistogramWidget>("m_pHistogramm");
+    YodiCustomSlider* const input = Child<YodiCustomSlider>("m_pInputSlider");
+    YodiCustomSlider* const output = Child<YodiCustomSlider>("m_pOutputSlider");
+    KVSpinBox* const lowInput = Child<KVSpinBox>("m_pLowInput");
+    KVDoubleSpinBox* const middleInput = Child<KVDoubleSpinBox>("m_pMiddleInput");
+    KVSpinBox* const highInput = Child<KVSpinBox>("m_pHighInput");
+    KVSpinBox* const lowOutput = Child<KVSpinBox>("m_pLowOutput");
+    KVSpinBox* const highOutput = Child<KVSpinBox>("m_pHighOutput");
+};
+
+RGBA32iImage Converted(YDLevelsWidget& widget, const RGBA32iImage& source)
+{
+    RGBA32iImage image = source.DeepCopy();
+    widget.ConvertImage(image, RGBA32iImage(), QPoint(), QRect());
+    return image;
+}
+
+/// A record with something of its own in every field.
+Params Full()
+{
+    Params params;
+    params.channel = 2;
+    params.input = {Ends{1, 250}, Ends{2, 240}, Ends{3, 230}, Ends{4, 220}};
+    params.output = {Ends{5, 210}, Ends{6, 200}, Ends{190, 7}, Ends{8, 180}};
+    params.gamma = {1.5, 0.5, 2.0, 9.99};
+    params.Derive();
+    return params;
+}
+
+} // namespace
+
+class TestYDLevelsWidget : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup() { QThreadPool::globalInstance()->waitForDone(); }
+
+    void TheFormIsAsDesigned();
+    void TheScalesAgreeWithTheHistogram();
+    void MiddleValueGivesTheHandlesPlace_data();
+    void MiddleValueGivesTheHandlesPlace();
+    void ToneValueGivesTheGammaOfAPlace_data();
+    void ToneValueGivesTheGammaOfAPlace();
+    void PlacesAndGammasFallTogetherAndBack();
+    void AnyArgumentsOfBothAreHarmless();
+    void ChannelsHaveMasks();
+
+    void AChangeIsStoredAndAnnouncedOnceInOrder_data();
+    void AChangeIsStoredAndAnnouncedOnceInOrder();
+    void TheHandlesFollowTheSpinBoxes();
+    void ChoosingAChannelShowsItAndAsksForNoPreview();
+    void ChoosingAChannelKeepsItsEndsApart();
+    void EachChannelKeepsItsValues();
+    void DraggingGivesTheRecordOfTyping();
+    void ADraggedLowEndStopsBelowTheHighOne();
+    void UnknownHandlesAreIgnored();
+    void TypedEndsMayMeetAndCross();
+    void AnInvertedOutputIsKept();
+
+    void SettingARecordShowsItAndAnnouncesNothing();
+    void ResetAnnouncesOnceAndShowsTheComposite();
+    void TheMiddleIs128FromTheStartAnd127WhenRead();
+    void TheStreamIsTagAndFields();
+    void ACutStreamLoadsAsDefaultsWithOneLine();
+    void AnotherVersionLoadsAsDefaultsWithOneLine();
+    void AReadOnlyStreamLogsTheFailedWrite();
+    void AFailedTagLeavesTheRecord();
+    void RecordsFromOutsideAreKeptAndHarmless_data();
+    void RecordsFromOutsideAreKeptAndHarmless();
+    void AnUnknownChannelShowsTheComposite();
+
+    void AutoWaitsForTheHistogram();
+    void AutoStretchesTheColours();
+    void AutoOnAPictureOfOneColourIsWideEnough();
+    void AutoKeepsTheChannel();
+    void TheHistogramIsThatOfTheSource();
+    void TheHistogramShowsWhatIsAttached();
+
+    void ConversionFollowsTheRule();
+    void ThePreviewEqualsTheConversion();
+    void IsDestroyedWhileTheHistogramIsCounted();
+};
+
+void TestYDLevelsWidget::initTestCase()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
+    QCoreApplication::setApplicationName(QStringLiteral("tst_YDLevelsWidget"));
+}
+
+void TestYDLevelsWidget::TheFormIsAsDesigned()
+{
+    Fixture f(false);
+    QCOMPARE(f.widget.windowTitle(), QStringLiteral("Levels"));
+    QCOMPARE(f.Child<QLabel>("label")->text(), QStringLiteral("Channel:"));
+    QCOMPARE(f.Child<QLabel>("label_3")->text(), QStringLiteral("Input"));
+    QCOMPARE(f.Child<QLabel>("label_2")->text(), QStringLiteral("Output"));
+    QCOMPARE(f.channel->toolTip(), QStringLiteral("Channel for input signal"));
+    QCOMPARE(f.channel->currentIndex(), 0);
+    QStringList items;
+    for (int i = 0; i < f.channel->count(); ++i)
+        items << f.channel->itemText(i);
+    QCOMPARE(items.join(QLatin1Char(' ')), QStringLiteral("RGB Red Green Blue"));
+    QCOMPARE(f.automatic->text(), QStringLiteral("Auto"));
+    QVERIFY(!f.automatic->isEnabled());
+    struct Spin
+    {
+        KVSpinBox* spin;
+        const char* toolTip;
+        int value;
+    };
+    for (const Spin& each :
+         {Spin{f.lowInput, "Lowest input signal value", 0},
+          Spin{f.highInput, "Highest signal input value", 255}, Spin{f.lowOutput, "Lowest output value", 0},
+          Spin{f.highOutput, "Highest output value", 255}}) {
+        QCOMPARE(each.spin->toolTip(), QString::fromLatin1(each.toolTip));
+        QCOMPARE(each.spin->minimum(), 0);
+        QCOMPARE(each.spin->maximum(), 255);
+        QCOMPARE(each.spin->value(), each.value);
+        QVERIFY(each.spin->keyboardTracking());
+    }
+    QCOMPARE(f.middleInput->toolTip(), QStringLiteral("Middle signal input value"));
+    QCOMPARE(f.middleInput->minimum(), 0.01);
+    QCOMPARE(f.middleInput->maximum(), 9.99);
+    QCOMPARE(f.middleInput->singleStep(), 0.01);
+    QCOMPARE(f.middleInput->value(), 1.0);
+    QVERIFY(f.middleInput->keyboardTracking());
+    QCOMPARE(f.input->ControlCount(), 3U);
+    QCOMPARE(f.output->ControlCount(), 2U);
+    const int inputs[] = {0, 128, 255};
+    for (uint handle = 0; handle < 3; ++handle) {
+        QCOMPARE(f.input->Value(handle), inputs[handle]);
+        QCOMPARE(f.input->LowestValue(handle), 0);
+        QCOMPARE(f.input->HighestValue(handle), 255);
+    }
+    QCOMPARE(f.output->Value(0), 0);
+    QCOMPARE(f.output->Value(1), 255);
+    for (const char* const name : {"m_pInputLabel", "m_pOutputLabel"}) {
+        const QGradient* const gradient = f.Child<YDColorWidget>(name)->BackgroundBrush().gradient();
+        QVERIFY(gradient && gradient->type() == QGradient::LinearGradient);
+        QCOMPARE(gradient->coordinateMode(), QGradient::ObjectBoundingMode);
+        QCOMPARE(static_cast<const QLinearGradient*>(gradient)->finalStop(), QPointF(1, 0));
+        QCOMPARE(gradient->stops(), QGradientStops({{0.0, Qt::black}, {1.0, Qt::white}}));
+    }
+}
+
+void TestYDLevelsWidget::TheScalesAgreeWithTheHistogram()
+{
+    Fixture f;
+    const auto globalX = [](const QWidget* widget, double x) {
+        return widget->mapToGlobal(QPoint()).x() + x;
+    };
+    const double columnWidth = f.histogram->width() / 256.0;
+    for (const int level : {0, 100, 255}) {
+        const double column = globalX(f.histogram, (level + 0.5) * columnWidth);
+        QVERIFY(std::abs(globalX(f.input, f.input->PositionOf(level)) - column) < 0.01);
+        QVERIFY(std::abs(globalX(f.output, f.output->PositionOf(level)) - column) < 0.01);
+    }
+    QCOMPARE(f.Child<YDColorWidget>("m_pInputLabel")->width(), f.histogram->width());
+    QCOMPARE(f.Child<YDColorWidget>("m_pOutputLabel")->width(), f.histogram->width());
+}
+
+void TestYDLevelsWidget::MiddleValueGivesTheHandlesPlace_data()
+{
+    QTest::addColumn<int>("low");
+    QTest::addColumn<int>("high");
+    QTest::addColumn<double>("gamma");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("neutral") << 0 << 255 << 1.0 << 127;
+    QTest::newRow("largest") << 0 << 255 << 9.99 << 0;
+    QTest::newRow("smallest") << 0 << 255 << 0.01 << 255;
+    QTest::newRow("brighter") << 0 << 255 << 2.0 << 113; // 127 + (-127 * 1000) / 8990
+    QTest::newRow("darker") << 0 << 255 << 0.5 << 192;   // 255 + (-128 * 490) / 990
+    QTest::newRow("truncates to neutral") << 0 << 255 << 1.0005 << 127;
+    QTest::newRow("part of the scale") << 50 << 151 << 1.0 << 100;
+    QTest::newRow("ends meet") << 80 << 80 << 3.0 << 80;
+    QTest::newRow("ends cross") << 200 << 100 << 9.99 << 200;
+    QTest::newRow("not a number is neutral") << 0 << 255 << Nan << 127;
+    QTest::newRow("zero") << 0 << 255 << 0.0 << 256; // 255 + (-128 * -10) / 990
+}
+
+void TestYDLevelsWidget::MiddleValueGivesTheHandlesPlace()
+{
+    QFETCH(int, low);
+    QFETCH(int, high);
+    QFETCH(double, gamma);
+    QFETCH(int, expected);
+    QCOMPARE(YDLevelsWidget::MiddleValue(low, high, gamma), expected);
+}
+
+void TestYDLevelsWidget::ToneValueGivesTheGammaOfAPlace_data()
+{
+    QTest::addColumn<int>("low");
+    QTest::addColumn<int>("high");
+    QTest::addColumn<int>("position");
+    QTest::addColumn<double>("expected");
+    QTest::newRow("middle") << 0 << 255 << 127 << 1.0;
+    QTest::newRow("lower end") << 0 << 255 << 0 << 9.99;
+    QTest::newRow("upper end") << 0 << 255 << 255 << 0.01;
+    QTest::newRow("below the middle") << 0 << 255 << 100 << 2.912; // -100 * 8990 / 127 = -7078.7
+    QTest::newRow("above the middle") << 0 << 255 << 200 << 0.436; // -73 * 990 / 128 = -564.6
+    QTest::newRow("without width, there") << 100 << 100 << 100 << 1.0;
+    QTest::newRow("without width, above") << 100 << 100 << 101 << 0.01; // -990 / 1 + 1000
+    QTest::newRow("without width, below") << 100 << 100 << 99 << 18.98; // 8990 / 1 + 9990
+}
+
+void TestYDLevelsWidget::ToneValueGivesTheGammaOfAPlace()
+{
+    QFETCH(int, low);
+    QFETCH(int, high);
+    QFETCH(int, position);
+    QFETCH(double, expected);
+    QCOMPARE(YDLevelsWidget::ToneValue(low, high, position), expected);
+}
+
+void TestYDLevelsWidget::PlacesAndGammasFallTogetherAndBack()
+{
+    for (int low = 0; low <= 253; ++low)
+        for (int high = low + 2; high <= 255; ++high) {
+            double last = 10.0;
+            for (int position = low; position <= high; ++position) {
+                const double gamma = YDLevelsWidget::ToneValue(low, high, position);
+                QVERIFY(gamma < last && gamma > 0.0099);
+                last = gamma;
+                const int back = YDLevelsWidget::MiddleValue(low, high, gamma);
+                if (std::abs(back - position) > 1)
+                    QFAIL(qPrintable(
+                        QStringLiteral("%1..%2, %3: %4").arg(low).arg(high).arg(position).arg(back)));
+            }
+        }
+    for (int low = 0; low <= 253; low += 11)
+        for (int high = low + 2; high <= 255; high += 7) {
+            int last = high;
+            for (int hundredths = 1; hundredths <= 999; ++hundredths) {
+                const int position = YDLevelsWidget::MiddleValue(low, high, hundredths * 0.01);
+                QVERIFY(position <= last && position >= low);
+                last = position;
+            }
+        }
+}
+
+void TestYDLevelsWidget::AnyArgumentsOfBothAreHarmless()
+{
+    QRandomGenerator random(3);
+    const auto any = [&random] {
+        const int few[] = {Lowest, Lowest + 1, -1, 0, 1, 255, Highest - 1, Highest};
+        return random.bounded(3) ? few[random.bounded(8)] : int(random.generate());
+    };
+    for (int round = 0; round < 100000; ++round) {
+        const int low = any();
+        const int high = any();
+        QVERIFY(std::isfinite(YDLevelsWidget::ToneValue(low, high, any())));
+        const double gammas[] = {Nan, Infinite, -Infinite, 0.0, -1e300, 1e300, double(any())};
+        YDLevelsWidget::MiddleValue(low, high, gammas[random.bounded(7)]);
+    }
+    QCOMPARE(YDLevelsWidget::MiddleValue(Lowest, Highest, 1.0), 0); // (-1) / 2, and half of the range
+    QCOMPARE(YDLevelsWidget::MiddleValue(0, Highest, -Infinite), Highest);
+    QCOMPARE(YDLevelsWidget::ToneValue(0, 0, Highest), Lowest * 0.001);
+}
+
+void TestYDLevelsWidget::ChannelsHaveMasks()
+{
+    QCOMPARE(YDLevelsWidget::IndexToHistogrammChannel(0), 7);
+    QCOMPARE(YDLevelsWidget::IndexToHistogrammChannel(1), 1);
+    QCOMPARE(YDLevelsWidget::IndexToHistogrammChannel(2), 2);
+    QCOMPARE(YDLevelsWidget::IndexToHistogrammChannel(3), 4);
+    for (const int other : {-1, 4, 7, Lowest, Highest})
+        QCOMPARE(YDLevelsWidget::IndexToHistogrammChannel(other), 7);
+}
+
+void TestYDLevelsWidget::AChangeIsStoredAndAnnouncedOnceInOrder_data()
+{
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QVector<int>>("expected"); // input, output, middle of the composite
+    QTest::addColumn<double>("gamma");
+    QTest::newRow("low input") << "m_pLowInput" << 20.0 << QVector<int>{20, 255, 0, 255, 137} << 1.0;
+    QTest::newRow("high input") << "m_pHighInput" << 200.0 << QVector<int>{0, 200, 0, 255, 100} << 1.0;
+    QTest::newRow("middle input") << "m_pMiddleInput" << 2.0 << QVector<int>{0, 255, 0, 255, 113} << 2.0;
+    QTest::newRow("low output") << "m_pLowOutput" << 30.0 << QVector<int>{0, 255, 30, 255, 128} << 1.0;
+    QTest::newRow("high output") << "m_pHighOutput" << 40.0 << QVector<int>{0, 255, 0, 40, 128} << 1.0;
+}
+
+void TestYDLevelsWidget::AChangeIsStoredAndAnnouncedOnceInOrder()
+{
+    QFETCH(QString, control);
+    QFETCH(double, value);
+    QFETCH(QVector<int>, expected);
+    QFETCH(double, gamma);
+    Fixture f;
+    f.widget.findChild<QWidget*>(control)->setProperty("value", value);
+    QCOMPARE(f.order, QByteArray("hvd"));
+    Params params;
+    params.input[0] = {expected[0], expected[1]};
+    params.output[0] = {expected[2], expected[3]};
+    params.middle[0] = expected[4];
+    params.gamma[0] = gamma;
+    QVERIFY(AreSame(f.widget.GetValue(), params));
+}
+
+void TestYDLevelsWidget::TheHandlesFollowTheSpinBoxes()
+{
+    Fixture f;
+    f.lowInput->setValue(40);
+    QCOMPARE(f.input->Value(0), 40);
+    QCOMPARE(f.input->Value(1), 147); // (40 + 255) / 2
+    QCOMPARE(f.input->LowestValue(1), 40);
+    QCOMPARE(f.input->LowestValue(2), 42);
+    f.highInput->setValue(200);
+    QCOMPARE(f.input->Value(2), 200);
+    QCOMPARE(f.input->Value(1), 120);
+    QCOMPARE(f.input->HighestValue(1), 200);
+    QCOMPARE(f.input->HighestValue(0), 198);
+    f.middleInput->setValue(9.99);
+    QCOMPARE(f.input->Value(1), 40);
+    QCOMPARE(f.middleInput->value(), 9.99); // the handle does not speak back
+    f.lowOutput->setValue(50);
+    f.highOutput->setValue(60);
+    QCOMPARE(f.output->Value(0), 50);
+    QCOMPARE(f.output->Value(1), 60);
+    f.order.clear();
+    f.input->ChangeValue(0, 41); // the sliders are connected again
+    f.output->ChangeValue(0, 51);
+    QCOMPARE(f.order, QByteArray("hvdhvd"));
+}
+
+void TestYDLevelsWidget::ChoosingAChannelShowsItAndAsksForNoPreview()
+{
+    Fixture f;
+    f.widget.SetValue(Full());
+    f.channel->setCurrentIndex(3);
+    QCOMPARE(f.order, QByteArray("hv"));
+    QCOMPARE(f.widget.GetValue().channel, 3);
+    QCOMPARE(f.histogram->GetChannel(), 4);
+    QCOMPARE(f.lowInput->value(), 4);
+    QCOMPARE(f.middleInput->value(), 9.99);
+    QCOMPARE(f.highInput->value(), 220);
+    QCOMPARE(f.lowOutput->value(), 8);
+    QCOMPARE(f.highOutput->value(), 180);
+    QCOMPARE(f.input->Value(0), 4);
+    QCOMPARE(f.input->Value(1), 4);
+    QCOMPARE(f.input->Value(2), 220);
+    QCOMPARE(f.output->Value(0), 8);
+    QCOMPARE(f.output->Value(1), 180);
+}
+
+void TestYDLevelsWidget::ChoosingAChannelKeepsItsEndsApart()
+{
+    Fixture f;
+    f.widget.SetValue(Full());
+    f.channel->setCurrentIndex(1); // 2..240
+    QCOMPARE(f.lowInput->minimum(), 0);
+    QCOMPARE(f.lowInput->maximum(), 238);
+    QCOMPARE(f.highInput->minimum(), 4);
+    QCOMPARE(f.highInput->maximum(), 255);
+    QCOMPARE(f.input->HighestValue(0), 238);
+    QCOMPARE(f.input->LowestValue(1), 2);
+    QCOMPARE(f.input->HighestValue(1), 240);
+    QCOMPARE(f.input->LowestValue(2), 4);
+    f.lowInput->setValue(250);
+    QCOMPARE(f.widget.GetValue().input[1], (Ends{238, 240}));
+}
+
+void TestYDLevelsWidget::EachChannelKeepsItsValues()
+{
+    Fixture f;
+    for (const int channel : {0, 1, 2, 3}) {
+        f.channel->setCurrentIndex(channel);
+        f.lowInput->setValue(10 + channel);
+        f.highInput->setValue(200 + channel);
+        f.middleInput->setValue(1.5 + channel);
+        f.lowOutput->setValue(30 + channel);
+        f.highOutput->setValue(100 + channel);
+    }
+    Params params;
+    params.channel = 3;
+    for (const int channel : {0, 1, 2, 3}) {
+        params.input[std::size_t(channel)] = {10 + channel, 200 + channel};
+        params.gamma[std::size_t(channel)] = 1.5 + channel;
+        params.output[std::size_t(channel)] = {30 + channel, 100 + channel};
+    }
+    params.Derive();
+    QVERIFY(AreSame(f.widget.GetValue(), params));
+    for (const int channel : {2, 0}) {
+        f.channel->setCurrentIndex(channel);
+        params.channel = channel;
+        QVERIFY(AreSame(f.widget.GetValue(), params));
+        QCOMPARE(f.highInput->value(), 200 + channel);
+    }
+}
+
+void TestYDLevelsWidget::DraggingGivesTheRecordOfTyping()
+{
+    Fixture dragged;
+    Fixture typed;
+    for (const int channel : {0, 2}) {
+        dragged.channel->setCurrentIndex(channel);
+        typed.channel->setCurrentIndex(channel);
+        DragHandle(*dragged.input, 0, 30 + channel);
+        typed.lowInput->setValue(30 + channel);
+        DragHandle(*dragged.input, 2, 220);
+        typed.highInput->setValue(220);
+        DragHandle(*dragged.input, 1, 90);
+        typed.middleInput->setValue(YDLevelsWidget::ToneValue(30 + channel, 220, 90));
+        DragHandle(*dragged.output, 0, 200);
+        typed.lowOutput->setValue(200);
+        DragHandle(*dragged.output, 1, 25); // past the other: nothing holds them apart
+        typed.highOutput->setValue(25);
+    }
+    QVERIFY(AreSame(dragged.widget.GetValue(), typed.widget.GetValue()));
+    const Params params = dragged.widget.GetValue();
+    QCOMPARE(params.input[0], (Ends{30, 220}));
+    QCOMPARE(params.input[2], (Ends{32, 220}));
+    QCOMPARE(params.output[0], (Ends{200, 25}));
+    QVERIFY(std::abs(params.middle[0] - 90) <= 1);
+    QVERIFY(params.gamma[0] > 3.0); // 1000 + (125 - 90) * 8990 / 95 thousandths
+}
+
+void TestYDLevelsWidget::ADraggedLowEndStopsBelowTheHighOne()
+{
+    Fixture f;
+    DragHandle(*f.input, 2, 201);
+    DragHandle(*f.input, 0, 200);
+    QCOMPARE(f.lowInput->value(), 199);
+    QCOMPARE(f.widget.GetValue().input[0], (Ends{199, 201}));
+    DragHandle(*f.input, 2, 100);
+    QCOMPARE(f.widget.GetValue().input[0], (Ends{199, 201}));
+}
+
+void TestYDLevelsWidget::UnknownHandlesAreIgnored()
+{
+    Fixture f;
+    for (const uint handle : {3U, 1000U, std::numeric_limits<uint>::max()}) {
+        f.widget.OnInputChanged(handle, 50);
+        f.widget.OnOutputChanged(handle, 50);
+    }
+    f.widget.OnOutputChanged(2, 50);
+    QVERIFY(AreSame(f.widget.GetValue(), Params()));
+    QVERIFY(f.order.isEmpty());
+}
+
+void TestYDLevelsWidget::TypedEndsMayMeetAndCross()
+{
+    Fixture f;
+    f.highInput->setValue(100);
+    f.lowInput->setValue(100);
+    QCOMPARE(f.widget.GetValue().input[0], (Ends{100, 100}));
+    QCOMPARE(f.widget.GetValue().middle[0], 100);
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, Plain(99, 100, 101)), Plain(0, 255, 255)));
+    f.widget.OnInputChanged(1, 100); // a place in a range without width
+    QCOMPARE(f.middleInput->value(), 1.0);
+    f.lowInput->setValue(150);
+    QCOMPARE(f.widget.GetValue().input[0], (Ends{150, 100}));
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, Plain(149, 150, 151)), Plain(0, 255, 255)));
+    for (int place = 0; place < 256; ++place)
+        f.widget.OnInputChanged(1, place);
+    f.channel->setCurrentIndex(1);
+    f.channel->setCurrentIndex(0);
+    QCOMPARE(f.widget.GetValue().input[0], (Ends{150, 100}));
+}
+
+void TestYDLevelsWidget::AnInvertedOutputIsKept()
+{
+    Fixture f;
+    f.lowOutput->setValue(255);
+    f.highOutput->setValue(0);
+    QCOMPARE(f.widget.GetValue().output[0], (Ends{255, 0}));
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, Plain(0, 100, 255)), Plain(255, 155, 0)));
+}
+
+void TestYDLevelsWidget::SettingARecordShowsItAndAnnouncesNothing()
+{
+    Fixture f;
+    f.SetSource(Plain(1, 2, 3));
+    f.order.clear();
+    Params params = Full();
+    params.middle[2] = 77; // as it came
+    f.widget.SetValue(params);
+    QVERIFY(AreSame(f.widget.GetValue(), params));
+    QCOMPARE(f.channel->currentIndex(), 2);
+    QCOMPARE(f.histogram->GetChannel(), 2);
+    QCOMPARE(f.lowInput->value(), 3);
+    QCOMPARE(f.input->Value(1), 77);
+    QCOMPARE(f.middleInput->value(), 2.0);
+    QCOMPARE(f.lowOutput->value(), 190);
+    QTest::qWait(QuietMs);
+    QVERIFY(f.order.isEmpty());
+    f.lowInput->setValue(9); // the slots are connected again
+    QCOMPARE(f.order, QByteArray("hvd"));
+}
+
+void TestYDLevelsWidget::ResetAnnouncesOnceAndShowsTheComposite()
+{
+    Fixture f;
+    f.widget.SetValue(Full());
+    f.widget.Reset();
+    QCOMPARE(f.order, QByteArray("hvd"));
+    QVERIFY(AreSame(f.widget.GetValue(), Params()));
+    QCOMPARE(f.channel->currentIndex(), 0);
+    QCOMPARE(f.histogram->GetChannel(), 7);
+    QCOMPARE(f.highInput->value(), 255);
+    f.widget.Reset();
+    QCOMPARE(f.order, QByteArray("hvdhvd"));
+}
+
+void TestYDLevelsWidget::TheMiddleIs128FromTheStartAnd127WhenRead()
+{
+    Params params;
+    QCOMPARE(params.middle[3], 128);
+    QDataStream stream(Written(params));
+    stream >> params;
+    for (const int middle : params.middle)
+        QCOMPARE(middle, 127);
+}
+
+void TestYDLevelsWidget::TheStreamIsTagAndFields()
+{
+    Params params = Full();
+    params.gamma = {1.0, 2.0, 0.5, 9.0};
+    params.Derive();
+    const QByteArray expected =
+        "KVLevels 1.00000" +
+        QByteArray::fromHex("00000002"
+                            "00000001000000fa00000002000000f000000003000000e600000004000000dc"
+                            "00000005000000d200000006000000c8000000be0000000700000008000000b4"
+                            "3ff000000000000040000000000000003fe00000000000004022000000000000");
+    QCOMPARE(Written(params), expected);
+    QDataStream stream(expected);
+    Params read;
+    stream >> read;
+    QVERIFY(AreSame(read, params));
+    QCOMPARE(read.middle[3], 16); // 112 + (4 - 112) * 8000 / 8990
+    QVERIFY(stream.atEnd());
+}
+
+void TestYDLevelsWidget::ACutStreamLoadsAsDefaultsWithOneLine()
+{
+    const QByteArray whole = Written(Full());
+    for (int length = 0; length < whole.size(); ++length) {
+        QDataStream stream(whole.left(length));
+        Params params = Full();
+        QTest::ignoreMessage(QtDebugMsg, "[src/YDLevelsWidget:787] Read levels data error.");
+        stream >> params;
+        QVERIFY(AreSame(params, Params()));
+    }
+}
+
+void TestYDLevelsWidget::AnotherVersionLoadsAsDefaultsWithOneLine()
+{
+    QByteArray bytes = Written(Full());
+    bytes.replace("1.00000", "1.00001");
+    QDataStream stream(bytes);
+    Params params = Full();
+    QTest::ignoreMessage(QtDebugMsg, "[src/YDLevelsWidget:787] Read levels data error.");
+    stream >> params;
+    QVERIFY(AreSame(params, Params()));
+}
+
+void TestYDLevelsWidget::AReadOnlyStreamLogsTheFailedWrite()
+{
+    QDataStream stream(QByteArray(100, 'x'));
+    QVERIFY(!Params().Write(stream));
+    QTest::ignoreMessage(QtDebugMsg, "[src/YDLevelsWidget:774] Write levels data error.");
+    stream << Params();
+}
+
+void TestYDLevelsWidget::AFailedTagLeavesTheRecord()
+{
+    QDataStream stream(QByteArray(200, 'x'));
+    Params params = Full();
+    QVERIFY(!params.Read(stream));
+    QVERIFY(AreSame(params, Full()));
+}
+
+void TestYDLevelsWidget::RecordsFromOutsideAreKeptAndHarmless_data()
+{
+    QTest::addColumn<int>("low");
+    QTest::addColumn<int>("high");
+    QTest::addColumn<double>("gamma");
+    QTest::newRow("inverted") << 200 << 100 << 1.0;
+    QTest::newRow("the widest") << Lowest << Highest << 1.0;
+    QTest::newRow("the widest, inverted") << Highest << Lowest << 1.0;
+    QTest::newRow("far below") << Lowest << Lowest << 1.0;
+    QTest::newRow("far above") << Highest << Highest << 1.0;
+    QTest::newRow("just outside") << -1 << 256 << 1.0;
+    QTest::newRow("gamma 0") << 0 << 255 << 0.0;
+    QTest::newRow("gamma negative") << 0 << 255 << -3.0;
+    QTest::newRow("gamma huge") << 0 << 255 << 1e300;
+    QTest::newRow("gamma infinite") << 10 << 20 << Infinite;
+    QTest::newRow("gamma not a number") << 0 << 255 << Nan;
+}
+
+void TestYDLevelsWidget::RecordsFromOutsideAreKeptAndHarmless()
+{
+    QFETCH(int, low);
+    QFETCH(int, high);
+    QFETCH(double, gamma);
+    for (const int channel : {0, 1, 3, 7, -1, Lowest, Highest}) {
+        Params params;
+        params.channel = channel;
+        params.input.fill({low, high});
+        params.output.fill({high, low});
+        params.gamma.fill(gamma);
+        QDataStream stream(Written(params));
+        Params read;
+        stream >> read;
+        QCOMPARE(Written(read), Written(params)); // bytes, for a gamma that is not a number equals nothing
+        Fixture f;
+        f.widget.SetValue(read);
+        QCOMPARE(Written(f.widget.GetValue()), Written(params));
+        QVERIFY(f.middleInput->value() >= 0.01 && f.middleInput->value() <= 9.99);
+        QVERIFY(f.lowInput->value() >= 0 && f.highInput->value() <= 255);
+        Converted(f.widget, Plain(1, 100, 254));
+        f.widget.grab();
+        f.input->ChangeValue(1, f.input->Value(1) + 1);
+        f.lowInput->setValue(f.lowInput->value() + 1);
+        f.highOutput->setValue(120);
+        f.channel->setCurrentIndex(2);
+        QCOMPARE(f.widget.GetValue().channel, 2);
+        Converted(f.widget, Plain(1, 100, 254));
+    }
+}
+
+void TestYDLevelsWidget::AnUnknownChannelShowsTheComposite()
+{
+    for (const int channel : {4, 7, -1, Lowest, Highest}) {
+        Fixture f;
+        Params params = Full();
+        params.channel = channel;
+        f.widget.SetValue(params);
+        QCOMPARE(f.channel->currentIndex(), 0);
+        QCOMPARE(f.histogram->GetChannel(), 7);
+        QCOMPARE(f.lowInput->value(), 1);
+        f.lowInput->setValue(12);
+        params.input[0][0] = 12;
+        params.middle[0] = YDLevelsWidget::MiddleValue(12, 250, 1.5);
+        QVERIFY(AreSame(f.widget.GetValue(), params));
+    }
+}
+
+void TestYDLevelsWidget::AutoWaitsForTheHistogram()
+{
+    Fixture f(false);
+    QVERIFY(!f.automatic->isEnabled());
+    f.SetSource(Plain(1, 2, 3));
+    QVERIFY(f.automatic->isEnabled());
+    f.widget.SetImage(RGBA32iImage(), RGBA32iImage(), QPoint(), QRect());
+    QVERIFY(f.automatic->isEnabled());
+    f.automatic->click(); // without a picture every colour gets the middle of the scale
+    QCOMPARE(f.widget.GetValue().input[1], (Ends{119, 135}));
+}
+
+void TestYDLevelsWidget::AutoStretchesTheColours()
+{
+    Fixture f;
+    const RGBA32iImage image(200, 5); // a thousand pixels: red 50..149, green all alike, blue of two levels
+    for (int i = 0; i < 1000; ++i)
+        image.Row(i / 200)[i % 200] = YDRGBA32i(quint8(i < 1     ? 10
+                                                       : i < 500 ? 60
+                                                                 : 180),
+                                                90, quint8(50 + i % 100), 255);
+    f.SetSource(image);
+    f.widget.SetValue(Full());
+    f.order.clear();
+    f.automatic->click();
+    QCOMPARE(f.order, QByteArray("hvd"));
+    Params params;
+    params.channel = 2;
+    params.input = {Ends{0, 255}, Ends{50, 149}, Ends{82, 98}, Ends{59, 180}};
+    params.middle = {128, 99, 90, 119};
+    QVERIFY(AreSame(f.widget.GetValue(), params));
+    QCOMPARE(f.lowInput->value(), 82);
+    QCOMPARE(f.input->Value(1), 90);
+}
+
+void TestYDLevelsWidget::AutoOnAPictureOfOneColourIsWideEnough()
+{
+    Fixture f;
+    f.SetSource(Plain(100, 0, 255));
+    f.automatic->click();
+    const Params params = f.widget.GetValue();
+    QCOMPARE(params.input[0], (Ends{0, 255}));
+    QCOMPARE(params.input[1], (Ends{92, 108}));
+    QCOMPARE(params.input[2], (Ends{0, 16}));
+    QCOMPARE(params.input[3], (Ends{239, 255}));
+    QCOMPARE(params.middle, (std::array<int, 4>{128, 100, 8, 247}));
+}
+
+void TestYDLevelsWidget::AutoKeepsTheChannel()
+{
+    Fixture f;
+    f.SetSource(Plain(100, 0, 255));
+    f.channel->setCurrentIndex(3);
+    f.automatic->click();
+    QCOMPARE(f.widget.GetValue().channel, 3);
+    QCOMPARE(f.channel->currentIndex(), 3);
+    QCOMPARE(f.lowInput->value(), 239);
+    QCOMPARE(f.histogram->GetChannel(), 4);
+}
+
+void TestYDLevelsWidget::TheHistogramIsThatOfTheSource()
+{
+    Fixture f;
+    f.SetSource(Plain(7, 8, 9));
+    QCOMPARE(f.histogram->GetPixelsCount(), qint64(64 * 32));
+    QCOMPARE(f.histogram->GetCount(0, 7), qint64(64 * 32));
+    QCOMPARE(f.histogram->GetCount(2, 9), qint64(64 * 32));
+    f.SetSource(Plain(17, 8, 9));
+    QCOMPARE(f.histogram->GetCount(0, 17), qint64(64 * 32));
+}
+
+void TestYDLevelsWidget::TheHistogramShowsWhatIsAttached()
+{
+    Fixture f;
+    QSignalSpy complete(f.histogram, &HistogramWidget::HistogrammComplete);
+    YDSharedImage<RGBA32iImage> pixels(Plain(5, 6, 7));
+    f.widget.AttachRGB32iImage(&pixels);
+    QTRY_COMPARE_WITH_TIMEOUT(complete.count(), 1, PatienceMs);
+    QCOMPARE(f.histogram->GetCount(0, 5), qint64(64 * 32));
+    pixels.SetImage(Plain(50, 6, 7));
+    f.widget.UpdateHistogramm();
+    QTRY_COMPARE_WITH_TIMEOUT(complete.count(), 2, PatienceMs);
+    QCOMPARE(f.histogram->GetCount(0, 50), qint64(64 * 32));
+    QImage image(3, 2, QImage::Format_RGB32);
+    image.fill(QColor(200, 100, 50));
+    YDSharedImage<QImage> holder(image);
+    f.widget.AttachQImage(&holder);
+    QTRY_COMPARE_WITH_TIMEOUT(complete.count(), 3, PatienceMs);
+    QCOMPARE(f.histogram->GetCount(0, 200), qint64(6));
+    f.widget.AttachQImage(nullptr);
+    QCOMPARE(f.histogram->GetPixelsCount(), qint64(0));
+}
+
+void TestYDLevelsWidget::ConversionFollowsTheRule()
+{
+    Fixture f(false);
+    const Params params = Full();
+    f.widget.SetValue(params);
+    const RGBA32iImage source = TestPictures::Noise(300, 50);
+    const RGBA32iImage converted = Converted(f.widget, source);
+    const int input[4][2] = {{1, 250}, {2, 240}, {3, 230}, {4, 220}};
+    const int output[4][2] = {{5, 210}, {6, 200}, {190, 7}, {8, 180}};
+    const YDIterativeLevelsTransformation rule(input, output, params.gamma.data(), 100);
+    for (int y = 0; y < source.Height(); ++y)
+        for (int x = 0; x < source.Width(); ++x) {
+            YDRGBA32i expected = source.Row(y)[x];
+            rule.Map(expected);
+            QVERIFY(converted.Row(y)[x] == expected);
+        }
+}
+
+void TestYDLevelsWidget::ThePreviewEqualsTheConversion()
+{
+    Fixture f;
+    const RGBA32iImage source = TestPictures::Noise(1000, 700);
+    const RGBA32iImage mask = TestPictures::Noise(300, 200);
+    const QRect bounds(0, 0, 300, 200);
+    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
+    f.widget.SetValue(Full());
+    f.widget.SetImage(source, mask, QPoint(-50, 600), bounds);
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+    RGBA32iImage converted = source.DeepCopy();
+    f.widget.ConvertImage(converted, mask, QPoint(-50, 600), bounds);
+    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), converted));
+    QVERIFY(!TestPictures::AreEqual(converted, source));
+}
+
+void TestYDLevelsWidget::IsDestroyedWhileTheHistogramIsCounted()
+{
+    const RGBA32iImage source = TestPictures::Noise(2000, 1000);
+    for (int round = 0; round < 5; ++round) {
+        Fixture f;
+        f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
+        QTest::qWait(round); // the count has begun, or not
+    }
+}
+
+QTEST_MAIN(TestYDLevelsWidget)
+#include "tst_YDLevelsWidget.moc"
