@@ -4,13 +4,13 @@
 #include "YDBrightnessContrastWidget.h"
 #include "YDColorBalanceWidget.h"
 #include "YDColorizeWidget.h"
+#include "YDCurvesWidget.h"
 #include "YDHueSaturationWidget.h"
-#include "YDPhotoFilterWidget.h"
 #include "YDLevelsWidget.h"
+#include "YDPhotoFilterWidget.h"
 #include "YDTemperatureWidget.h"
 #include "YDThresholdWidget.h"
 #include "YDTintWidget.h"
-#include "YDCurvesWidget.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"
 #include "catalog/PosterizeFields.h"
@@ -71,8 +71,8 @@ std::vector<AdjustmentEntry> ToneEntries()
             "gamma", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Gamma")),
         StreamlessEntry<YDPosterizeWidget, PosterizeFields>(
             "posterize", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Posterize")),
-        RecordEntry<YDCurvesWidget>("curves", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Curves")),
         RecordEntry<YDLevelsWidget>("levels", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Levels")),
+        RecordEntry<YDCurvesWidget>("curves", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Curves")),
         RecordEntry<YDThresholdWidget>("threshold", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Threshold")),
     };
 }
