@@ -147,6 +147,8 @@ void RegisterAdjustmentRows(const BenchAdjustment& adjustment, int megapixels)
     for (const VectorTargets::Target& target : VectorTargets::All())
         add("vector-" + target.name.toLower().toStdString(), RestrictedRuleRow(adjustment, target.bit));
     add("copy+vector", CopyAndRuleRow(adjustment));
+    if (!adjustment.control)
+        return;
     add("convert", ConversionRow(adjustment, false));
     add("convert-selected", ConversionRow(adjustment, true));
     add("preview", PreviewRow(adjustment));

@@ -21,9 +21,9 @@ struct BenchAdjustment
     };
     using Rule = std::function<void(const RGBA32iImage& image, Road road)>;
 
-    std::string name;            ///< in the catalogue
+    std::string name;            ///< in the catalogue, unless there is no control
     Rule rule;                   ///< runs the bare transformation over a picture, in place
-    const char* control;         ///< object name of a control in the panel
+    const char* control;         ///< object name of a control in the panel; null: the bare rule alone
     const char* property;        ///< of the control, such as "value"
     QVariant values[2];          ///< what the property is set to in turn; each asks for a new preview
     const char* settings = "{}"; ///< JSON of what the dialog shows at first besides its defaults
