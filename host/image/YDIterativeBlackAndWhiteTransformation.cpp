@@ -6,7 +6,7 @@
 
 namespace {
 
-static_assert(BlackAndWhiteRule::GreatestWeight == LinearGreyRule::GreatestWeight, "one bound for both");
+constexpr int WhiteLight = 65535; // in LinearGreyRule::Decoding
 
 double Bounded(float weight)
 {
@@ -22,32 +22,33 @@ BlackAndWhiteRule RuleOf(float r, float g, float b)
     return {scaled(r), scaled(g), scaled(b)};
 }
 
+LinearGreyRule::Decoding MakeDecoding()
+{
+    LinearGreyRule::Decoding decoding{};
+    for (std::size_t v = 0; v < 256; ++v) {
+        const double light = SRgb::ToLinear(double(v) / 255.0) * WhiteLight;
+        decoding.words[v] = static_cast<quint16>(std::lround(light));
+        decoding.light[v] = decoding.words[v];
+    }
+    return decoding;
+}
+
 LinearGreyRule::Encoding MakeEncoding()
 {
-    constexpr int Most = 1 << LinearGreyRule::EncodingBits;
     LinearGreyRule::Encoding encoding{};
-    for (int i = 0; i <= Most; ++i)
-        encoding[static_cast<std::size_t>(i)] =
-            static_cast<quint8>(std::lround(SRgb::FromLinear(i / double(Most)) * 255.0));
+    for (int light = 0; light <= LinearGreyRule::Full; ++light)
+        encoding[static_cast<std::size_t>(light)] = LinearGreyRule::Encoded(light);
     return encoding;
 }
 
 LinearGreyRule LinearRuleOf(float r, float g, float b)
 {
+    static const LinearGreyRule::Decoding decoding = MakeDecoding();
     static const LinearGreyRule::Encoding encoding = MakeEncoding();
-    LinearGreyRule rule{};
-    rule.encoding = &encoding;
-    for (int v = 0; v < 256; ++v) {
-        const double light = SRgb::ToLinear(v / 255.0) * (1 << LinearGreyRule::LightBits);
-        const auto scaled = [light](float weight) {
-            return static_cast<int>(std::lround(Bounded(weight) * light));
-        };
-        const auto i = static_cast<std::size_t>(v);
-        rule.red[i] = scaled(r);
-        rule.green[i] = scaled(g);
-        rule.blue[i] = scaled(b);
-    }
-    return rule;
+    const auto scaled = [](float weight) {
+        return static_cast<float>(Bounded(weight) * LinearGreyRule::Full / WhiteLight);
+    };
+    return {&decoding, &encoding, scaled(r), scaled(g), scaled(b)};
 }
 
 } // namespace

@@ -7,45 +7,134 @@
 #include "simd/PixelLoop.h"
 #include "simd/VectorKernels.h"
 
+#include <algorithm>
+
 HWY_BEFORE_NAMESPACE();
 namespace {
 namespace HWY_NAMESPACE {
 
-class LinearGreyVectors
-{
-#if HWY_TARGET == HWY_SCALAR
-public:
-    explicit LinearGreyVectors(const LinearGreyRule&) {}
-#else
-public:
-    explicit HWY_INLINE LinearGreyVectors(const LinearGreyRule& rule) : m_rule(rule) {}
+#if HWY_TARGET <= HWY_AVX3 // the better sets have the lower numbers
 
-    HWY_INLINE Pixels operator()(Pixels pixels) const
+struct Light
+{
+    Floats b;
+    Floats g;
+    Floats r;
+};
+
+/// Of the low halves of a vector and of the high ones.
+struct Halves
+{
+    Floats low;
+    Floats high;
+};
+
+HWY_INLINE Halves ToFloats(Words words)
+{
+    const IntTag d;
+    const FloatTag df;
+    const Pixels pairs = hn::BitCast(PixelTag(), words);
+    const Pixels low = hn::And(pairs, hn::Set(PixelTag(), 0xffffu));
+    return {hn::ConvertTo(df, hn::BitCast(d, low)),
+            hn::ConvertTo(df, hn::BitCast(d, hn::ShiftRight<16>(pairs)))};
+}
+
+/// The table in eight registers; a permute of words looks up the low six bits of its indices in two of them.
+class DecodingTable
+{
+public:
+    explicit HWY_INLINE DecodingTable(const LinearGreyRule::Decoding& decoding)
     {
-        const IntTag d;
-        const Channels from = Split(pixels);
-        const Ints redGreen = hn::Add(hn::GatherIndex(d, m_rule.red.data(), from.r),
-                                      hn::GatherIndex(d, m_rule.green.data(), from.g));
-        const Ints blue =
-            hn::Add(hn::GatherIndex(d, m_rule.blue.data(), from.b), hn::Set(d, LinearGreyRule::Half));
-        const Ints light = hn::ShiftRight<LinearGreyRule::Shift>(hn::Add(redGreen, blue));
-        const Ints index =
-            hn::Min(hn::Max(light, hn::Zero(d)), hn::Set(d, 1 << LinearGreyRule::EncodingBits));
-        // Three bytes more than the level are read.
-        const auto* const levels = reinterpret_cast<const int32_t*>(m_rule.encoding->data());
-        const Ints level = hn::And(hn::GatherOffset(d, levels, index), hn::Set(d, 0xff));
-        return WithAlphaOf(pixels, Grey(level));
+        const WordTag d;
+        const size_t lanes = hn::Lanes(d);
+        for (size_t i = 0; i < Registers; ++i)
+            m_table[i] = hn::LoadU(d, decoding.words.data() + i * lanes);
+    }
+
+    HWY_INLINE Light LookUp(Pixels pixels) const
+    {
+        const Halves blueRed = ToFloats(LookUpWords(BlueRed(pixels)));
+        const Halves greenAlpha = ToFloats(LookUpWords(GreenAlpha(pixels)));
+        return {blueRed.low, greenAlpha.low, blueRed.high};
     }
 
 private:
-    const LinearGreyRule& m_rule;
-#endif
+    static constexpr size_t Registers = 8;
+
+    HWY_INLINE Words LookUpQuarter(size_t quarter, Words levels) const
+    {
+        return Words{
+            _mm512_permutex2var_epi16(m_table[2 * quarter].raw, levels.raw, m_table[2 * quarter + 1].raw)};
+    }
+
+    HWY_INLINE Words LookUpWords(Words levels) const
+    {
+        const WordTag d;
+        const auto hasBit6 = hn::TestBit(levels, hn::Set(d, uint16_t(0x40)));
+        const auto hasBit7 = hn::TestBit(levels, hn::Set(d, uint16_t(0x80)));
+        const Words low = hn::IfThenElse(hasBit6, LookUpQuarter(1, levels), LookUpQuarter(0, levels));
+        const Words high = hn::IfThenElse(hasBit6, LookUpQuarter(3, levels), LookUpQuarter(2, levels));
+        return hn::IfThenElse(hasBit7, high, low);
+    }
+
+    Words m_table[Registers];
+};
+
+class LinearGreyVectors
+{
+public:
+    explicit HWY_INLINE LinearGreyVectors(const LinearGreyRule& rule)
+        : m_decoding(*rule.decoding), m_red(hn::Set(FloatTag(), rule.red)),
+          m_green(hn::Set(FloatTag(), rule.green)), m_blue(hn::Set(FloatTag(), rule.blue))
+    {}
+
+    HWY_INLINE Pixels operator()(Pixels pixels) const
+    {
+        const FloatTag d;
+        const Light light = m_decoding.LookUp(pixels);
+        const Floats redGreen = hn::Add(hn::Mul(m_red, light.r), hn::Mul(m_green, light.g));
+        const Floats sum = hn::Add(hn::Add(redGreen, hn::Mul(m_blue, light.b)), hn::Set(d, 0.5f));
+        const Floats bounded =
+            hn::Min(hn::Max(sum, hn::Zero(d)), hn::Set(d, static_cast<float>(LinearGreyRule::Full)));
+        return WithAlphaOf(pixels, Grey(Encoded(hn::ConvertTo(d, WholePart(bounded)))));
+    }
+
+private:
+    /// LinearGreyRule::Encoded().
+    static HWY_INLINE Ints Encoded(Floats light)
+    {
+        const FloatTag d;
+        const auto& coefficients = LinearGreyRule::Curve;
+        const Floats x = hn::Mul(light, hn::Set(d, 1.0f / LinearGreyRule::Full));
+        const Floats root = hn::Sqrt(hn::Sqrt(x));
+        Floats curve = hn::Set(d, coefficients.back());
+        for (size_t i = coefficients.size() - 1; i-- > 0;)
+            curve = hn::Add(hn::Set(d, coefficients[i]), hn::Mul(root, curve));
+        const Floats toe = hn::Add(hn::Mul(x, hn::Set(d, LinearGreyRule::Toe)), hn::Set(d, 0.5f));
+        const auto isToe = hn::Le(x, hn::Set(d, LinearGreyRule::EndOfToe));
+        return WholePart(hn::IfThenElse(isToe, toe, curve));
+    }
+
+    DecodingTable m_decoding;
+    Floats m_red;
+    Floats m_green;
+    Floats m_blue;
 };
 
 void LinearGreyRow(YDRGBA32i* row, size_t count, const LinearGreyRule& rule)
 {
     MapPixels(row, count, rule, LinearGreyVectors(rule));
 }
+
+#else
+
+/// AVX2 has no permute that looks up a table of words, and gathering takes longer than the pixel form.
+void LinearGreyRow(YDRGBA32i* row, size_t count, const LinearGreyRule& rule)
+{
+    std::for_each(row, row + count, rule);
+}
+
+#endif
 
 } // namespace HWY_NAMESPACE
 } // namespace
