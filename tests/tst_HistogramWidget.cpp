@@ -74,6 +74,21 @@ QImage Shown(HistogramWidget& widget)
     return widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
+void AskForToolTip(HistogramWidget& widget, int x)
+{
+    const QPoint position(x, 50);
+    QHelpEvent event(QEvent::ToolTip, position, widget.mapToGlobal(position));
+    QCoreApplication::sendEvent(&widget, &event);
+}
+
+void MoveMouse(HistogramWidget& widget, int x)
+{
+    const QPoint position(x, 50);
+    QMouseEvent event(QEvent::MouseMove, position, widget.mapToGlobal(position), Qt::NoButton, Qt::NoButton,
+                      Qt::NoModifier);
+    QCoreApplication::sendEvent(&widget, &event);
+}
+
 /// Rows from the bottom up that are not the background, in the column of the middle of `level`.
 int HeightAt(const QImage& image, int level, QRgb background)
 {
@@ -116,7 +131,10 @@ private slots:
     void OtherButtonsChangeNothing();
     void TheTooltipTellsLevelAndCounts_data();
     void TheTooltipTellsLevelAndCounts();
+    void TheTooltipFollowsTheMouse();
+    void WithoutAPictureThereIsNoTooltip();
     void DrawsAsManyPixelsAsTheScreenHas();
+    void ShowsThePlotPixelByPixel();
     void FollowsThePalette();
     void IsPaleWhenDisabled();
     void CanBeSmallerThanItsLevels();
@@ -489,11 +507,41 @@ void TestHistogramWidget::TheTooltipTellsLevelAndCounts()
     widget.SetImage(&holder);
     WaitForCounts(widget);
     widget.SetChannel(mask);
-    const QPoint position(x, 50);
-    QHelpEvent event(QEvent::ToolTip, position, widget.mapToGlobal(position));
-    QCoreApplication::sendEvent(&widget, &event);
+    AskForToolTip(widget, x);
     QCOMPARE(QToolTip::text(), text);
     QToolTip::hideText();
+}
+
+void TestHistogramWidget::TheTooltipFollowsTheMouse()
+{
+    HistogramWidget widget;
+    widget.resize(512, 100);
+    widget.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&widget));
+    const Holder holder(TwoColors());
+    widget.SetImage(&holder);
+    WaitForCounts(widget);
+    widget.SetChannel(2);
+    QTRY_VERIFY(!QToolTip::isVisible());
+    MoveMouse(widget, 80);
+    QVERIFY(!QToolTip::isVisible()); // it does not come by itself
+    AskForToolTip(widget, 80);
+    QCOMPARE(QToolTip::text(), QStringLiteral("Level 40\nGreen: 0"));
+    MoveMouse(widget, 41);
+    QCOMPARE(QToolTip::text(), QStringLiteral("Level 20\nGreen: 300"));
+    QToolTip::hideText();
+}
+
+void TestHistogramWidget::WithoutAPictureThereIsNoTooltip()
+{
+    QToolTip::hideText();
+    QTRY_VERIFY(!QToolTip::isVisible());
+    HistogramWidget widget;
+    widget.resize(512, 100);
+    widget.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&widget));
+    AskForToolTip(widget, 80);
+    QVERIFY(!QToolTip::isVisible());
 }
 
 void TestHistogramWidget::DrawsAsManyPixelsAsTheScreenHas()
@@ -512,6 +560,22 @@ void TestHistogramWidget::DrawsAsManyPixelsAsTheScreenHas()
     QCOMPARE(image.pixel(250, 195), qRgb(0, 0, 0));
     QCOMPARE(image.pixel(264, 195), qRgb(0, 0, 0));
     QVERIFY(plot.Draw(counts, QSizeF(0, 100), 2.0, QPalette()).isNull());
+}
+
+/// At every scale of the screen; this runs at 2x too.
+void TestHistogramWidget::ShowsThePlotPixelByPixel()
+{
+    HistogramWidget widget;
+    widget.resize(301, 77);
+    const RGBA32iImage picture = TestPictures::Noise(50, 50);
+    const Holder holder(picture);
+    widget.SetImage(&holder);
+    WaitForCounts(widget);
+    const QImage shown = Shown(widget);
+    const double pixelRatio = widget.devicePixelRatioF();
+    QCOMPARE(shown.size(), widget.size() * pixelRatio);
+    const auto counts = ChannelHistograms::Of(picture, QRect(0, 0, 50, 50));
+    QCOMPARE(shown, HistogramPlot().Draw(*counts, widget.size(), pixelRatio, widget.palette()));
 }
 
 void TestHistogramWidget::FollowsThePalette()

@@ -31,6 +31,7 @@ HistogramWidget::HistogramWidget(QWidget* parent)
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
     setAccessibleName(tr("Histogram"));
     DescribeForAccessibility();
     m_startTimer.setSingleShot(true);
@@ -113,7 +114,7 @@ bool HistogramWidget::event(QEvent* event)
     if (event->type() != QEvent::ToolTip || m_histograms->pixels == 0)
         return QWidget::event(event);
     const auto* const help = static_cast<QHelpEvent*>(event);
-    QToolTip::showText(help->globalPos(), ToolTipFor(LevelAt(help->pos().x())), this);
+    ShowToolTip(help->pos(), help->globalPos());
     return true;
 }
 
@@ -127,6 +128,14 @@ void HistogramWidget::changeEvent(QEvent* event)
 void HistogramWidget::mousePressEvent(QMouseEvent* event)
 {
     event->setAccepted(event->button() == Qt::LeftButton);
+}
+
+/// A tooltip that is shown follows the mouse, as another level is under it.
+void HistogramWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    if (QToolTip::isVisible() && rect().contains(event->pos()))
+        ShowToolTip(event->pos(), event->globalPos());
+    QWidget::mouseMoveEvent(event);
 }
 
 void HistogramWidget::mouseReleaseEvent(QMouseEvent* event)
@@ -229,6 +238,12 @@ void HistogramWidget::ForgetPlot()
 {
     m_drawn = QImage();
     update();
+}
+
+void HistogramWidget::ShowToolTip(const QPoint& position, const QPoint& onScreen)
+{
+    if (m_histograms->pixels > 0)
+        QToolTip::showText(onScreen, ToolTipFor(LevelAt(position.x())), this);
 }
 
 int HistogramWidget::LevelAt(int x) const

@@ -69,6 +69,7 @@ protected:
     bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
@@ -86,6 +87,7 @@ private:
     void AbortCount();
     void OnCountFinished();
     void ForgetPlot();
+    void ShowToolTip(const QPoint& position, const QPoint& onScreen);
     int LevelAt(int x) const;
     QString ToolTipFor(int level) const;
     void DescribeForAccessibility();
