@@ -94,14 +94,8 @@ HWY_INLINE FloatPair ToFloats(Shorts numbers)
 /// The whole parts of numbers in -32768..32767.
 HWY_INLINE Shorts WholeParts(FloatPair numbers)
 {
-#if HWY_TARGET == HWY_AVX2
-    const Pixels first{_mm256_cvttps_epi32(numbers.first.raw)};
-    const Pixels second{_mm256_cvttps_epi32(numbers.second.raw)};
-#else
-    const Pixels first{_mm512_cvttps_epi32(numbers.first.raw)};
-    const Pixels second{_mm512_cvttps_epi32(numbers.second.raw)};
-#endif
-    return LowHalves(first, second);
+    const PixelTag d;
+    return LowHalves(hn::BitCast(d, WholePart(numbers.first)), hn::BitCast(d, WholePart(numbers.second)));
 }
 
 #endif
