@@ -1,5 +1,4 @@
 #include "KernelCheck.h"
-#include "image/Luma709.h"
 #include "image/YDBlend.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 #include "simd/VectorKernels.h"
@@ -8,7 +7,6 @@
 #include <QTest>
 
 #include <array>
-#include <climits>
 #include <cmath>
 #include <random>
 #include <vector>
@@ -77,21 +75,6 @@ void BlendByPixels(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA
         YDBlend::YDSourceBySelection()(source[x], destination[x], mask[x]);
 }
 
-struct Threshold
-{
-    int level;
-
-    void operator()(YDRGBA32i& pixel) const
-    {
-        const quint8 grey = Luma709::Of(pixel) >= level ? 255 : 0;
-        pixel = {grey, grey, grey, pixel.a};
-    }
-    void ProcessRow(YDRGBA32i* row, int count) const
-    {
-        AVX2LIB::Find<decltype(&ThresholdRow)>("ThresholdRow")(row, count, level);
-    }
-};
-
 void AddTargets()
 {
     QTest::addColumn<qint64>("target");
@@ -127,9 +110,6 @@ private slots:
     void TheAlphaOfTheMaskIsTheCoverage();
     void RowsOfTheSelectionBlendEqualItsPixels_data() { AddTargets(); }
     void RowsOfTheSelectionBlendEqualItsPixels();
-
-    void ThresholdEqualsItsRule_data();
-    void ThresholdEqualsItsRule();
 };
 
 void TestVectorKernels::initTestCase()
@@ -288,19 +268,6 @@ void TestVectorKernels::RowsOfTheSelectionBlendEqualItsPixels()
     YDBlend::YDSourceBySelection::ProcessRow(source.data(), rows.data(), mask.data(), LongestRow);
     BlendByPixels(source.data(), pixels.data(), mask.data(), LongestRow);
     QVERIFY(rows == pixels);
-}
-
-void TestVectorKernels::ThresholdEqualsItsRule_data()
-{
-    QTest::addColumn<int>("level");
-    for (const int level : {INT_MIN, -1, 0, 1, 2, 127, 128, 200, 254, 255, 256, INT_MAX})
-        QTest::addRow("level %d", level) << level;
-}
-
-void TestVectorKernels::ThresholdEqualsItsRule()
-{
-    QFETCH(int, level);
-    QCOMPARE(KernelCheck::Difference("ThresholdRow", Threshold{level}, 100000), QString());
 }
 
 QTEST_GUILESS_MAIN(TestVectorKernels)

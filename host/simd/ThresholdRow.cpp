@@ -3,7 +3,7 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include "image/Luma709.h"
+#include "image/YDThresholdRGB32.h"
 #include "simd/PixelLoop.h"
 #include "simd/VectorKernels.h"
 
@@ -12,17 +12,6 @@
 HWY_BEFORE_NAMESPACE();
 namespace {
 namespace HWY_NAMESPACE {
-
-struct ThresholdRule
-{
-    int level;
-
-    void operator()(YDRGBA32i& pixel) const
-    {
-        const quint8 grey = Luma709::Of(pixel) >= level ? 255 : 0;
-        pixel = {grey, grey, grey, pixel.a};
-    }
-};
 
 class ThresholdVectors
 {
@@ -54,7 +43,9 @@ private:
 void ThresholdRow(YDRGBA32i* row, size_t count, int level)
 {
     const int bounded = std::clamp(level, 0, 256); // all white, all black
-    MapPixels(row, count, ThresholdRule{bounded}, ThresholdVectors(bounded));
+    YDThresholdRGB32 rule;
+    rule.SetLevel(bounded);
+    MapPixels(row, count, rule, ThresholdVectors(bounded));
 }
 
 } // namespace HWY_NAMESPACE
