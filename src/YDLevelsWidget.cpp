@@ -152,7 +152,7 @@ double YDLevelsWidget::ToneValue(int low, int high, int position)
     const qint64 thousandths =
         position >= mid
             ? Quotient((mid - position) * (GammaAtMiddle - GammaAtHigh), high - mid) + GammaAtMiddle
-            : Quotient((low - position) * (GammaAtLow - GammaAtMiddle), mid - low) + GammaAtLow;
+            : Quotient((qint64(low) - position) * (GammaAtLow - GammaAtMiddle), mid - low) + GammaAtLow;
     return BoundedToInt(thousandths) * Thousandth;
 }
 
