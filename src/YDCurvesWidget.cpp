@@ -178,9 +178,12 @@ bool YDCurvesWidget::eventFilter(QObject* watched, QEvent* event)
     return YDAdjustmentWidget::eventFilter(watched, event);
 }
 
-void YDCurvesWidget::AttachQImage(YDSharedImage<QImage>* image) { m_histogramFeed->AttachQImage(image); }
+void YDCurvesWidget::AttachQImage(const YDSharedImage<QImage>* image)
+{
+    m_histogramFeed->AttachQImage(image);
+}
 
-void YDCurvesWidget::AttachRGB32iImage(YDSharedImage<RGBA32iImage>* image)
+void YDCurvesWidget::AttachRGB32iImage(const YDSharedImage<RGBA32iImage>* image)
 {
     m_histogramFeed->AttachRGB32iImage(image);
 }
@@ -265,6 +268,8 @@ void YDCurvesWidget::RebuildCurve() { m_scene->SetCurve(BuildSpline(Points())); 
 
 void YDCurvesWidget::MakeControls()
 {
+    if (!m_ui->m_pCurveView->scene())
+        return;
     m_scene->RemoveAllNodes();
     if (YDCurvePoints::IsEditable(Points()))
         for (int i = 0; i < Points().size(); ++i)
@@ -467,7 +472,11 @@ void YDCurvesWidget::SetCurrentNode(int index)
     emit CurrentNodeChanged();
 }
 
-void YDCurvesWidget::RemoveCurrentPoint() { RemovePoint(m_scene->CurrentIndex()); }
+void YDCurvesWidget::RemoveCurrentPoint()
+{
+    if (m_ui->m_pCurveView->scene())
+        RemovePoint(m_scene->CurrentIndex());
+}
 
 void YDCurvesWidget::FitCurveView()
 {

@@ -69,8 +69,8 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     /// Has the histogram show the picture in `image`, which must live until another takes its place.
-    void AttachQImage(YDSharedImage<QImage>* image);
-    void AttachRGB32iImage(YDSharedImage<RGBA32iImage>* image);
+    void AttachQImage(const YDSharedImage<QImage>* image);
+    void AttachRGB32iImage(const YDSharedImage<RGBA32iImage>* image);
     void UpdateHistogramm();
 
     /// From a point of a curve to its place in the editor's scene, and back: (x, 255 - y).

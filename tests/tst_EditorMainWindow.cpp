@@ -1,3 +1,4 @@
+#include "Photographs.h"
 #include "TestDocuments.h"
 #include "TestPictures.h"
 #include "YDAdjustmentWidget.h"
@@ -7,6 +8,7 @@
 #include "editor/AdjustmentSession.h"
 #include "editor/DocumentWindow.h"
 #include "editor/MainWindow.h"
+#include "gui/KVDocumentView.h"
 
 #include <QAction>
 #include <QApplication>
@@ -26,6 +28,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <QUrl>
 
 namespace {
@@ -87,6 +90,7 @@ private slots:
     void TheMenuShowsTheGroups();
     void ThePanelsChoiceOffersEveryAdjustment();
     void AnOpenAdjustmentForbidsOtherChanges();
+    void ColoursArePickedOnThePictureAndUndone();
     void ThePanelAppliesItsSettings();
     void ThePanelKeepsToTheSelection();
     void ThePanelOutlivesADocumentItIsAdjusting_data();
@@ -298,6 +302,40 @@ void TestEditorMainWindow::AnOpenAdjustmentForbidsOtherChanges()
     document->Session()->Reject();
     for (const char* const text : {"Undo", "Save", "Select All", "Select Rectangle"})
         QVERIFY2(ActionOf(window, QLatin1String(text))->isEnabled(), text);
+}
+
+/// Black, white and grey, each from a rectangle dragged on the picture while the dialog is open.
+void TestEditorMainWindow::ColoursArePickedOnThePictureAndUndone()
+{
+    const RGBA32iImage photograph =
+        Photographs::Load(QStringLiteral("seeding_by_Clements_Engelhardt.jpg"), 400);
+    const QString path = m_folder->filePath(QStringLiteral("photograph.png"));
+    QVERIFY(ImageToQImage(photograph).save(path));
+    MainWindow window;
+    window.resize(1000, 700);
+    DocumentWindow* const document = Open(window, path);
+    window.findChild<QAction*>(QStringLiteral("curves"))->trigger();
+    AdjustmentSession* const session = document->Session();
+    YDAdjustmentWidget* const curves = session->Dialog()->Widget();
+    QSignalSpy data(curves, &YDAdjustmentWidget::DataChanged);
+    KVDocumentView* const view = document->View();
+    int row = 30;
+    for (const char* const picker : {"m_pBlack", "m_pWhite", "m_pGray"}) {
+        curves->findChild<QToolButton*>(QLatin1String(picker))->click();
+        QTest::mousePress(view->viewport(), Qt::LeftButton, {}, view->mapFromScene(100, row));
+        QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, view->mapFromScene(140, row + 20));
+        row += 60;
+        data.wait(PatienceMs);
+    }
+    QCOMPARE(data.count(), 3);
+    QSignalSpy accepted(session, &AdjustmentSession::Accepted);
+    session->Accept();
+    QTRY_COMPARE_WITH_TIMEOUT(accepted.count(), 1, PatienceMs);
+    const Document& picture = *document->GetDocument();
+    QVERIFY(!TestPictures::AreEqual(picture.Picture(), photograph));
+    QCOMPARE(view->viewport()->cursor().shape(), Qt::ArrowCursor);
+    ActionOf(window, QStringLiteral("Undo"))->trigger();
+    QVERIFY(TestPictures::AreEqual(picture.Picture(), photograph));
 }
 
 void TestEditorMainWindow::ThePanelAppliesItsSettings()

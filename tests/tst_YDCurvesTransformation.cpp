@@ -48,7 +48,7 @@ Points RandomCurve(QRandomGenerator& random)
 /// 0 to 19 points at random, in any order, near each other or far out.
 Points RandomList(QRandomGenerator& random)
 {
-    const int reach = 1 << random.bounded(1, 31);
+    const int reach = 1 << random.bounded(1, 30);
     Points points(random.bounded(20));
     for (QPoint& point : points)
         point = {random.bounded(-reach, reach), random.bounded(-reach, reach)};
