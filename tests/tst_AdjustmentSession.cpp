@@ -6,6 +6,7 @@
 #include "editor/AdjustmentDialog.h"
 #include "editor/AdjustmentSession.h"
 #include "editor/DocumentWindow.h"
+#include "editor/MaskOfShape.h"
 #include "editor/PresetMenu.h"
 #include "gui/KVDocumentView.h"
 #include "gui/YDOperationProgressDlg.h"
@@ -170,8 +171,7 @@ void TestAdjustmentSession::OkDeliversWhatThePanelApplies()
     const RGBA32iImage picture = TestPictures::Noise(300, 200);
     QPainterPath ellipse;
     ellipse.addEllipse(QRectF(50, 40, 200, 150));
-    const SelectionMask mask =
-        isSelected ? SelectionMask::Make(ellipse, 10, QSize(300, 200)) : SelectionMask();
+    const SelectionMask mask = isSelected ? MaskOfShape(ellipse, 10, QSize(300, 200)) : SelectionMask();
 
     Bench bench(Brightness(), picture, mask);
     bench.Dialog().findChild<QSlider*>(QStringLiteral("m_pBrightnessSlider"))->setValue(35);

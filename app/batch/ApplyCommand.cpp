@@ -6,7 +6,7 @@
 #include "batch/InterruptWatch.h"
 #include "batch/OutputPlan.h"
 #include "batch/PicturePipeline.h"
-#include "batch/SelectionMask.h"
+#include "batch/ReadMask.h"
 
 #include <QRegularExpression>
 #include <QThread>
@@ -207,7 +207,7 @@ ApplyCommand::Problem ApplyCommand::TakeMask()
             return Wrong(tr("apply: two whole numbers X,Y are expected behind --offset, not \"%1\"")
                              .arg(Parser().value(m_offset)));
     }
-    return Failed(m_mask.Read(Parser().value(m_selection), position, m_options.reading));
+    return Failed(ReadMask(Parser().value(m_selection), position, m_options.reading, m_mask));
 }
 
 ExitStatus ApplyCommand::Process()

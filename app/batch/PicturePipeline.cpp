@@ -112,11 +112,8 @@ void PicturePipeline::OnRead(const PicturePointer& picture)
 
 void PicturePipeline::Adjust(Picture& picture)
 {
-    if (m_mask.IsSet() && m_mask.IsEmpty())
-        return; // an empty rectangle would mean the whole picture
-    const QRect boundingRect = m_mask.IsSet() ? m_mask.BoundingRect() : QRect();
     for (AdjustmentStep& step : m_steps)
-        step.Apply(picture.pixels, m_mask.Pixels(), m_mask.Offset(), boundingRect);
+        step.Apply(picture.pixels, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect());
 }
 
 void PicturePipeline::Write(Picture& picture) const

@@ -2,7 +2,7 @@
 
 #include "batch/AdjustmentStep.h"
 #include "batch/OutputPlan.h"
-#include "batch/SelectionMask.h"
+#include "catalog/SelectionMask.h"
 #include "core/KVImageFileManager.h"
 
 #include <QObject>

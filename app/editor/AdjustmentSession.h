@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editor/SelectionMask.h"
+#include "catalog/SelectionMask.h"
 #include "image/KVImage.h"
 
 #include <QObject>

@@ -1,6 +1,7 @@
 #include "editor/Document.h"
 
 #include "editor/BackgroundTask.h"
+#include "editor/MaskOfShape.h"
 
 #include <QFileInfo>
 #include <QUndoCommand>
@@ -104,7 +105,7 @@ void Document::InvertSelection()
 
 void Document::SetFeather(int pixels)
 {
-    const int feather = std::clamp(pixels, 0, SelectionMask::MaxFeather);
+    const int feather = std::clamp(pixels, 0, MaxFeather);
     if (feather == m_feather)
         return;
     m_feather = feather;
@@ -146,7 +147,7 @@ void Document::StartMask()
     BackgroundTask::Run(
         this,
         [shape = m_selection, feather = m_feather, size = Size()] {
-            return SelectionMask::Make(shape, feather, size);
+            return MaskOfShape(shape, feather, size);
         },
         [this](const SelectionMask& mask) { OnMaskReady(mask); });
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "catalog/SelectionMask.h"
 #include "editor/OpenedPicture.h"
-#include "editor/SelectionMask.h"
 
 #include <QObject>
 #include <QPainterPath>

@@ -1,8 +1,8 @@
 #include "editor/EditorActions.h"
 
 #include "catalog/AdjustmentCatalog.h"
+#include "editor/MaskOfShape.h"
 #include "editor/RecentFiles.h"
-#include "editor/SelectionMask.h"
 #include "editor/ToolIcons.h"
 
 #include <QAction>
@@ -134,7 +134,7 @@ void EditorActions::MakeViewActions()
 void EditorActions::MakeFeather()
 {
     feather->setObjectName(QStringLiteral("FeatherSpin"));
-    feather->setRange(0, SelectionMask::MaxFeather);
+    feather->setRange(0, MaxFeather);
     feather->setSuffix(tr(" px"));
     feather->setAccessibleName(tr("Feather"));
     feather->setToolTip(tr("How far the edge of the selection fades out, to either side"));

@@ -1,4 +1,4 @@
-#include "editor/SelectionMask.h"
+#include "editor/MaskOfShape.h"
 
 #include <QTest>
 
@@ -35,7 +35,7 @@ QRect AreaOf(const SelectionMask& mask) { return mask.BoundingRect().translated(
 
 } // namespace
 
-class TestEditorSelectionMask : public QObject
+class TestMaskOfShape : public QObject
 {
     Q_OBJECT
 
@@ -58,16 +58,16 @@ private slots:
     void TilesLeaveNoSeams();
 };
 
-void TestEditorSelectionMask::NoMaskSelectsAll()
+void TestMaskOfShape::NoMaskSelectsAll()
 {
     const SelectionMask mask;
     QVERIFY(mask.SelectsAll());
     QVERIFY(mask.BoundingRect().isEmpty());
 }
 
-void TestEditorSelectionMask::ARectangleOfWholePixelsIsExact()
+void TestMaskOfShape::ARectangleOfWholePixelsIsExact()
 {
-    const SelectionMask mask = SelectionMask::Make(Rectangle({10, 20, 30, 40}), 0, Picture);
+    const SelectionMask mask = MaskOfShape(Rectangle({10, 20, 30, 40}), 0, Picture);
     QVERIFY(!mask.SelectsAll());
     QCOMPARE(AreaOf(mask), QRect(10, 20, 30, 40));
     for (int y = 0; y < 40; ++y)
@@ -75,18 +75,18 @@ void TestEditorSelectionMask::ARectangleOfWholePixelsIsExact()
             QCOMPARE(mask.Coverage().Row(y)[x], YDRGBA32i(255, 255, 255, 255));
 }
 
-void TestEditorSelectionMask::HalfAPixelIsHalfSelected()
+void TestMaskOfShape::HalfAPixelIsHalfSelected()
 {
-    const SelectionMask mask = SelectionMask::Make(Rectangle({10.5, 20, 4, 4}), 0, Picture);
+    const SelectionMask mask = MaskOfShape(Rectangle({10.5, 20, 4, 4}), 0, Picture);
     QCOMPARE(AreaOf(mask), QRect(10, 20, 5, 4));
     QVERIFY(std::abs(At(mask, 10, 21) - 128) <= 2);
     QCOMPARE(At(mask, 11, 21), 255);
     QVERIFY(std::abs(At(mask, 14, 21) - 128) <= 2);
 }
 
-void TestEditorSelectionMask::AllFourChannelsAgree()
+void TestMaskOfShape::AllFourChannelsAgree()
 {
-    const SelectionMask mask = SelectionMask::Make(Ellipse({10, 20, 31, 41}), 5, Picture);
+    const SelectionMask mask = MaskOfShape(Ellipse({10, 20, 31, 41}), 5, Picture);
     for (int y = 0; y < mask.Coverage().Height(); ++y) {
         for (int x = 0; x < mask.Coverage().Width(); ++x) {
             const YDRGBA32i pixel = mask.Coverage().Row(y)[x];
@@ -95,9 +95,9 @@ void TestEditorSelectionMask::AllFourChannelsAgree()
     }
 }
 
-void TestEditorSelectionMask::AnEllipseIsSmoothAndSymmetric()
+void TestMaskOfShape::AnEllipseIsSmoothAndSymmetric()
 {
-    const SelectionMask mask = SelectionMask::Make(Ellipse({100, 100, 80, 60}), 0, Picture);
+    const SelectionMask mask = MaskOfShape(Ellipse({100, 100, 80, 60}), 0, Picture);
     QCOMPARE(AreaOf(mask), QRect(100, 100, 80, 60));
     QCOMPARE(At(mask, 140, 130), 255);
     QCOMPARE(At(mask, 100, 100), 0);
@@ -115,25 +115,25 @@ void TestEditorSelectionMask::AnEllipseIsSmoothAndSymmetric()
     QVERIFY(partly > 100);
 }
 
-void TestEditorSelectionMask::TheMaskIsCroppedToThePicture()
+void TestMaskOfShape::TheMaskIsCroppedToThePicture()
 {
-    const SelectionMask mask = SelectionMask::Make(Rectangle({-50, 250, 100, 100}), 0, Picture);
+    const SelectionMask mask = MaskOfShape(Rectangle({-50, 250, 100, 100}), 0, Picture);
     QCOMPARE(AreaOf(mask), QRect(0, 250, 50, 50));
 }
 
-void TestEditorSelectionMask::AnInvertedSelectionIsTheComplement()
+void TestMaskOfShape::AnInvertedSelectionIsTheComplement()
 {
     const QPainterPath shape = Ellipse({100, 100, 81, 61});
     const QPainterPath inverted = Rectangle({QPointF(0, 0), Picture}).subtracted(shape);
-    const SelectionMask mask = SelectionMask::Make(shape, 0, Picture);
-    const SelectionMask complement = SelectionMask::Make(inverted, 0, Picture);
+    const SelectionMask mask = MaskOfShape(shape, 0, Picture);
+    const SelectionMask complement = MaskOfShape(inverted, 0, Picture);
     QCOMPARE(AreaOf(complement), QRect(QPoint(0, 0), Picture));
     for (int y = 0; y < Picture.height(); ++y)
         for (int x = 0; x < Picture.width(); ++x)
             QVERIFY(std::abs(At(mask, x, y) + At(complement, x, y) - 255) <= 2);
 }
 
-void TestEditorSelectionMask::AShapeBesideThePictureSelectsNothing_data()
+void TestMaskOfShape::AShapeBesideThePictureSelectsNothing_data()
 {
     QTest::addColumn<QRectF>("rect");
     QTest::newRow("left of it") << QRectF(-50, 10, 40, 40);
@@ -141,16 +141,16 @@ void TestEditorSelectionMask::AShapeBesideThePictureSelectsNothing_data()
     QTest::newRow("too thin to count") << QRectF(10, 10, 0.001, 100);
 }
 
-void TestEditorSelectionMask::AShapeBesideThePictureSelectsNothing()
+void TestMaskOfShape::AShapeBesideThePictureSelectsNothing()
 {
     QFETCH(QRectF, rect);
-    const SelectionMask mask = SelectionMask::Make(Rectangle(rect), 0, Picture);
+    const SelectionMask mask = MaskOfShape(Rectangle(rect), 0, Picture);
     QVERIFY2(!mask.SelectsAll(), "no coverage image would mean the whole picture");
     QCOMPARE(mask.BoundingRect(), QRect(0, 0, 1, 1));
     QCOMPARE(mask.Coverage().Row(0)[0], YDRGBA32i(0, 0, 0, 0));
 }
 
-void TestEditorSelectionMask::AFeatheredEdgeFadesLikeAGaussian_data()
+void TestMaskOfShape::AFeatheredEdgeFadesLikeAGaussian_data()
 {
     QTest::addColumn<int>("feather");
     QTest::newRow("3 px") << 3;
@@ -160,10 +160,10 @@ void TestEditorSelectionMask::AFeatheredEdgeFadesLikeAGaussian_data()
 
 /// Along the edge of a half plane, a Gaussian gives the normal distribution with half the feather as its
 /// standard deviation.
-void TestEditorSelectionMask::AFeatheredEdgeFadesLikeAGaussian()
+void TestMaskOfShape::AFeatheredEdgeFadesLikeAGaussian()
 {
     QFETCH(int, feather);
-    const SelectionMask mask = SelectionMask::Make(Rectangle({200, -100, 400, 500}), feather, Picture);
+    const SelectionMask mask = MaskOfShape(Rectangle({200, -100, 400, 500}), feather, Picture);
     const double sigma = feather / 2.0;
     for (int x = 100; x < 300; ++x) {
         const double distance = x + 0.5 - 200;
@@ -175,9 +175,9 @@ void TestEditorSelectionMask::AFeatheredEdgeFadesLikeAGaussian()
         QVERIFY(At(mask, x, 150) >= At(mask, x - 1, 150));
 }
 
-void TestEditorSelectionMask::FeatheringKeepsTheSum()
+void TestMaskOfShape::FeatheringKeepsTheSum()
 {
-    const SelectionMask mask = SelectionMask::Make(Rectangle({150, 100, 100, 80}), 20, Picture);
+    const SelectionMask mask = MaskOfShape(Rectangle({150, 100, 100, 80}), 20, Picture);
     double sum = 0;
     for (int y = 0; y < Picture.height(); ++y)
         for (int x = 0; x < Picture.width(); ++x)
@@ -185,9 +185,9 @@ void TestEditorSelectionMask::FeatheringKeepsTheSum()
     QVERIFY(std::abs(sum - 8000) < 40);
 }
 
-void TestEditorSelectionMask::FeatheringGrowsTheArea()
+void TestMaskOfShape::FeatheringGrowsTheArea()
 {
-    const SelectionMask mask = SelectionMask::Make(Rectangle({150, 100, 100, 80}), 10, Picture);
+    const SelectionMask mask = MaskOfShape(Rectangle({150, 100, 100, 80}), 10, Picture);
     const QRect area = AreaOf(mask);
     QVERIFY(area.contains(QRect(150 - 10, 100 - 10, 120, 100)));
     QVERIFY(QRect(150 - 25, 100 - 25, 150, 130).contains(area));
@@ -195,25 +195,25 @@ void TestEditorSelectionMask::FeatheringGrowsTheArea()
         QVERIFY2(At(mask, area.left(), 140) > 0, "cropped to what is selected at all");
 }
 
-void TestEditorSelectionMask::ThePicturesBorderDoesNotFade()
+void TestMaskOfShape::ThePicturesBorderDoesNotFade()
 {
-    const SelectionMask mask = SelectionMask::Make(Rectangle({-100, -100, 300, 600}), 20, Picture);
+    const SelectionMask mask = MaskOfShape(Rectangle({-100, -100, 300, 600}), 20, Picture);
     QCOMPARE(At(mask, 0, 0), 255);
     QCOMPARE(At(mask, 0, 299), 255);
     QCOMPARE(At(mask, 100, 150), 255);
 }
 
-void TestEditorSelectionMask::FarOutCoordinatesAreHarmless()
+void TestMaskOfShape::FarOutCoordinatesAreHarmless()
 {
-    const SelectionMask mask = SelectionMask::Make(Rectangle({-1e12, -1e12, 2e12, 2e12}), 500, Picture);
+    const SelectionMask mask = MaskOfShape(Rectangle({-1e12, -1e12, 2e12, 2e12}), 500, Picture);
     QCOMPARE(AreaOf(mask), QRect(QPoint(0, 0), Picture));
     QCOMPARE(At(mask, 200, 150), 255);
 }
 
-void TestEditorSelectionMask::TilesLeaveNoSeams()
+void TestMaskOfShape::TilesLeaveNoSeams()
 {
     const QSize wide(40000, 300);
-    const SelectionMask mask = SelectionMask::Make(Rectangle({10, 10, 39000, 280}), 0, wide);
+    const SelectionMask mask = MaskOfShape(Rectangle({10, 10, 39000, 280}), 0, wide);
     QCOMPARE(AreaOf(mask), QRect(10, 10, 39000, 280));
     for (int y = 0; y < 280; ++y)
         for (int x = 0; x < 39000; ++x)
@@ -221,5 +221,5 @@ void TestEditorSelectionMask::TilesLeaveNoSeams()
                 QFAIL(qPrintable(QStringLiteral("%1, %2").arg(x).arg(y)));
 }
 
-QTEST_MAIN(TestEditorSelectionMask)
-#include "tst_EditorSelectionMask.moc"
+QTEST_MAIN(TestMaskOfShape)
+#include "tst_MaskOfShape.moc"

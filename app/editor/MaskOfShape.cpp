@@ -1,4 +1,4 @@
-#include "editor/SelectionMask.h"
+#include "editor/MaskOfShape.h"
 
 #include "editor/CoveragePlane.h"
 #include "image/ParallelRows.h"
@@ -41,26 +41,17 @@ RGBA32iImage CoverageImage(const CoveragePlane& plane, const QRect& area)
 
 } // namespace
 
-SelectionMask SelectionMask::Make(const QPainterPath& shape, int feather, const QSize& picture)
+SelectionMask MaskOfShape(const QPainterPath& shape, int feather, const QSize& picture)
 {
     const QRect pictureRect(QPoint(0, 0), picture);
     const double sigma = SigmaOfFeather(std::clamp(feather, 0, MaxFeather));
     const QRect reachable = ReachableArea(shape, CoveragePlane::BlurReach(sigma), pictureRect);
-    SelectionMask mask;
-    mask.m_coverage = RGBA32iImage(1, 1);
     CoveragePlane plane(reachable);
     if (reachable.isEmpty() || !plane.IsValid())
-        return mask;
+        return {RGBA32iImage(), QPoint()};
     plane.Draw(shape);
     if (sigma > 0)
         plane.Blur(sigma);
     const QRect covered = plane.CoveredArea();
-    if (covered.isEmpty())
-        return mask;
-    const RGBA32iImage coverage = CoverageImage(plane, covered);
-    if (coverage.IsEmpty())
-        return mask;
-    mask.m_coverage = coverage;
-    mask.m_offset = covered.topLeft();
-    return mask;
+    return {CoverageImage(plane, covered), covered.topLeft()};
 }

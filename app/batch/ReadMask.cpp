@@ -1,4 +1,4 @@
-#include "batch/SelectionMask.h"
+#include "batch/ReadMask.h"
 
 #include "core/WholeFile.h"
 
@@ -26,27 +26,24 @@ QRect CoveredRect(const QImage& mask)
 
 } // namespace
 
-QString SelectionMask::Read(const QString& path, const QPoint& position,
-                            const KVImageFileManager::ReadOptions& options)
+QString ReadMask(const QString& path, const QPoint& position, const KVImageFileManager::ReadOptions& options,
+                 SelectionMask& mask)
 {
     const KVImageFileManager::ReadResult result = KVImageFileManager::Read(path, options);
     if (!result.error.isEmpty())
         return result.error;
     const QRect covered = CoveredRect(result.image);
-    m_isSet = true;
-    m_offset = position + covered.topLeft();
-    m_pixels = RGBA32iImage(covered.width(), covered.height());
-    if (m_pixels.IsEmpty())
-        return covered.isEmpty() ? QString()
-                                 : WholeFile::Error(path, QCoreApplication::translate(
-                                                              "SelectionMask", "there is not enough memory"));
+    const RGBA32iImage pixels(covered.width(), covered.height());
+    if (pixels.IsEmpty() && !covered.isEmpty())
+        return WholeFile::Error(path, QCoreApplication::translate("ReadMask", "there is not enough memory"));
     for (int y = 0; y < covered.height(); ++y) {
         const auto* source = reinterpret_cast<const QRgb*>(result.image.constScanLine(covered.y() + y));
-        YDRGBA32i* row = m_pixels.Row(y);
+        YDRGBA32i* row = pixels.Row(y);
         for (int x = 0; x < covered.width(); ++x) {
             const auto coverage = quint8(Coverage(source[covered.x() + x]));
             row[x] = YDRGBA32i(coverage, coverage, coverage, coverage);
         }
     }
+    mask = SelectionMask(pixels, position + covered.topLeft());
     return {};
 }

@@ -3,10 +3,8 @@
 #include "image/KVImage.h"
 
 #include <QMetaType>
-#include <QPainterPath>
 #include <QPoint>
 #include <QRect>
-#include <QSize>
 
 /// How strongly each pixel of a picture is selected, in the form that adjustments take it; a shared value.
 ///
@@ -15,18 +13,12 @@
 class SelectionMask
 {
 public:
-    static constexpr int MaxFeather = 500; ///< pixels
-
     /// Nothing limits the adjustment: the whole picture is selected.
     SelectionMask() = default;
 
-    /// The mask of `shape`, in coordinates of a picture of the given size, with antialiased edges.
-    ///
-    /// `feather` is the distance in pixels, on either side, over which the edge fades out; it is bounded by
-    /// MaxFeather. Where the shape reaches the picture's border it stays as it is, as if the picture went
-    /// on. A shape that selects not even a part of a pixel gives a mask of one pixel that is not selected.
-    /// Works on all cores, and may be called from a task of the global thread pool.
-    static SelectionMask Make(const QPainterPath& shape, int feather, const QSize& picture);
+    /// `coverage` with its upper left corner at `offset` in the picture. An empty image selects nothing; the
+    /// mask is one pixel then that is not selected.
+    SelectionMask(const RGBA32iImage& coverage, const QPoint& offset);
 
     bool SelectsAll() const { return m_coverage.IsEmpty(); }
     RGBA32iImage Coverage() const { return m_coverage; }
