@@ -8,20 +8,17 @@
 
 /// The constants and the pixel form of a grey that is the weighted sum of the channels' light, encoded.
 ///
-/// The sum is formed in single precision in the order that is written here, and rounded to a 16384th, halves
-/// up; that is encoded by Encoded(), here from a table of its values. IEEE 754 rounds each step the same way
-/// everywhere.
+/// The sum is formed in whole numbers and rounded to a 16384th, halves up; that is encoded by Encoded(), here
+/// from a table of its values. That is reckoned in single precision, by steps that IEEE 754 rounds the same
+/// way everywhere.
 struct LinearGreyRule
 {
     static constexpr const char* Kernel = "LinearGreyRow";
-    static constexpr int Full = 1 << 14; ///< the light of white, as it is encoded
+    static constexpr int WhiteLight = 32767;     ///< of a channel
+    static constexpr int Full = 1 << 14;         ///< the light of white, as it is encoded
+    static constexpr int GreatestFactor = 10922; ///< in either direction: three of white fit into 32 bits
 
-    /// Light of each level, 65535 for white, as whole numbers in two types.
-    struct Decoding
-    {
-        std::array<quint16, 256> words;
-        std::array<float, 256> light;
-    };
+    using Decoding = std::array<quint16, 256>;
     using Encoding = std::array<quint8, Full + 1>;
 
     /// The sRGB curve above its toe, as levels, by the fourth root of light, within 0.01; half a level more,
@@ -32,16 +29,17 @@ struct LinearGreyRule
 
     const Decoding* decoding;
     const Encoding* encoding;
-    float red; ///< a weight times Full / 65535
-    float green;
-    float blue;
+    qint16 red; ///< weights, times a power of two
+    qint16 green;
+    qint16 blue;
+    int shift; ///< from the weighted sum to Full
 
     void operator()(YDRGBA32i& pixel) const
     {
-        const float redGreen = red * decoding->light[pixel.r] + green * decoding->light[pixel.g];
-        const float sum = redGreen + blue * decoding->light[pixel.b] + 0.5f;
-        const auto index = static_cast<std::size_t>(std::clamp(sum, 0.0f, float(Full)));
-        const quint8 grey = (*encoding)[index];
+        const auto& light = *decoding;
+        const int sum = red * light[pixel.r] + green * light[pixel.g] + blue * light[pixel.b];
+        const int index = std::clamp((sum + (1 << (shift - 1))) >> shift, 0, Full);
+        const quint8 grey = (*encoding)[static_cast<std::size_t>(index)];
         pixel = YDRGBA32i(grey, grey, grey, pixel.a);
     }
 

@@ -6,7 +6,9 @@
 
 namespace {
 
-constexpr int WhiteLight = 65535; // in LinearGreyRule::Decoding
+constexpr int LightBits = 15;   // of LinearGreyRule::WhiteLight
+constexpr int EncodedBits = 14; // of LinearGreyRule::Full
+constexpr int MostFactorBits = 13;
 
 double Bounded(float weight)
 {
@@ -25,11 +27,9 @@ BlackAndWhiteRule RuleOf(float r, float g, float b)
 LinearGreyRule::Decoding MakeDecoding()
 {
     LinearGreyRule::Decoding decoding{};
-    for (std::size_t v = 0; v < 256; ++v) {
-        const double light = SRgb::ToLinear(double(v) / 255.0) * WhiteLight;
-        decoding.words[v] = static_cast<quint16>(std::lround(light));
-        decoding.light[v] = decoding.words[v];
-    }
+    for (std::size_t v = 0; v < 256; ++v)
+        decoding[v] =
+            static_cast<quint16>(std::lround(SRgb::ToLinear(double(v) / 255.0) * LinearGreyRule::WhiteLight));
     return decoding;
 }
 
@@ -45,10 +45,14 @@ LinearGreyRule LinearRuleOf(float r, float g, float b)
 {
     static const LinearGreyRule::Decoding decoding = MakeDecoding();
     static const LinearGreyRule::Encoding encoding = MakeEncoding();
-    const auto scaled = [](float weight) {
-        return static_cast<float>(Bounded(weight) * LinearGreyRule::Full / WhiteLight);
+    const double greatest = std::max({std::abs(Bounded(r)), std::abs(Bounded(g)), std::abs(Bounded(b))});
+    int bits = MostFactorBits;
+    while (greatest * (1 << bits) > LinearGreyRule::GreatestFactor)
+        --bits;
+    const auto scaled = [bits](float weight) {
+        return static_cast<qint16>(std::lround(Bounded(weight) * (1 << bits)));
     };
-    return {&decoding, &encoding, scaled(r), scaled(g), scaled(b)};
+    return {&decoding, &encoding, scaled(r), scaled(g), scaled(b), LightBits + bits - EncodedBits};
 }
 
 } // namespace

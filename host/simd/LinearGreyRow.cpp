@@ -15,30 +15,6 @@ namespace HWY_NAMESPACE {
 
 #if HWY_TARGET <= HWY_AVX3 // the better sets have the lower numbers
 
-struct Light
-{
-    Floats b;
-    Floats g;
-    Floats r;
-};
-
-/// Of the low halves of a vector and of the high ones.
-struct Halves
-{
-    Floats low;
-    Floats high;
-};
-
-HWY_INLINE Halves ToFloats(Words words)
-{
-    const IntTag d;
-    const FloatTag df;
-    const Pixels pairs = hn::BitCast(PixelTag(), words);
-    const Pixels low = hn::And(pairs, hn::Set(PixelTag(), 0xffffu));
-    return {hn::ConvertTo(df, hn::BitCast(d, low)),
-            hn::ConvertTo(df, hn::BitCast(d, hn::ShiftRight<16>(pairs)))};
-}
-
 /// The table in eight registers; a permute of words looks up the low six bits of its indices in two of them.
 class DecodingTable
 {
@@ -48,14 +24,17 @@ public:
         const WordTag d;
         const size_t lanes = hn::Lanes(d);
         for (size_t i = 0; i < Registers; ++i)
-            m_table[i] = hn::LoadU(d, decoding.words.data() + i * lanes);
+            m_table[i] = hn::LoadU(d, decoding.data() + i * lanes);
     }
 
-    HWY_INLINE Light LookUp(Pixels pixels) const
+    HWY_INLINE Words LookUp(Words levels) const
     {
-        const Halves blueRed = ToFloats(LookUpWords(BlueRed(pixels)));
-        const Halves greenAlpha = ToFloats(LookUpWords(GreenAlpha(pixels)));
-        return {blueRed.low, greenAlpha.low, blueRed.high};
+        const WordTag d;
+        const auto hasBit6 = hn::TestBit(levels, hn::Set(d, uint16_t(0x40)));
+        const auto hasBit7 = hn::TestBit(levels, hn::Set(d, uint16_t(0x80)));
+        const Words low = hn::IfThenElse(hasBit6, LookUpQuarter(1, levels), LookUpQuarter(0, levels));
+        const Words high = hn::IfThenElse(hasBit6, LookUpQuarter(3, levels), LookUpQuarter(2, levels));
+        return hn::IfThenElse(hasBit7, high, low);
     }
 
 private:
@@ -67,16 +46,6 @@ private:
             _mm512_permutex2var_epi16(m_table[2 * quarter].raw, levels.raw, m_table[2 * quarter + 1].raw)};
     }
 
-    HWY_INLINE Words LookUpWords(Words levels) const
-    {
-        const WordTag d;
-        const auto hasBit6 = hn::TestBit(levels, hn::Set(d, uint16_t(0x40)));
-        const auto hasBit7 = hn::TestBit(levels, hn::Set(d, uint16_t(0x80)));
-        const Words low = hn::IfThenElse(hasBit6, LookUpQuarter(1, levels), LookUpQuarter(0, levels));
-        const Words high = hn::IfThenElse(hasBit6, LookUpQuarter(3, levels), LookUpQuarter(2, levels));
-        return hn::IfThenElse(hasBit7, high, low);
-    }
-
     Words m_table[Registers];
 };
 
@@ -84,19 +53,20 @@ class LinearGreyVectors
 {
 public:
     explicit HWY_INLINE LinearGreyVectors(const LinearGreyRule& rule)
-        : m_decoding(*rule.decoding), m_red(hn::Set(FloatTag(), rule.red)),
-          m_green(hn::Set(FloatTag(), rule.green)), m_blue(hn::Set(FloatTag(), rule.blue))
+        : m_decoding(*rule.decoding), m_blueRed(PairOfShorts(rule.blue, rule.red)),
+          m_green(PairOfShorts(rule.green, 0)), m_half(hn::Set(IntTag(), 1 << (rule.shift - 1))),
+          m_shift(rule.shift)
     {}
 
     HWY_INLINE Pixels operator()(Pixels pixels) const
     {
-        const FloatTag d;
-        const Light light = m_decoding.LookUp(pixels);
-        const Floats redGreen = hn::Add(hn::Mul(m_red, light.r), hn::Mul(m_green, light.g));
-        const Floats sum = hn::Add(hn::Add(redGreen, hn::Mul(m_blue, light.b)), hn::Set(d, 0.5f));
-        const Floats bounded =
-            hn::Min(hn::Max(sum, hn::Zero(d)), hn::Set(d, static_cast<float>(LinearGreyRule::Full)));
-        return WithAlphaOf(pixels, Grey(Encoded(hn::ConvertTo(d, WholePart(bounded)))));
+        const IntTag d;
+        const Words blueRed = m_decoding.LookUp(BlueRed(pixels));
+        const Words greenAlpha = m_decoding.LookUp(GreenAlpha(pixels));
+        const Ints sum = AddProducts(blueRed, m_blueRed, AddProducts(greenAlpha, m_green, m_half));
+        const Ints light = hn::ShiftRightSame(sum, m_shift);
+        const Ints bounded = hn::Min(hn::Max(light, hn::Zero(d)), hn::Set(d, LinearGreyRule::Full));
+        return WithAlphaOf(pixels, Grey(Encoded(hn::ConvertTo(FloatTag(), bounded))));
     }
 
 private:
@@ -116,9 +86,10 @@ private:
     }
 
     DecodingTable m_decoding;
-    Floats m_red;
-    Floats m_green;
-    Floats m_blue;
+    Shorts m_blueRed;
+    Shorts m_green;
+    Ints m_half;
+    int m_shift;
 };
 
 void LinearGreyRow(YDRGBA32i* row, size_t count, const LinearGreyRule& rule)
