@@ -14,3 +14,15 @@ void YDBlend::YDSourceBySelection::ProcessRow(const YDRGBA32i* source, YDRGBA32i
     for (int x = 0; x < count; ++x)
         YDSourceBySelection()(source[x], destination[x], mask[x]);
 }
+
+void YDBlend::YDSourceOver<0>::ProcessRow(const YDRGBA32i* source, YDRGBA32i* destination, int count) const
+{
+    using Kernel = void (*)(const YDRGBA32i*, YDRGBA32i*, int, int);
+    static const auto kernel = AVX2LIB::Find<Kernel>("SourceOverRow");
+    if (kernel) {
+        kernel(source, destination, count, opacity);
+        return;
+    }
+    for (int x = 0; x < count; ++x)
+        (*this)(source[x], destination[x]);
+}

@@ -64,6 +64,10 @@ Q_DECL_EXPORT void TemperatureRow(YDRGBA32i* row, int count, const TemperatureRu
 Q_DECL_EXPORT void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask,
                                        int count);
 
+/// YDBlend::YDSourceOver<0> with `opacity`, 0..256, over `count` pixels of two rows, which must not overlap.
+/// Made for opaque pixels; others are no faster than one by one.
+Q_DECL_EXPORT void SourceOverRow(const YDRGBA32i* source, YDRGBA32i* destination, int count, int opacity);
+
 /// The instruction sets that the kernels may use now, a bit each, the best in the lowest bit. Diagnostic.
 Q_DECL_EXPORT qint64 SupportedTargets();
 
