@@ -1,52 +1,16 @@
 #include "YDTileRunner.h"
 
+#include "YDSelectionArea.h"
 #include "YDVectorRoutine.h"
 #include "image/BaseTransformation.h"
 #include "image/PoolTasks.h"
 #include "image/YDBlend.h"
 
-#include <algorithm>
 #include <thread>
 
 namespace {
 
 const std::atomic<bool> NeverAborted{false};
-
-/// A rectangle in 64 bits: a stored selection may lie anywhere, and moving it must not overflow.
-struct WideRect
-{
-    qint64 left;
-    qint64 top;
-    qint64 right; ///< one past the last column
-    qint64 bottom;
-
-    explicit WideRect(const QRect& rect)
-        : left(rect.left()), top(rect.top()), right(qint64(rect.right()) + 1),
-          bottom(qint64(rect.bottom()) + 1)
-    {}
-
-    WideRect MovedBy(qint64 dx, qint64 dy) const
-    {
-        WideRect moved = *this;
-        moved.left += dx;
-        moved.right += dx;
-        moved.top += dy;
-        moved.bottom += dy;
-        return moved;
-    }
-
-    /// The part inside (0, 0, width, height); an empty rectangle at (0, 0) if there is none.
-    QRect ClippedTo(const RGBA32iImage& image) const
-    {
-        const qint64 x0 = std::max<qint64>(left, 0);
-        const qint64 y0 = std::max<qint64>(top, 0);
-        const qint64 x1 = std::min<qint64>(right, image.Width());
-        const qint64 y1 = std::min<qint64>(bottom, image.Height());
-        if (x0 >= x1 || y0 >= y1)
-            return {};
-        return {int(x0), int(y0), int(x1 - x0), int(y1 - y0)};
-    }
-};
 
 int HardwareThreads() { return static_cast<int>(std::thread::hardware_concurrency()); }
 
@@ -67,19 +31,9 @@ RGBA32iImage YDTileRunner::Run(const YDAdjustmentJob& job)
 
 void YDTileRunner::RunOnSelection(const YDAdjustmentJob& job)
 {
-    const WideRect bounds(job.selectionBoundingRect);
-    const qint64 dx = job.selectionOffset.x();
-    const qint64 dy = job.selectionOffset.y();
-    const QRect area = bounds.MovedBy(dx, dy).ClippedTo(job.image);
-    // Where the selection begins left of or above the picture, the mask is read from further inside.
-    const QRect mask =
-        bounds.MovedBy(std::max<qint64>(-dx, 0), std::max<qint64>(-dy, 0)).ClippedTo(job.selection);
-    BlendArea blend;
-    blend.picture = area.topLeft();
-    blend.mask = mask.topLeft();
-    blend.width = std::min(area.width(), mask.width());
-    blend.height = std::min(area.height(), mask.height());
-    SetRange(static_cast<unsigned>(area.height()) + static_cast<unsigned>(blend.height));
+    const YDSelectionArea selected(job);
+    const QRect& area = selected.Covered();
+    SetRange(static_cast<unsigned>(area.height()) + static_cast<unsigned>(selected.Height()));
     if (area.isEmpty())
         return;
 
@@ -93,7 +47,7 @@ void YDTileRunner::RunOnSelection(const YDAdjustmentJob& job)
     if (!copied)
         return;
     TransformArea(copy, QRect(0, 0, copy.Width(), copy.Height()));
-    Blend(copy, job, blend);
+    Blend(copy, job, selected);
 }
 
 void YDTileRunner::TransformArea(const RGBA32iImage& image, const QRect& area)
@@ -114,19 +68,21 @@ void YDTileRunner::TransformAreaByPixels(const RGBA32iImage& image, const QRect&
     RunPoolTasks(HardwareThreads() - 1, [&] { TransformRows(rows, image, area.left(), area.right()); });
 }
 
-void YDTileRunner::Blend(const RGBA32iImage& adjusted, const YDAdjustmentJob& job, const BlendArea& area)
+void YDTileRunner::Blend(const RGBA32iImage& adjusted, const YDAdjustmentJob& job,
+                         const YDSelectionArea& selected)
 {
-    YDRowQueue rows(0, area.height, m_abort);
-    const auto worker = [&] {
+    YDRowQueue rows(0, selected.Height(), m_abort);
+    RunMemoryBoundTasks([&] {
         for (int row = 0; rows.Take(row);) {
-            YDBlend::YDSourceBySelection::ProcessRow(
-                adjusted.Row(row), job.image.Row(area.picture.y() + row) + area.picture.x(),
-                job.selection.Row(area.mask.y() + row) + area.mask.x(), area.width);
+            YDBlend::YDSourceBySelection::ProcessRow(adjusted.Row(row), selected.PictureRow(job, row),
+                                                     selected.MaskRow(job, row), selected.Width());
             IncrementProgress();
         }
-    };
-    // Blending is bound by memory: a second thread of a two-core machine would only take the core from
-    // the user interface.
+    });
+}
+
+void YDTileRunner::RunMemoryBoundTasks(const std::function<void()>& worker)
+{
     if (HardwareThreads() <= 2)
         worker();
     else

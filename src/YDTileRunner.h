@@ -4,11 +4,11 @@
 #include "adjustmentgui_export.h"
 #include "image/YDAdjustmentProcessing.h"
 
-#include <QRect>
-
 #include <atomic>
+#include <functional>
 
 class BaseTransformation;
+class YDSelectionArea;
 
 /// Rows that workers take one by one until they are used up or the run is aborted.
 class YDRowQueue
@@ -50,6 +50,11 @@ public:
     /// own stays free, and on a machine with a single core no row is worked on.
     RGBA32iImage Run(const YDAdjustmentJob& job);
 
+    /// Runs `worker`, which is bound by memory rather than by computing, as pool tasks: as many as there are
+    /// cores less one. With two cores or fewer it runs on the calling thread alone: a second thread would
+    /// only take the core from the user interface. Returns when all is done.
+    static void RunMemoryBoundTasks(const std::function<void()>& worker);
+
 protected:
     /// `abort` may be null (never aborted) and must outlive the runner.
     explicit YDTileRunner(const std::atomic<bool>* abort);
@@ -62,20 +67,10 @@ protected:
     virtual void TransformRows(YDRowQueue& rows, const RGBA32iImage& image, int left, int right) = 0;
 
 private:
-    /// Where the first rows of the picture and of the mask lie, and how far they are blended; the adjusted
-    /// copy begins with the first of its rows.
-    struct BlendArea
-    {
-        QPoint picture;
-        QPoint mask;
-        int width = 0;
-        int height = 0;
-    };
-
     void RunOnSelection(const YDAdjustmentJob& job);
     void TransformArea(const RGBA32iImage& image, const QRect& area);
     void TransformAreaByPixels(const RGBA32iImage& image, const QRect& area);
-    void Blend(const RGBA32iImage& adjusted, const YDAdjustmentJob& job, const BlendArea& area);
+    void Blend(const RGBA32iImage& adjusted, const YDAdjustmentJob& job, const YDSelectionArea& selected);
 
     const std::atomic<bool>& m_abort;
 };

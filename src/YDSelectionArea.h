@@ -1,0 +1,37 @@
+#pragma once
+
+#include "YDAdjustmentJob.h"
+
+#include <QPoint>
+#include <QRect>
+
+/// Where a job's selection lies: in its picture, and in its mask.
+class YDSelectionArea
+{
+public:
+    /// For a job whose bounding rectangle is not empty.
+    explicit YDSelectionArea(const YDAdjustmentJob& job);
+
+    /// The part of the picture that the moved bounding rectangle covers; empty if it misses the picture.
+    const QRect& Covered() const { return m_covered; }
+
+    /// What is blended through the mask: from the top left of the covered part as far as the mask reaches.
+    int Width() const { return m_width; }
+    int Height() const { return m_height; }
+
+    /// The first pixel of row `row`, 0 at the top of the covered part, in the job's picture and its mask.
+    YDRGBA32i* PictureRow(const YDAdjustmentJob& job, int row) const
+    {
+        return job.image.Row(m_covered.top() + row) + m_covered.left();
+    }
+    const YDRGBA32i* MaskRow(const YDAdjustmentJob& job, int row) const
+    {
+        return job.selection.Row(m_mask.y() + row) + m_mask.x();
+    }
+
+private:
+    QRect m_covered;
+    QPoint m_mask;
+    int m_width = 0;
+    int m_height = 0;
+};
