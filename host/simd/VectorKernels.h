@@ -11,6 +11,7 @@ class BaseTransformation;
 class QRect;
 struct BlackAndWhiteRule;
 struct ColorBalanceRule;
+struct ColorEnhancerRule;
 struct ColorizeRule;
 struct HueSaturationRule;
 struct LinearGreyRule;
@@ -59,6 +60,11 @@ Q_DECL_EXPORT void ColorizeRow(YDRGBA32i* row, int count, const ColorizeRule* ru
 Q_DECL_EXPORT void HueSaturationRow(YDRGBA32i* row, int count, const HueSaturationRule* rule);
 Q_DECL_EXPORT void PhotoFilterRow(YDRGBA32i* row, int count, const PhotoFilterRule* rule);
 Q_DECL_EXPORT void TemperatureRow(YDRGBA32i* row, int count, const TemperatureRule* rule);
+
+/// ColorEnhancerRule on `count` pixels of `row`, in place, with their levelled copies; the rows must not
+/// overlap.
+Q_DECL_EXPORT void EnhanceColorsRow(const YDRGBA32i* levelled, YDRGBA32i* row, int count,
+                                    const ColorEnhancerRule* rule);
 
 /// YDBlend::YDSourceBySelection over `count` pixels of three rows, which must not overlap.
 Q_DECL_EXPORT void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask,
