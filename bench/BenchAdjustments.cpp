@@ -1,5 +1,7 @@
 #include "BenchAdjustments.h"
 
+#include "image/YDColorEnhancerTransformation.h"
+#include "image/YDHueSaturationTransformation.h"
 #include "YDAverageTintRGB32.h"
 #include "gui/YodiCustomSlider.h"
 #include "image/YDHueSaturationTransformation.h"
@@ -61,6 +63,17 @@ BenchAdjustment::Rule WarmedLight()
     YDTemperatureCorrection correction;
     correction.SetData(4000, 80, 20);
     return RuleOf(correction);
+}
+
+BenchAdjustment::Rule EnhancerRule()
+{
+    constexpr int Input[][2] = {{0, 255}, {10, 240}, {12, 245}, {8, 230}};
+    constexpr int Output[][2] = {{0, 255}, {0, 255}, {0, 255}, {0, 255}};
+    constexpr double Gamma[] = {1.0, 1.0, 1.0, 1.0};
+    YDColorEnhancerTransformation enhancer;
+    enhancer.SetLevels(YDLevelsTransformation(Input, Output, Gamma, 100));
+    enhancer.SetAmountData(60);
+    return RuleOf(enhancer);
 }
 
 } // namespace
@@ -133,6 +146,7 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          "value",
          {4000, 9000},
          R"({"tint": 20, "strength": 80})"},
+        {"color-enhancer", EnhancerRule(), "m_pAmount", "value", {60, 30}},
     };
     return adjustments;
 }

@@ -165,6 +165,10 @@ protected:
         }));
     }
 
+    /// Replaces the job's picture by a deep copy; false when it was aborted or there is no memory, and what
+    /// the picture then holds is of no use.
+    [[nodiscard]] static bool CopySource(YDAdjustmentJob& job);
+
     /// Runs `transformation` over a job, with its progress announced by the job's widget.
     template <template <class> class Processing = YDAdjustmentProcessingTemplate, class T>
     static RGBA32iImage RunTransformation(const YDAdjustmentJob& job, const T& transformation)
@@ -198,7 +202,6 @@ private:
     int ExecWaitDialog();
     bool IsWaiting() const { return m_waitTimerId != -1 || m_waitDialogShown; }
 
-    static bool CopySource(YDAdjustmentJob& job);
     static void ForwardProgress(const YDAdjustmentProcessing& processing, const YDAdjustmentJob& job);
 
     RGBA32iImage m_source;

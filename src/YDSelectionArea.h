@@ -19,10 +19,11 @@ public:
     int Width() const { return m_width; }
     int Height() const { return m_height; }
 
-    /// The first pixel of row `row`, 0 at the top of the covered part, in the job's picture and its mask.
-    YDRGBA32i* PictureRow(const YDAdjustmentJob& job, int row) const
+    /// The first pixel of row `row`, 0 at the top of the covered part, in a picture of the size of the job's,
+    /// and in the job's mask.
+    YDRGBA32i* RowOf(const RGBA32iImage& picture, int row) const
     {
-        return job.image.Row(m_covered.top() + row) + m_covered.left();
+        return picture.Row(m_covered.top() + row) + m_covered.left();
     }
     const YDRGBA32i* MaskRow(const YDAdjustmentJob& job, int row) const
     {

@@ -64,17 +64,17 @@ void YDTileRunner::TransformArea(const RGBA32iImage& image, const QRect& area)
 
 void YDTileRunner::TransformAreaByPixels(const RGBA32iImage& image, const QRect& area)
 {
-    YDRowQueue rows(area.top(), area.bottom() + 1, m_abort);
+    YDRowQueue rows(area.top(), area.bottom() + 1, &m_abort);
     RunPoolTasks(HardwareThreads() - 1, [&] { TransformRows(rows, image, area.left(), area.right()); });
 }
 
 void YDTileRunner::Blend(const RGBA32iImage& adjusted, const YDAdjustmentJob& job,
                          const YDSelectionArea& selected)
 {
-    YDRowQueue rows(0, selected.Height(), m_abort);
+    YDRowQueue rows(0, selected.Height(), &m_abort);
     RunMemoryBoundTasks([&] {
         for (int row = 0; rows.Take(row);) {
-            YDBlend::YDSourceBySelection::ProcessRow(adjusted.Row(row), selected.PictureRow(job, row),
+            YDBlend::YDSourceBySelection::ProcessRow(adjusted.Row(row), selected.RowOf(job.image, row),
                                                      selected.MaskRow(job, row), selected.Width());
             IncrementProgress();
         }

@@ -14,8 +14,8 @@ class YDSelectionArea;
 class YDRowQueue
 {
 public:
-    /// The rows [top, bottom).
-    YDRowQueue(int top, int bottom, const std::atomic<bool>& abort)
+    /// The rows [top, bottom). `abort` may be null: never aborted.
+    YDRowQueue(int top, int bottom, const std::atomic<bool>* abort)
         : m_next(top), m_bottom(bottom), m_abort(abort)
     {}
 
@@ -24,13 +24,13 @@ public:
     {
         const qint64 next = m_next.fetch_add(1, std::memory_order_relaxed);
         row = static_cast<int>(next);
-        return next < m_bottom && !m_abort.load(std::memory_order_relaxed);
+        return next < m_bottom && !(m_abort && m_abort->load(std::memory_order_relaxed));
     }
 
 private:
     std::atomic<qint64> m_next;
     const qint64 m_bottom;
-    const std::atomic<bool>& m_abort;
+    const std::atomic<bool>* const m_abort;
 };
 
 /// Runs a transformation over a job's picture, limited to and blended through the job's selection.

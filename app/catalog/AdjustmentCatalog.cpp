@@ -3,6 +3,9 @@
 #include "YDBlackAndWhiteWidget.h"
 #include "YDBrightnessContrastWidget.h"
 #include "YDColorBalanceWidget.h"
+#include "YDHueSaturationWidget.h"
+#include "YDTemperatureWidget.h"
+#include "YDColorEnhancerWidget.h"
 #include "YDColorizeWidget.h"
 #include "YDCurvesWidget.h"
 #include "YDHueSaturationWidget.h"
@@ -92,6 +95,8 @@ std::vector<AdjustmentEntry> ColorEntries()
         RecordEntry<YDTintWidget>("tint", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Tint")),
         RecordEntry<YDTemperatureWidget>("temperature",
                                          QT_TRANSLATE_NOOP("AdjustmentCatalog", "Temperature")),
+        RecordEntry<YDColorEnhancerWidget>("color-enhancer",
+                                           QT_TRANSLATE_NOOP("AdjustmentCatalog", "Color Enhancer")),
     };
 }
 

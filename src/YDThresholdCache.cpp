@@ -1,0 +1,28 @@
+#include "YDThresholdCache.h"
+
+#include "image/YDHistogrammCalculator.h"
+
+#include <QRect>
+
+namespace {
+
+YDThresholdCache::Bounds BoundsOf(const ChannelHistograms::Table& table)
+{
+    const std::vector<int> bounds = YDHistogrammCalculator::Threshold(table);
+    return {bounds[0], bounds[1]};
+}
+
+} // namespace
+
+std::optional<YDThresholdCache::Thresholds> YDThresholdCache::Of(const RGBA32iImage& picture,
+                                                                 const std::atomic<bool>* abort)
+{
+    const std::lock_guard<std::mutex> lock(m_lock);
+    if (!m_thresholds) {
+        const QRect whole(0, 0, picture.Width(), picture.Height());
+        if (const auto counts = ChannelHistograms::Of(picture, whole, abort))
+            m_thresholds = {BoundsOf(counts->red), BoundsOf(counts->green), BoundsOf(counts->blue),
+                            BoundsOf(counts->luma)};
+    }
+    return m_thresholds;
+}

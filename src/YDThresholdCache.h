@@ -1,0 +1,32 @@
+#pragma once
+
+#include "image/KVImage.h"
+
+#include <array>
+#include <atomic>
+#include <mutex>
+#include <optional>
+
+/// The bounds of what a picture's channels hold, counted once and then remembered.
+///
+/// Jobs share one, and whoever comes first counts; safe from any thread. It is never emptied: the widget
+/// takes a new one for a new picture, and jobs keep theirs.
+class YDThresholdCache
+{
+public:
+    struct Bounds
+    {
+        int low;
+        int high;
+    };
+    /// Of red, green, blue, and of luma as what is common to them.
+    using Thresholds = std::array<Bounds, 4>;
+
+    /// What was counted first; the first call counts `picture`. Nothing, and nothing remembered, where
+    /// `abort`, which may be null, was set meanwhile.
+    std::optional<Thresholds> Of(const RGBA32iImage& picture, const std::atomic<bool>* abort);
+
+private:
+    std::mutex m_lock;
+    std::optional<Thresholds> m_thresholds;
+};

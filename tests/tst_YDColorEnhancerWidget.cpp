@@ -1,0 +1,332 @@
+#include "AdjustmentProbe.h"
+#include "TestPictures.h"
+#include "YDColorEnhancerWidget.h"
+#include "image/YDColorEnhancerTransformation.h"
+#include "image/YDHistogrammCalculator.h"
+#include "widgets/KVSlider.h"
+#include "widgets/KVSpinBox.h"
+
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <array>
+#include <limits>
+
+using namespace AdjustmentProbe;
+
+namespace {
+
+constexpr int Lowest = std::numeric_limits<int>::min();
+constexpr int Highest = std::numeric_limits<int>::max();
+constexpr int PatienceMs = 20000;
+
+using Params = YDColorEnhancerWidget::Params;
+
+Params Record(int amount, int affected)
+{
+    Params params;
+    params.amount = amount;
+    params.affected = affected;
+    return params;
+}
+
+/// Channels of 40..167, 20..147 and 60..123, at random.
+RGBA32iImage DullPicture(quint32 seed)
+{
+    const RGBA32iImage picture = TestPictures::Random(120, 80, seed);
+    for (int y = 0; y < picture.Height(); ++y)
+        for (int x = 0; x < picture.Width(); ++x) {
+            YDRGBA32i& pixel = picture.Row(y)[x];
+            pixel = YDRGBA32i(quint8(60 + pixel.b / 4), quint8(20 + pixel.g / 2), quint8(40 + pixel.r / 2),
+                              pixel.a);
+        }
+    return picture;
+}
+
+/// The adjustment step by step, one pixel at a time, stretched by what `counted` holds.
+RGBA32iImage Expected(const Params& params, const RGBA32iImage& source, const RGBA32iImage& counted)
+{
+    std::array<std::array<int, 256>, 4> tables{};
+    YDHistogrammCalculator calculator;
+    calculator.SetOutput(tables[0].data(), tables[1].data(), tables[2].data(), tables[3].data());
+    for (int y = 0; y < counted.Height(); ++y)
+        for (int x = 0; x < counted.Width(); ++x)
+            calculator(counted.Row(y)[x]);
+    const auto common = YDHistogrammCalculator::Threshold(tables[3].data());
+    int input[4][2] = {{0, 255}};
+    for (int channel = 1; channel < 4; ++channel) {
+        const auto own = YDHistogrammCalculator::Threshold(tables[std::size_t(channel) - 1].data());
+        for (int bound = 0; bound < 2; ++bound)
+            input[channel][bound] = YDColorEnhancerWidget::InputBound(
+                own[std::size_t(bound)], common[std::size_t(bound)], params.affected);
+    }
+    const int output[4][2] = {{0, 255}, {0, 255}, {0, 255}, {0, 255}};
+    const double gamma[4] = {1, 1, 1, 1};
+    YDColorEnhancerTransformation rule;
+    rule.SetLevels(YDLevelsTransformation(input, output, gamma, 100));
+    rule.SetAmountData(params.amount);
+    const RGBA32iImage image = source.DeepCopy();
+    for (int y = 0; y < image.Height(); ++y)
+        for (int x = 0; x < image.Width(); ++x)
+            rule(image.Row(y)[x]);
+    return image;
+}
+
+/// A widget of the adjustment and its controls.
+struct Fixture
+{
+    explicit Fixture(bool isDialog = false) : widget(isDialog, nullptr, Qt::WindowFlags()) {}
+
+    YDColorEnhancerWidget widget;
+    KVSlider* const amountSlider = Child<KVSlider>(widget, "horizontalSlider");
+    KVSpinBox* const amountSpin = Child<KVSpinBox>(widget, "m_pAmount");
+    KVSlider* const affectedSlider = Child<KVSlider>(widget, "horizontalSlider_2");
+    KVSpinBox* const affectedSpin = Child<KVSpinBox>(widget, "m_pAffected");
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Params)
+
+class TestYDColorEnhancerWidget : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void TheFormIsAsDesigned();
+    void AChangeIsStoredAndAnnouncedOnceInOrder_data();
+    void AChangeIsStoredAndAnnouncedOnceInOrder();
+    void SettingARecordAnnouncesNothing();
+    void ResetAnnouncesOnce();
+    void InputBoundsLieBetweenCommonAndOwn_data();
+    void InputBoundsLieBetweenCommonAndOwn();
+    void TheStreamHasAffectedFirst();
+    void AStreamThatCannotBeReadGivesDefaultsAndOneLine();
+    void RecordsFromOutsideAreKeptAndApplied_data();
+    void RecordsFromOutsideAreKeptAndApplied();
+    void ConvertsByTheRule();
+    void TheSelectionDoesNotLimitTheCount();
+    void CountsOnceUntilTheSourceChanges();
+    void TheFirstPreviewOfANewSourceUsesItsOwnCounts();
+    void AnEmptyPictureIsLeftAlone();
+};
+
+void TestYDColorEnhancerWidget::initTestCase()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
+    QCoreApplication::setApplicationName(QStringLiteral("tst_YDColorEnhancerWidget"));
+}
+
+void TestYDColorEnhancerWidget::TheFormIsAsDesigned()
+{
+    for (const bool isDialog : {false, true}) {
+        Fixture f(isDialog);
+        QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Color enhancer"));
+        const auto* const grid = qobject_cast<QGridLayout*>(f.amountSlider->parentWidget()->layout());
+        QVERIFY(grid);
+        const auto right = Qt::AlignRight | Qt::AlignVCenter;
+        CheckLabel(f.widget, *grid, 0, 0, "label", "Amount:", right);
+        CheckSlider(f.widget, *grid, 0, "horizontalSlider", 0, 100, 100);
+        CheckSpinBox(f.widget, *grid, 0, 2, "m_pAmount", 0, 100, 100);
+        CheckLabel(f.widget, *grid, 1, 0, "label_2", "Affected:", right);
+        CheckSlider(f.widget, *grid, 1, "horizontalSlider_2", 0, 100, 100);
+        CheckSpinBox(f.widget, *grid, 1, 2, "m_pAffected", 0, 100, 100);
+        QCOMPARE(f.amountSpin->suffix(), QStringLiteral("%"));
+        QCOMPARE(f.affectedSpin->suffix(), QStringLiteral("%"));
+    }
+}
+
+void TestYDColorEnhancerWidget::AChangeIsStoredAndAnnouncedOnceInOrder_data()
+{
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<Params>("expected");
+    QTest::newRow("amount slider") << "horizontalSlider" << 70 << Record(70, 100);
+    QTest::newRow("amount spin box") << "m_pAmount" << 70 << Record(70, 100);
+    QTest::newRow("affected slider") << "horizontalSlider_2" << 20 << Record(100, 20);
+    QTest::newRow("affected spin box") << "m_pAffected" << 20 << Record(100, 20);
+}
+
+void TestYDColorEnhancerWidget::AChangeIsStoredAndAnnouncedOnceInOrder()
+{
+    QFETCH(QString, control);
+    QFETCH(int, value);
+    QFETCH(Params, expected);
+    Fixture f;
+    Announcements<YDColorEnhancerWidget> announcements(f.widget);
+    Child<QWidget>(f.widget, qPrintable(control))->setProperty("value", value);
+    QCOMPARE(announcements.Take(), OneChange());
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), expected));
+    QCOMPARE(f.amountSlider->value(), f.amountSpin->value());
+    QCOMPARE(f.affectedSlider->value(), f.affectedSpin->value());
+}
+
+void TestYDColorEnhancerWidget::SettingARecordAnnouncesNothing()
+{
+    Fixture f;
+    Announcements<YDColorEnhancerWidget> announcements(f.widget);
+    f.widget.SetValue(Record(30, 60));
+    QCOMPARE(announcements.Take(), QString());
+    QCOMPARE(f.amountSlider->value(), 30);
+    QCOMPARE(f.affectedSlider->value(), 60);
+    f.amountSpin->setValue(31); // the slots are connected again
+    QCOMPARE(announcements.Take(), OneChange());
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(31, 60)));
+}
+
+void TestYDColorEnhancerWidget::ResetAnnouncesOnce()
+{
+    Fixture f;
+    f.widget.SetValue(Record(30, 60));
+    Announcements<YDColorEnhancerWidget> announcements(f.widget);
+    f.widget.Reset();
+    QCOMPARE(announcements.Take(), OneChange());
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(100, 100)));
+    QCOMPARE(f.amountSpin->value(), 100);
+}
+
+void TestYDColorEnhancerWidget::InputBoundsLieBetweenCommonAndOwn_data()
+{
+    QTest::addColumn<int>("own");
+    QTest::addColumn<int>("common");
+    QTest::addColumn<int>("affected");
+    QTest::addColumn<int>("bound");
+    QTest::newRow("common low") << 10 << 20 << 0 << 20;
+    QTest::newRow("own low") << 10 << 20 << 100 << 10;
+    QTest::newRow("half way, low") << 10 << 20 << 50 << 15;
+    QTest::newRow("half way, high") << 240 << 230 << 50 << 235;
+    QTest::newRow("rounded toward zero") << 10 << 13 << 50 << 11; // 11.5
+    QTest::newRow("any percentage, own above") << 20 << 10 << Highest << 214748374;
+    QTest::newRow("any percentage, own below") << 0 << 255 << Highest << Lowest;
+    QTest::newRow("any percentage, negative") << 255 << 0 << Lowest << Lowest;
+}
+
+void TestYDColorEnhancerWidget::InputBoundsLieBetweenCommonAndOwn()
+{
+    QFETCH(int, own);
+    QFETCH(int, common);
+    QFETCH(int, affected);
+    QFETCH(int, bound);
+    QCOMPARE(YDColorEnhancerWidget::InputBound(own, common, affected), bound);
+}
+
+void TestYDColorEnhancerWidget::TheStreamHasAffectedFirst()
+{
+    const QByteArray expected = Bytes("KVColorEnhancer 1.00000", {60, 30});
+    QCOMPARE(Written(Record(30, 60)), expected);
+    QDataStream stream(expected);
+    Params params;
+    stream >> params;
+    QVERIFY(YDRecord::Equal(params, Record(30, 60)));
+    QVERIFY(stream.atEnd());
+}
+
+void TestYDColorEnhancerWidget::AStreamThatCannotBeReadGivesDefaultsAndOneLine()
+{
+    const QRegularExpression line(
+        QStringLiteral("^\\[src/YDColorEnhancerWidget:[0-9]+\\] Read color enhancer data error\\.$"));
+    const QByteArray whole = Written(Record(30, 60));
+    for (int length = 0; length < whole.size(); ++length) {
+        QDataStream stream(whole.left(length));
+        Params params = Record(1, 2);
+        QTest::ignoreMessage(QtDebugMsg, line);
+        stream >> params;
+        QVERIFY(YDRecord::Equal(params, Params()));
+    }
+    QDataStream readOnly(QByteArray(100, 'x'));
+    QTest::ignoreMessage(QtDebugMsg,
+                         QRegularExpression(QStringLiteral(
+                             "^\\[src/YDColorEnhancerWidget:[0-9]+\\] Write color enhancer data error\\.$")));
+    readOnly << Params();
+}
+
+void TestYDColorEnhancerWidget::RecordsFromOutsideAreKeptAndApplied_data()
+{
+    QTest::addColumn<Params>("params");
+    QTest::newRow("below") << Record(-1, -1);
+    QTest::newRow("above") << Record(101, 101);
+    QTest::newRow("lowest") << Record(Lowest, Lowest);
+    QTest::newRow("highest") << Record(Highest, Highest);
+}
+
+void TestYDColorEnhancerWidget::RecordsFromOutsideAreKeptAndApplied()
+{
+    QFETCH(Params, params);
+    Fixture f;
+    f.widget.SetValue(params);
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), params));
+    const RGBA32iImage source = DullPicture(1);
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), Expected(params, source, source)));
+}
+
+void TestYDColorEnhancerWidget::ConvertsByTheRule()
+{
+    const RGBA32iImage source = DullPicture(2);
+    for (const Params& params : {Record(100, 100), Record(60, 0), Record(40, 50)}) {
+        Fixture f;
+        f.widget.SetValue(params);
+        const RGBA32iImage converted = Converted(f.widget, source);
+        QVERIFY(TestPictures::AreEqual(converted, Expected(params, source, source)));
+        QVERIFY(!TestPictures::AreEqual(converted, source));
+    }
+}
+
+void TestYDColorEnhancerWidget::TheSelectionDoesNotLimitTheCount()
+{
+    const RGBA32iImage source = DullPicture(3);
+    const RGBA32iImage whole = Expected(Record(100, 100), source, source);
+    RGBA32iImage mask(10, 10);
+    for (int y = 0; y < mask.Height(); ++y)
+        std::fill_n(mask.Row(y), mask.Width(), YDRGBA32i(255, 255, 255, 255));
+    RGBA32iImage image = source.DeepCopy();
+    Fixture f;
+    f.widget.ConvertImage(image, mask, QPoint(20, 30), QRect(0, 0, 10, 10));
+    QCOMPARE(QRgb(image.Row(35)[25]), QRgb(whole.Row(35)[25]));
+    QCOMPARE(QRgb(image.Row(35)[31]), QRgb(source.Row(35)[31]));
+}
+
+void TestYDColorEnhancerWidget::CountsOnceUntilTheSourceChanges()
+{
+    const RGBA32iImage first = DullPicture(4);
+    const RGBA32iImage second = TestPictures::Random(90, 90, 5);
+    Fixture f;
+    f.widget.SetImage(first, RGBA32iImage(), QPoint(), QRect());
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, first), Expected(Params(), first, first)));
+    // no change of the source was told, so the counts are those of the first picture
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, second), Expected(Params(), second, first)));
+    f.widget.SetImage(second, RGBA32iImage(), QPoint(), QRect());
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, second), Expected(Params(), second, second)));
+    emit f.widget.SourceChanged();
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, first), Expected(Params(), first, first)));
+}
+
+void TestYDColorEnhancerWidget::TheFirstPreviewOfANewSourceUsesItsOwnCounts()
+{
+    Fixture f(true);
+    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
+    int previews = 0;
+    for (const RGBA32iImage& source : {DullPicture(6), TestPictures::Random(90, 70, 7), DullPicture(8)}) {
+        f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
+        ++previews;
+        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), previews, PatienceMs);
+        QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), Expected(Params(), source, source)));
+        f.amountSpin->setValue(f.amountSpin->value() - 10); // counts nothing again, and finds the same
+        ++previews;
+        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), previews, PatienceMs);
+        QVERIFY(
+            TestPictures::AreEqual(f.widget.AdjustedImage(), Expected(f.widget.GetValue(), source, source)));
+        f.widget.SetValue(Params());
+    }
+}
+
+void TestYDColorEnhancerWidget::AnEmptyPictureIsLeftAlone()
+{
+    Fixture f;
+    QVERIFY(Converted(f.widget, RGBA32iImage()).IsEmpty());
+}
+
+QTEST_MAIN(TestYDColorEnhancerWidget)
+#include "tst_YDColorEnhancerWidget.moc"
