@@ -1,9 +1,8 @@
 #include "BenchAdjustments.h"
 
-#include "image/YDColorEnhancerTransformation.h"
-#include "image/YDHueSaturationTransformation.h"
 #include "YDAverageTintRGB32.h"
 #include "gui/YodiCustomSlider.h"
+#include "image/YDColorEnhancerTransformation.h"
 #include "image/YDHueSaturationTransformation.h"
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"

@@ -1,5 +1,6 @@
 #include "YDColorEnhancerWidget.h"
 
+#include "StretchFrom.h"
 #include "YDIterativeAdjustmentTransformation.h"
 #include "YDThresholdCache.h"
 #include "image/YDColorEnhancerTransformation.h"
@@ -11,22 +12,17 @@
 
 namespace {
 
-constexpr int Channels = 4;
-constexpr int MaxLevel = 255;
+LevelRange Blended(const LevelRange& own, const LevelRange& common, int affected)
+{
+    return {YDColorEnhancerWidget::InputBound(own.low, common.low, affected),
+            YDColorEnhancerWidget::InputBound(own.high, common.high, affected)};
+}
 
-/// The composite's levels stay; each colour channel is stretched from its bounds.
 YDLevelsTransformation LevelsFor(const YDThresholdCache::Thresholds& thresholds, int affected)
 {
-    constexpr int Output[Channels][2] = {{0, MaxLevel}, {0, MaxLevel}, {0, MaxLevel}, {0, MaxLevel}};
-    constexpr double Gamma[Channels] = {1.0, 1.0, 1.0, 1.0};
-    const YDThresholdCache::Bounds& common = thresholds.back();
-    int input[Channels][2] = {{0, MaxLevel}};
-    for (std::size_t channel = 1; channel < Channels; ++channel) {
-        const YDThresholdCache::Bounds& own = thresholds[channel - 1];
-        input[channel][0] = YDColorEnhancerWidget::InputBound(own.low, common.low, affected);
-        input[channel][1] = YDColorEnhancerWidget::InputBound(own.high, common.high, affected);
-    }
-    return YDLevelsTransformation(input, Output, Gamma, 100);
+    const auto& [red, green, blue, common] = thresholds;
+    return StretchFrom<YDLevelsTransformation>(
+        Blended(red, common, affected), Blended(green, common, affected), Blended(blue, common, affected));
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 
 namespace {
 
-YDThresholdCache::Bounds BoundsOf(const ChannelHistograms::Table& table)
+LevelRange BoundsOf(const ChannelHistograms::Table& table)
 {
     const std::vector<int> bounds = YDHistogrammCalculator::Threshold(table);
     return {bounds[0], bounds[1]};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AutomaticInputRange.h"
 #include "image/KVImage.h"
 
 #include <array>
@@ -14,13 +15,8 @@
 class YDThresholdCache
 {
 public:
-    struct Bounds
-    {
-        int low;
-        int high;
-    };
     /// Of red, green, blue, and of luma as what is common to them.
-    using Thresholds = std::array<Bounds, 4>;
+    using Thresholds = std::array<LevelRange, 4>;
 
     /// What was counted first; the first call counts `picture`. Nothing, and nothing remembered, where
     /// `abort`, which may be null, was set meanwhile.

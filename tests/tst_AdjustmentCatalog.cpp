@@ -100,6 +100,8 @@ const std::vector<Neutral>& NeutralSettings()
         {"photo-filter", {R"({"density": 0})"}},
         {"tint", {R"({"amount": 0})", R"({"amount": 0, "type": 3})"}},
         {"temperature", {R"({"strength": 0})", "{}", R"({"strength": 0, "temperature": 2000, "tint": 40})"}},
+        {"white-balance", {R"({"autoStrength": 0})", R"({"autoStrength": 0, "enhanced": true})"}},
+        {"color-enhancer", {R"({"amount": 0})"}},
     };
     return all;
 }

@@ -3,8 +3,6 @@
 #include "YDBlackAndWhiteWidget.h"
 #include "YDBrightnessContrastWidget.h"
 #include "YDColorBalanceWidget.h"
-#include "YDHueSaturationWidget.h"
-#include "YDTemperatureWidget.h"
 #include "YDColorEnhancerWidget.h"
 #include "YDColorizeWidget.h"
 #include "YDCurvesWidget.h"
@@ -14,6 +12,8 @@
 #include "YDTemperatureWidget.h"
 #include "YDThresholdWidget.h"
 #include "YDTintWidget.h"
+#include "YDCurvesWidget.h"
+#include "YDWBWidget.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"
 #include "catalog/PosterizeFields.h"
@@ -95,6 +95,7 @@ std::vector<AdjustmentEntry> ColorEntries()
         RecordEntry<YDTintWidget>("tint", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Tint")),
         RecordEntry<YDTemperatureWidget>("temperature",
                                          QT_TRANSLATE_NOOP("AdjustmentCatalog", "Temperature")),
+        RecordEntry<YDWBWidget>("white-balance", QT_TRANSLATE_NOOP("AdjustmentCatalog", "White Balance")),
         RecordEntry<YDColorEnhancerWidget>("color-enhancer",
                                            QT_TRANSLATE_NOOP("AdjustmentCatalog", "Color Enhancer")),
     };

@@ -1,0 +1,677 @@
+#include "AdjustmentProbe.h"
+#include "Photographs.h"
+#include "TestPictures.h"
+#include "YDWBWidget.h"
+#include "image/KVIterativeWBTransformation.h"
+#include "image/KVRGBHistogram.h"
+#include "image/YDBlend.h"
+#include "image/YDIterativeLevelsTransformation.h"
+#include "image/YDIterativePhotoFilterTransformation.h"
+#include "image/YDTemperatureCorrection.h"
+#include "widgets/KVSlider.h"
+#include "widgets/KVSpinBox.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+using namespace AdjustmentProbe;
+
+namespace {
+
+constexpr int Lowest = std::numeric_limits<int>::min();
+constexpr int Highest = std::numeric_limits<int>::max();
+constexpr int PatienceMs = 20000;
+constexpr int PhotographWidth = 400;
+
+using Params = YDWBWidget::Params;
+
+Params Enhanced(int strength)
+{
+    Params params;
+    params.enhanced = true;
+    params.autoStrength = strength;
+    return params;
+}
+
+Params OfMode(int mode)
+{
+    Params params;
+    params.mode = mode;
+    params.autoStrength = 30;
+    params.overexposureStrength = 60;
+    params.underexposureStrength = 90;
+    return params;
+}
+
+RGBA32iImage Photograph()
+{
+    return Photographs::Load(QStringLiteral("picosdeeuropa_by_Aitzol_Berasategi.jpg"), PhotographWidth);
+}
+
+/// A mask with feathered coverage.
+RGBA32iImage Mask(int width, int height)
+{
+    const RGBA32iImage mask(width, height);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const auto coverage = quint8(std::clamp(x * 8 - y, 0, 255));
+            mask.Row(y)[x] = YDRGBA32i(coverage, coverage, coverage, coverage);
+        }
+    return mask;
+}
+
+/// A selection: where the pixel (x, y) of the picture lies in the mask.
+struct Selection
+{
+    RGBA32iImage mask;
+    QPoint offset;
+    QRect bounds; ///< of the mask
+
+    /// The mask's pixel for (x, y); null outside of what is selected.
+    const YDRGBA32i* At(int x, int y) const
+    {
+        const QPoint point = QPoint(x, y) - offset;
+        return bounds.contains(point) && QRect(0, 0, mask.Width(), mask.Height()).contains(point)
+                   ? mask.Row(point.y()) + point.x()
+                   : nullptr;
+    }
+};
+
+/// What `rule` makes of `source` within the selection, if there is one.
+template <class Rule>
+RGBA32iImage Selected(const Rule& rule, const RGBA32iImage& source, const Selection* selection)
+{
+    const RGBA32iImage all = ByRule(rule, source);
+    if (!selection)
+        return all;
+    const RGBA32iImage result = source.DeepCopy();
+    for (int y = 0; y < result.Height(); ++y)
+        for (int x = 0; x < result.Width(); ++x)
+            if (const YDRGBA32i* const coverage = selection->At(x, y))
+                YDBlend::YDSourceBySelection()(all.Row(y)[x], result.Row(y)[x], *coverage);
+    return result;
+}
+
+using Counts = std::array<quint32, 256>;
+
+/// The clipping rule, word by word.
+void ClippedRange(const Counts& counts, double pixels, int (&range)[2])
+{
+    int lo = 255;
+    int hi = 0;
+    for (int i = 0; i < 256; ++i)
+        if (counts[std::size_t(i)] != 0) {
+            lo = std::min(lo, i);
+            hi = std::max(hi, i);
+        }
+    if (lo > hi)
+        lo = hi = 0;
+    int low = lo;
+    int high = hi;
+    double sum = 0;
+    for (int v = lo; v <= hi; ++v) {
+        sum += counts[std::size_t(v)];
+        const double f = (1.0 / pixels) * sum;
+        if (f < 0.002) {
+            low = v;
+        } else if (f >= 0.998) {
+            high = v;
+            break;
+        }
+    }
+    if (high - low < 16) {
+        low = std::max((high + low) / 2 - 8, 0);
+        high = low + 16;
+        if (high > 255) {
+            high = 255;
+            low = 239;
+        }
+    }
+    range[0] = low;
+    range[1] = high;
+}
+
+YDIterativeLevelsTransformation AutomaticLevels(const RGBA32iImage& picture)
+{
+    Counts red{}, green{}, blue{};
+    const KVRGBHistogram count(red.data(), green.data(), blue.data());
+    for (int y = 0; y < picture.Height(); ++y)
+        for (int x = 0; x < picture.Width(); ++x)
+            count(picture.Row(y)[x]);
+    const double pixels = double(picture.Width()) * picture.Height();
+    int input[4][2] = {{0, 255}};
+    ClippedRange(red, pixels, input[1]);
+    ClippedRange(green, pixels, input[2]);
+    ClippedRange(blue, pixels, input[3]);
+    const int output[4][2] = {{0, 255}, {0, 255}, {0, 255}, {0, 255}};
+    const double gamma[4] = {1, 1, 1, 1};
+    return YDIterativeLevelsTransformation(input, output, gamma, 100);
+}
+
+/// The advanced correction step by step, on the whole picture and pixel by pixel.
+RGBA32iImage ExpectedEnhanced(const RGBA32iImage& source, int strength, const Selection* selection)
+{
+    const KVIterativeWBTransformation balance(source, KVWBTransformation::Auto, 100);
+    const RGBA32iImage balanced = Selected(balance, source, selection);
+    const RGBA32iImage stretched = Selected(AutomaticLevels(balanced), balanced, selection);
+    const YDBlend::YDSourceOver<0> over{strength * 256 / 100};
+    const RGBA32iImage result = source.DeepCopy();
+    for (int y = 0; y < result.Height(); ++y)
+        for (int x = 0; x < result.Width(); ++x) {
+            YDRGBA32i mixed = source.Row(y)[x];
+            over(stretched.Row(y)[x], mixed);
+            const YDRGBA32i* const coverage = selection ? selection->At(x, y) : nullptr;
+            if (!selection)
+                result.Row(y)[x] = mixed;
+            else if (coverage)
+                YDBlend::YDSourceBySelection()(mixed, result.Row(y)[x], *coverage);
+        }
+    return result;
+}
+
+/// A widget of the adjustment and its controls.
+struct Fixture
+{
+    explicit Fixture(bool isDialog = false) : widget(isDialog, nullptr, Qt::WindowFlags()) {}
+
+    YDWBWidget widget;
+    QRadioButton* const automatic = Child<QRadioButton>(widget, "m_pAuto");
+    QRadioButton* const over = Child<QRadioButton>(widget, "m_pOverexposure");
+    QRadioButton* const under = Child<QRadioButton>(widget, "m_pUnderexposure");
+    QCheckBox* const enhanced = Child<QCheckBox>(widget, "m_pEnchanced");
+    KVSlider* const strength = Child<KVSlider>(widget, "m_pWBStrength");
+    KVSpinBox* const strengthSpin = Child<KVSpinBox>(widget, "spinBox");
+    QGroupBox* const useTemperature = Child<QGroupBox>(widget, "m_pTemperatureContent");
+    KVSlider* const temperatureSlider = Child<KVSlider>(widget, "TemperatureSlider");
+    KVSpinBox* const temperature = Child<KVSpinBox>(widget, "m_pTemperature");
+    KVSlider* const densitySlider = Child<KVSlider>(widget, "slider_2");
+    KVSpinBox* const density = Child<KVSpinBox>(widget, "m_pTempStrength");
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Params)
+
+class TestYDWBWidget : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void TheFormIsAsDesigned();
+    void OpensWithItsDefaults();
+    void EachFunctionKeepsItsStrength();
+    void AChangeIsStoredAndAnnouncedOnce_data();
+    void AChangeIsStoredAndAnnouncedOnce();
+    void UncheckingAFunctionAnnouncesNothing();
+    void TheAdvancedCorrectionBelongsToTheAutomaticOne();
+    void SettingARecordAnnouncesNothing_data();
+    void SettingARecordAnnouncesNothing();
+    void AModeThatThereIsNotLeavesTheChoice_data();
+    void AModeThatThereIsNotLeavesTheChoice();
+    void ResetAnnouncesOnce();
+    void TheStreamHasEightFields();
+    void AStreamThatCannotBeReadGivesDefaultsAndOneLine();
+    void RecordsFromOutsideAreKeptAndApplied_data();
+    void RecordsFromOutsideAreKeptAndApplied();
+    void BalancesByTheChosenFunction_data();
+    void BalancesByTheChosenFunction();
+    void EnhancesStepByStep_data();
+    void EnhancesStepByStep();
+    void EnhancesWithinTheSelection_data();
+    void EnhancesWithinTheSelection();
+    void EnhancingKeepsAlpha();
+    void PlainPicturesAreStretchedBySixteenLevels_data();
+    void PlainPicturesAreStretchedBySixteenLevels();
+    void TheTemperatureHasTwoScales_data();
+    void TheTemperatureHasTwoScales();
+    void ThePreviewEqualsTheConversion();
+};
+
+void TestYDWBWidget::initTestCase()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
+    QCoreApplication::setApplicationName(QStringLiteral("tst_YDWBWidget"));
+}
+
+void TestYDWBWidget::TheFormIsAsDesigned()
+{
+    for (const bool isDialog : {false, true}) {
+        Fixture f(isDialog);
+        QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Picture corection"));
+        QCOMPARE(Child<QGroupBox>(f.widget, "groupBox")->title(), QStringLiteral("Main"));
+        QCOMPARE(f.automatic->text(), QStringLiteral("Auto correction"));
+        QCOMPARE(f.enhanced->text(), QStringLiteral("Advanced correction"));
+        QCOMPARE(f.over->text(), QStringLiteral("Overexposure correction"));
+        QCOMPARE(f.under->text(), QStringLiteral("Underexposure correction"));
+        QCOMPARE(Child<QLabel>(f.widget, "label_9")->text(), QStringLiteral("Power of correction:"));
+        QCOMPARE(f.useTemperature->title(), QStringLiteral("Advanced"));
+        QVERIFY(f.useTemperature->isCheckable());
+        QCOMPARE(Child<QLabel>(f.widget, "label_8")->text(), QStringLiteral("Temperature:"));
+        QCOMPARE(Child<QLabel>(f.widget, "label_6")->text(), QStringLiteral("Strength:"));
+        QCOMPARE(f.temperatureSlider->tickInterval(), 10);
+        QCOMPARE(f.temperatureSlider->tickPosition(), QSlider::NoTicks);
+        QVERIFY(f.temperature->suffix().isEmpty() && f.temperature->toolTip().isEmpty());
+        const auto hasRange = [](const auto* control, int minimum, int maximum) {
+            return control->minimum() == minimum && control->maximum() == maximum;
+        };
+        QVERIFY(hasRange(f.strength, 0, 100) && hasRange(f.strengthSpin, 0, 100));
+        QVERIFY(hasRange(f.temperatureSlider, -100, 100) && hasRange(f.temperature, -100, 100));
+        QVERIFY(hasRange(f.densitySlider, 0, 100) && hasRange(f.density, 0, 100));
+    }
+}
+
+void TestYDWBWidget::OpensWithItsDefaults()
+{
+    Fixture f;
+    QVERIFY(f.automatic->isChecked() && !f.over->isChecked() && !f.under->isChecked());
+    QVERIFY(!f.enhanced->isChecked() && f.enhanced->isEnabled());
+    QCOMPARE(f.strength->value(), 50);
+    QCOMPARE(f.strengthSpin->value(), 50);
+    QVERIFY(!f.useTemperature->isChecked());
+    QCOMPARE(f.temperature->value(), 0);
+    QCOMPARE(f.density->value(), 50);
+    QCOMPARE(f.densitySlider->value(), 50);
+    const Params params = f.widget.GetValue();
+    QVERIFY(!params.enhanced && !params.useTemperature);
+    QCOMPARE(params.autoStrength, 50);
+    QCOMPARE(params.overexposureStrength, 100);
+    QCOMPARE(params.underexposureStrength, 100);
+    QCOMPARE(params.mode, 0);
+    QCOMPARE(params.temperature, 0);
+    QCOMPARE(params.temperatureStrength, 50);
+}
+
+void TestYDWBWidget::EachFunctionKeepsItsStrength()
+{
+    Fixture f;
+    f.strength->setValue(35);
+    f.over->setChecked(true);
+    QCOMPARE(f.strength->value(), 100);
+    f.strengthSpin->setValue(70);
+    f.under->setChecked(true);
+    QCOMPARE(f.strength->value(), 100);
+    f.strength->setValue(10);
+    f.automatic->setChecked(true);
+    QCOMPARE(f.strength->value(), 35);
+    f.over->setChecked(true);
+    QCOMPARE(f.strengthSpin->value(), 70);
+    const Params params = f.widget.GetValue();
+    QCOMPARE(params.autoStrength, 35);
+    QCOMPARE(params.overexposureStrength, 70);
+    QCOMPARE(params.underexposureStrength, 10);
+    QCOMPARE(params.mode, 1);
+}
+
+void TestYDWBWidget::AChangeIsStoredAndAnnouncedOnce_data()
+{
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<QString>("property");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<Params>("expected");
+    Params params;
+    params.autoStrength = 30;
+    QTest::newRow("strength slider") << "m_pWBStrength"
+                                     << "value" << QVariant(30) << params;
+    QTest::newRow("strength spin box") << "spinBox"
+                                       << "value" << QVariant(30) << params;
+    params = Params();
+    params.mode = 1;
+    QTest::newRow("overexposure") << "m_pOverexposure"
+                                  << "checked" << QVariant(true) << params;
+    params.mode = 2;
+    QTest::newRow("underexposure") << "m_pUnderexposure"
+                                   << "checked" << QVariant(true) << params;
+    params = Params();
+    params.enhanced = true;
+    QTest::newRow("advanced correction") << "m_pEnchanced"
+                                         << "checked" << QVariant(true) << params;
+    params = Params();
+    params.useTemperature = true;
+    QTest::newRow("filter") << "m_pTemperatureContent"
+                            << "checked" << QVariant(true) << params;
+    params = Params();
+    params.temperature = -40;
+    QTest::newRow("temperature slider") << "TemperatureSlider"
+                                        << "value" << QVariant(-40) << params;
+    QTest::newRow("temperature spin box") << "m_pTemperature"
+                                          << "value" << QVariant(-40) << params;
+    params = Params();
+    params.temperatureStrength = 20;
+    QTest::newRow("density slider") << "slider_2"
+                                    << "value" << QVariant(20) << params;
+    QTest::newRow("density spin box") << "m_pTempStrength"
+                                      << "value" << QVariant(20) << params;
+}
+
+void TestYDWBWidget::AChangeIsStoredAndAnnouncedOnce()
+{
+    QFETCH(QString, control);
+    QFETCH(QString, property);
+    QFETCH(QVariant, value);
+    QFETCH(Params, expected);
+    Fixture f;
+    Announcements<YDWBWidget> announcements(f.widget);
+    Child<QWidget>(f.widget, qPrintable(control))->setProperty(qPrintable(property), value);
+    QCOMPARE(announcements.Take(), OneChange());
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), expected));
+}
+
+void TestYDWBWidget::UncheckingAFunctionAnnouncesNothing()
+{
+    Fixture f;
+    Announcements<YDWBWidget> announcements(f.widget);
+    f.widget.OnAuto(false);
+    f.widget.OnOverexposure(false);
+    f.widget.OnUnderexposure(false);
+    QCOMPARE(announcements.Take(), QString());
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
+}
+
+void TestYDWBWidget::TheAdvancedCorrectionBelongsToTheAutomaticOne()
+{
+    Fixture f;
+    f.enhanced->setChecked(true);
+    f.over->setChecked(true);
+    QVERIFY(!f.enhanced->isEnabled());
+    QVERIFY(f.enhanced->isChecked() && f.widget.GetValue().enhanced);
+    const RGBA32iImage source = TestPictures::Random(60, 40, 1);
+    const KVIterativeWBTransformation rule(source, KVWBTransformation::Overexposure, 100);
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), ByRule(rule, source)));
+    f.automatic->setChecked(true);
+    QVERIFY(f.enhanced->isEnabled());
+}
+
+void TestYDWBWidget::SettingARecordAnnouncesNothing_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<int>("strength");
+    QTest::newRow("auto") << 0 << 30;
+    QTest::newRow("overexposure") << 1 << 60;
+    QTest::newRow("underexposure") << 2 << 90;
+}
+
+void TestYDWBWidget::SettingARecordAnnouncesNothing()
+{
+    QFETCH(int, mode);
+    QFETCH(int, strength);
+    Fixture f;
+    Announcements<YDWBWidget> announcements(f.widget);
+    Params params = OfMode(mode);
+    params.enhanced = true;
+    params.useTemperature = true;
+    params.temperature = -70;
+    params.temperatureStrength = 20;
+    f.widget.SetValue(params);
+    QCOMPARE(announcements.Take(), QString());
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), params));
+    QCOMPARE(f.automatic->isChecked(), mode == 0);
+    QCOMPARE(f.over->isChecked(), mode == 1);
+    QCOMPARE(f.under->isChecked(), mode == 2);
+    QCOMPARE(f.strength->value(), strength);
+    QVERIFY(f.enhanced->isChecked());
+    QVERIFY(f.useTemperature->isChecked());
+    QCOMPARE(f.temperatureSlider->value(), -70);
+    QCOMPARE(f.densitySlider->value(), 20);
+    f.strength->setValue(strength + 1); // the slots are connected again
+    QCOMPARE(announcements.Take(), OneChange());
+}
+
+void TestYDWBWidget::AModeThatThereIsNotLeavesTheChoice_data()
+{
+    QTest::addColumn<int>("mode");
+    for (const int mode : {-1, 3, Lowest, Highest})
+        QTest::addRow("%d", mode) << mode;
+}
+
+void TestYDWBWidget::AModeThatThereIsNotLeavesTheChoice()
+{
+    QFETCH(int, mode);
+    Fixture f;
+    f.over->setChecked(true);
+    f.strength->setValue(45);
+    f.widget.SetValue(OfMode(mode));
+    QVERIFY(f.over->isChecked());
+    QCOMPARE(f.strength->value(), 45);
+    QCOMPARE(f.widget.GetValue().mode, mode);
+    Announcements<YDWBWidget> announcements(f.widget);
+    f.strength->setValue(46); // belongs to no function, and is announced
+    QCOMPARE(announcements.Take(), OneChange());
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), OfMode(mode)));
+    const RGBA32iImage source = TestPictures::Random(60, 40, 2);
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), source));
+}
+
+void TestYDWBWidget::ResetAnnouncesOnce()
+{
+    Fixture f;
+    Params params = OfMode(2);
+    params.enhanced = params.useTemperature = true;
+    params.temperature = 80;
+    f.widget.SetValue(params);
+    Announcements<YDWBWidget> announcements(f.widget);
+    f.widget.Reset();
+    QCOMPARE(announcements.Take(), OneChange());
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
+    QVERIFY(f.automatic->isChecked());
+    QCOMPARE(f.strength->value(), 50);
+}
+
+void TestYDWBWidget::TheStreamHasEightFields()
+{
+    Params params = OfMode(2);
+    params.enhanced = true;
+    params.temperature = -7;
+    params.temperatureStrength = 8;
+    QByteArray expected("KVWhiteBalance 1.00000\x01");
+    expected += Bytes("", {30, 60, 90, 2}) + QByteArray(1, '\0') + Bytes("", {-7, 8});
+    QCOMPARE(Written(params), expected);
+    QDataStream stream(expected);
+    Params read;
+    stream >> read;
+    QVERIFY(YDRecord::Equal(read, params));
+    QVERIFY(stream.atEnd());
+}
+
+void TestYDWBWidget::AStreamThatCannotBeReadGivesDefaultsAndOneLine()
+{
+    const QByteArray whole = Written(OfMode(2));
+    for (int length = 0; length < whole.size(); ++length) {
+        QDataStream stream(whole.left(length));
+        Params params = OfMode(1);
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral(
+                                             "^\\[src/YDWBWidget:[0-9]+\\] Read WB data error\\.$")));
+        stream >> params;
+        QVERIFY(YDRecord::Equal(params, Params()));
+    }
+    QDataStream readOnly(QByteArray(100, 'x'));
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral(
+                                         "^\\[src/YDWBWidget:[0-9]+\\] Write WB data error\\.$")));
+    readOnly << Params();
+}
+
+void TestYDWBWidget::RecordsFromOutsideAreKeptAndApplied_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<int>("mode");
+    for (const int number : {Lowest, -1, 101, Highest})
+        for (const int mode : {0, 1, 2, 3})
+            QTest::addRow("%d, mode %d", number, mode) << number << mode;
+}
+
+void TestYDWBWidget::RecordsFromOutsideAreKeptAndApplied()
+{
+    QFETCH(int, number);
+    QFETCH(int, mode);
+    Params params;
+    params.mode = mode;
+    params.autoStrength = params.overexposureStrength = params.underexposureStrength = number;
+    params.temperature = params.temperatureStrength = number;
+    params.useTemperature = true;
+    const RGBA32iImage source = TestPictures::Random(60, 40, 3);
+    for (const bool enhanced : {false, true}) {
+        params.enhanced = enhanced;
+        Fixture f;
+        f.widget.SetValue(params);
+        QVERIFY(YDRecord::Equal(f.widget.GetValue(), params));
+        QCOMPARE(Converted(f.widget, source).Width(), 60);
+    }
+}
+
+void TestYDWBWidget::BalancesByTheChosenFunction_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<int>("strength");
+    QTest::newRow("auto") << 0 << 30;
+    QTest::newRow("overexposure") << 1 << 60;
+    QTest::newRow("underexposure") << 2 << 90;
+}
+
+void TestYDWBWidget::BalancesByTheChosenFunction()
+{
+    QFETCH(int, mode);
+    QFETCH(int, strength);
+    const RGBA32iImage source = Photograph();
+    Fixture f;
+    f.widget.SetValue(OfMode(mode));
+    const KVIterativeWBTransformation rule(source, KVWBTransformation::BalanceFunction(mode), strength);
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), ByRule(rule, source)));
+}
+
+void TestYDWBWidget::EnhancesStepByStep_data()
+{
+    QTest::addColumn<int>("strength");
+    for (const int strength : {0, 1, 33, 50, 100})
+        QTest::addRow("%d", strength) << strength;
+}
+
+void TestYDWBWidget::EnhancesStepByStep()
+{
+    QFETCH(int, strength);
+    const RGBA32iImage source = Photograph();
+    QVERIFY(!source.IsEmpty());
+    Fixture f;
+    f.widget.SetValue(Enhanced(strength));
+    const RGBA32iImage converted = Converted(f.widget, source);
+    QVERIFY(TestPictures::AreEqual(converted, ExpectedEnhanced(source, strength, nullptr)));
+    if (strength == 0)
+        QVERIFY(TestPictures::AreEqual(converted, source));
+    if (strength >= 33) // a per cent is rounded away
+        QVERIFY(!TestPictures::AreEqual(converted, source));
+}
+
+void TestYDWBWidget::EnhancesWithinTheSelection_data()
+{
+    QTest::addColumn<QPoint>("offset");
+    QTest::addColumn<QRect>("bounds");
+    QTest::newRow("inside") << QPoint(30, 40) << QRect(0, 0, 100, 80);
+    QTest::newRow("a part of the mask") << QPoint(30, 40) << QRect(10, 20, 60, 30);
+    QTest::newRow("left of and above the picture") << QPoint(-25, -15) << QRect(0, 0, 100, 80);
+    QTest::newRow("beyond the picture's corner") << QPoint(350, 150) << QRect(0, 0, 100, 80);
+    QTest::newRow("beyond the mask") << QPoint(30, 40) << QRect(0, 0, 200, 200);
+    QTest::newRow("beside the picture") << QPoint(3000, 40) << QRect(0, 0, 100, 80);
+}
+
+void TestYDWBWidget::EnhancesWithinTheSelection()
+{
+    QFETCH(QPoint, offset);
+    QFETCH(QRect, bounds);
+    const RGBA32iImage source = Photograph();
+    const Selection selection{Mask(100, 80), offset, bounds};
+    Fixture f;
+    f.widget.SetValue(Enhanced(70));
+    RGBA32iImage image = source.DeepCopy();
+    f.widget.ConvertImage(image, selection.mask, offset, bounds);
+    QVERIFY(TestPictures::AreEqual(image, ExpectedEnhanced(source, 70, &selection)));
+}
+
+void TestYDWBWidget::EnhancingKeepsAlpha()
+{
+    const RGBA32iImage source = TestPictures::Random(300, 50, 4);
+    Fixture f;
+    f.widget.SetValue(Enhanced(60));
+    const RGBA32iImage converted = Converted(f.widget, source);
+    for (int y = 0; y < source.Height(); ++y)
+        for (int x = 0; x < source.Width(); ++x)
+            QCOMPARE(converted.Row(y)[x].a, source.Row(y)[x].a);
+}
+
+void TestYDWBWidget::PlainPicturesAreStretchedBySixteenLevels_data()
+{
+    QTest::addColumn<int>("grey");
+    QTest::addColumn<int>("stretched");
+    QTest::newRow("dark") << 3 << 48;      // of 0..16
+    QTest::newRow("middle") << 100 << 128; // of 92..108: the middle
+    QTest::newRow("bright") << 250 << 175; // of 239..255
+}
+
+void TestYDWBWidget::PlainPicturesAreStretchedBySixteenLevels()
+{
+    QFETCH(int, grey);
+    QFETCH(int, stretched);
+    Fixture f;
+    f.widget.SetValue(Enhanced(100));
+    const RGBA32iImage converted = Converted(f.widget, TestPictures::Grey(40, 30, grey));
+    QCOMPARE(int(converted.Row(10)[10].g), stretched);
+}
+
+void TestYDWBWidget::TheTemperatureHasTwoScales_data()
+{
+    QTest::addColumn<int>("temperature");
+    QTest::addColumn<int>("kelvin");
+    QTest::newRow("coldest") << -100 << 9000;
+    QTest::newRow("cold") << -1 << 6525;
+    QTest::newRow("neutral") << 0 << 6500;
+    QTest::newRow("warm") << 1 << 6455;
+    QTest::newRow("warmest") << 100 << 2000;
+    QTest::newRow("lowest number") << Lowest << Highest;
+    QTest::newRow("highest number") << Highest << Lowest;
+}
+
+void TestYDWBWidget::TheTemperatureHasTwoScales()
+{
+    QFETCH(int, temperature);
+    QFETCH(int, kelvin);
+    const RGBA32iImage source = TestPictures::Random(60, 40, 5);
+    Params params;
+    params.autoStrength = 0;
+    params.useTemperature = true;
+    params.temperature = temperature;
+    params.temperatureStrength = 70;
+    Fixture f;
+    f.widget.SetValue(params);
+    const YDIterativePhotoFilterTransformation filter(YDTemperatureCorrection::GetTemperatureColor(kelvin),
+                                                      70);
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), ByRule(filter, source)));
+}
+
+void TestYDWBWidget::ThePreviewEqualsTheConversion()
+{
+    const RGBA32iImage source = Photograph();
+    for (const bool enhanced : {false, true}) {
+        Params params = Enhanced(80);
+        params.enhanced = enhanced;
+        params.useTemperature = true;
+        params.temperature = 60;
+        Fixture f(true);
+        f.widget.SetValue(params);
+        QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
+        const RGBA32iImage untouched = source.DeepCopy();
+        f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
+        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+        QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), Converted(f.widget, source)));
+        QVERIFY(TestPictures::AreEqual(source, untouched));
+    }
+}
+
+QTEST_MAIN(TestYDWBWidget)
+#include "tst_YDWBWidget.moc"
