@@ -2,6 +2,7 @@
 
 #include "YDAverageTintRGB32.h"
 #include "gui/YodiCustomSlider.h"
+#include "image/KVIterativeWBTransformation.h"
 #include "image/YDColorEnhancerTransformation.h"
 #include "image/YDHueSaturationTransformation.h"
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
@@ -64,7 +65,13 @@ BenchAdjustment::Rule WarmedLight()
     return RuleOf(correction);
 }
 
-BenchAdjustment::Rule EnhancerRule()
+/// The analysis of the picture included.
+void AnalysedBalance(const RGBA32iImage& image, BenchAdjustment::Road road)
+{
+    RuleOf(KVIterativeWBTransformation(image, KVWBTransformation::Auto, 80))(image, road);
+}
+
+BenchAdjustment::Rule EnhancedColours()
 {
     constexpr int Input[][2] = {{0, 255}, {10, 240}, {12, 245}, {8, 230}};
     constexpr int Output[][2] = {{0, 255}, {0, 255}, {0, 255}, {0, 255}};
@@ -145,7 +152,8 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          "value",
          {4000, 9000},
          R"({"tint": 20, "strength": 80})"},
-        {"color-enhancer", EnhancerRule(), "m_pAmount", "value", {60, 30}},
+        {"white-balance", AnalysedBalance, "m_pWBStrength", "value", {60, 30}},
+        {"color-enhancer", EnhancedColours(), "m_pAmount", "value", {60, 30}},
     };
     return adjustments;
 }

@@ -4,6 +4,7 @@
 #include "CurveMoveRow.h"
 #include "EventLoopGaps.h"
 #include "LimitRows.h"
+#include "ManyPassRows.h"
 #include "TableReporter.h"
 
 #include <QApplication>
@@ -25,6 +26,7 @@ void RegisterRows()
         RegisterLimitRows(megapixels);
         for (const BenchAdjustment& adjustment : BenchAdjustments())
             RegisterAdjustmentRows(adjustment, megapixels);
+        RegisterManyPassRows(megapixels);
         if (megapixels == EditorMegapixels) {
             RegisterCurveMoveRow(megapixels);
             RegisterEventLoopGaps(BenchAdjustments().front(), megapixels);

@@ -1,6 +1,6 @@
 #include "YDWBWidget.h"
 
-#include "MixByOpacity.h"
+#include "MixThroughSelection.h"
 #include "ScopedDisconnect.h"
 #include "StretchFrom.h"
 #include "image/ChannelHistograms.h"
@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 namespace {
 
@@ -69,6 +70,38 @@ LevelRange InputRange(const ChannelHistograms::Table& counts, qint64 pixels)
 {
     const auto countOf = [&counts](int level) { return counts[std::size_t(level)]; };
     return AutomaticInputRange(OccupiedRange(counts), countOf, double(pixels));
+}
+
+/// Stretches each channel to what was counted of it.
+YDIterativeLevelsTransformation AutomaticLevels(const ChannelHistograms& counts)
+{
+    return StretchFrom<YDIterativeLevelsTransformation>(InputRange(counts.red, counts.pixels),
+                                                        InputRange(counts.green, counts.pixels),
+                                                        InputRange(counts.blue, counts.pixels));
+}
+
+/// The counts of a picture after each channel was mapped as `ramp` says.
+ChannelHistograms Mapped(const ChannelHistograms& counts, const ChannelTablesTransformation::Ramp& ramp)
+{
+    ChannelHistograms mapped;
+    mapped.pixels = counts.pixels;
+    for (std::size_t level = 0; level < ramp.size(); ++level) {
+        mapped.red[ramp[level].r] += counts.red[level];
+        mapped.green[ramp[level].g] += counts.green[level];
+        mapped.blue[ramp[level].b] += counts.blue[level];
+    }
+    return mapped;
+}
+
+std::optional<ChannelHistograms> CountsOf(const YDAdjustmentJob& job)
+{
+    return ChannelHistograms::Of(job.image, QRect(0, 0, job.image.Width(), job.image.Height()), job.abort);
+}
+
+/// Of YDBlend::YDSourceOver, for the strength of the advanced correction.
+int OpacityOf(const Params& params)
+{
+    return std::clamp(params.autoStrength, 0, FullStrength) * YDBlend::YDSourceOver<0>::Full / FullStrength;
 }
 
 } // namespace
@@ -248,27 +281,44 @@ RGBA32iImage YDWBWidget::Process(const WBData& data)
     return data.image;
 }
 
-/// The balance at full strength and the automatic levels, both in a picture of their own, which is then laid
-/// over the untouched one as far as the strength says.
+/// The balance at full strength and the automatic levels, laid over the untouched picture as far as the
+/// strength says.
 void YDWBWidget::Enhance(const WBData& data)
+{
+    const KVIterativeWBTransformation balance(data.image, KVWBTransformation::Auto, FullStrength);
+    if (data.selectionBoundingRect.isEmpty())
+        EnhanceWhole(data, balance);
+    else
+        EnhanceSelected(data, balance);
+}
+
+/// Every step maps each channel by itself, so they are done to one pixel of each level, and to the picture at
+/// once.
+void YDWBWidget::EnhanceWhole(const WBData& data, const KVIterativeWBTransformation& balance)
+{
+    const std::optional<ChannelHistograms> counts = CountsOf(data);
+    if (!counts)
+        return;
+    auto enhanced = ChannelTablesTransformation::IdentityRamp();
+    const auto levels = int(enhanced.size());
+    balance.ProcessRow(enhanced.data(), levels);
+    AutomaticLevels(Mapped(*counts, enhanced)).ProcessRow(enhanced.data(), levels);
+    auto mixed = ChannelTablesTransformation::IdentityRamp();
+    YDBlend::YDSourceOver<0>{OpacityOf(data.params)}.ProcessRow(enhanced.data(), mixed.data(), levels);
+    RunTransformation(data, ChannelTablesTransformation(mixed));
+}
+
+/// Between the steps pixels are blended through the mask, so each takes the picture as the one before it left
+/// it.
+void YDWBWidget::EnhanceSelected(const WBData& data, const KVIterativeWBTransformation& balance)
 {
     YDAdjustmentJob enhanced = data;
     if (!CopySource(enhanced))
         return;
-    RunTransformation(enhanced,
-                      KVIterativeWBTransformation(data.image, KVWBTransformation::Auto, FullStrength));
-    ApplyAutolevels(enhanced);
-    const int strength = std::clamp(data.params.autoStrength, 0, FullStrength);
-    MixByOpacity(data, enhanced.image, strength * YDBlend::YDSourceOver<0>::Full / FullStrength);
-}
-
-/// Stretches each channel to what the whole picture occupies, within the selection.
-void YDWBWidget::ApplyAutolevels(const YDAdjustmentJob& job)
-{
-    const QRect whole(0, 0, job.image.Width(), job.image.Height());
-    if (const auto counts = ChannelHistograms::Of(job.image, whole, job.abort))
-        RunTransformation(
-            job, StretchFrom<YDIterativeLevelsTransformation>(InputRange(counts->red, counts->pixels),
-                                                              InputRange(counts->green, counts->pixels),
-                                                              InputRange(counts->blue, counts->pixels)));
+    RunTransformation(enhanced, balance);
+    const std::optional<ChannelHistograms> counts = CountsOf(enhanced);
+    if (!counts)
+        return;
+    RunTransformation(enhanced, AutomaticLevels(*counts));
+    MixThroughSelection(data, enhanced.image, OpacityOf(data.params));
 }

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class KVIterativeWBTransformation;
 class QRadioButton;
 
 namespace Ui {
@@ -89,7 +90,8 @@ private:
     QRadioButton* ButtonOf(int mode) const;
     static RGBA32iImage Process(const WBData& data);
     static void Enhance(const WBData& data);
-    static void ApplyAutolevels(const YDAdjustmentJob& job);
+    static void EnhanceWhole(const WBData& data, const KVIterativeWBTransformation& balance);
+    static void EnhanceSelected(const WBData& data, const KVIterativeWBTransformation& balance);
 
     const std::unique_ptr<Ui::WBWidget> m_ui;
     Params m_params;

@@ -12,7 +12,6 @@
 #include "YDTemperatureWidget.h"
 #include "YDThresholdWidget.h"
 #include "YDTintWidget.h"
-#include "YDCurvesWidget.h"
 #include "YDWBWidget.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"

@@ -18,6 +18,25 @@ ChannelTablesTransformation::ChannelTablesTransformation()
     m_tables.fill(m_tables[0]);
 }
 
+ChannelTablesTransformation::ChannelTablesTransformation(const Ramp& ramp)
+{
+    for (std::size_t level = 0; level < ramp.size(); ++level) {
+        m_tables[0][level] = ramp[level].b;
+        m_tables[1][level] = ramp[level].g;
+        m_tables[2][level] = ramp[level].r;
+    }
+}
+
+ChannelTablesTransformation::Ramp ChannelTablesTransformation::IdentityRamp()
+{
+    Ramp ramp;
+    for (std::size_t level = 0; level < ramp.size(); ++level) {
+        const auto value = static_cast<quint8>(level);
+        ramp[level] = YDRGBA32i(value, value, value, 255);
+    }
+    return ramp;
+}
+
 void ChannelTablesTransformation::ProcessRow(YDRGBA32i* row, int count) const
 {
     using Kernel = void (*)(YDRGBA32i*, int, const quint8*);

@@ -11,6 +11,14 @@ class ChannelTablesTransformation : public BaseTransformation
 {
 public:
     using Table = std::array<quint8, 256>;
+    /// What a rule of one channel at a time makes of each level of each channel.
+    using Ramp = std::array<YDRGBA32i, 256>;
+
+    /// Does at once what made `ramp` of IdentityRamp(), however many rules that were; alpha takes no part.
+    explicit ChannelTablesTransformation(const Ramp& ramp);
+
+    /// Every level of every channel, each opaque.
+    static Ramp IdentityRamp();
 
     /// One pixel through the tables.
     void Map(YDRGBA32i& pixel) const
