@@ -11,7 +11,7 @@ namespace {
 constexpr double MostBoost = 0.5;
 
 /// Pixels whose levelled copies stay in the nearest cache.
-constexpr int PiecePixels = 1024;
+constexpr int PiecePixels = 256;
 
 void Mix(const YDRGBA32i* levelled, YDRGBA32i* row, int count, const ColorEnhancerRule& rule)
 {

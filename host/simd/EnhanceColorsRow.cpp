@@ -72,6 +72,7 @@ size_t EnhanceVectors(const YDRGBA32i* levelled, YDRGBA32i* row, size_t count, c
     const size_t lanes = hn::Lanes(d);
     size_t x = 0;
     for (; x + lanes <= count; x += lanes) {
+        PrefetchAhead(row + x, lanes * sizeof(YDRGBA32i));
         auto* const out = reinterpret_cast<uint32_t*>(row + x);
         const Pixels to = hn::LoadU(d, reinterpret_cast<const uint32_t*>(levelled + x));
         hn::StoreU(vectors(hn::LoadU(d, out), to), d, out);
