@@ -1,4 +1,5 @@
 #include "KernelCheck.h"
+#include "image/Luma709.h"
 #include "image/YDBlend.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 #include "simd/VectorKernels.h"
@@ -108,6 +109,8 @@ private slots:
     void BlendsEveryTripleToTheNearestLevel();
     void TheAlphaOfTheMaskIsTheCoverage_data() { AddTargets(); }
     void TheAlphaOfTheMaskIsTheCoverage();
+    void LumaOfEveryLengthAndAlignment_data() { AddTargets(); }
+    void LumaOfEveryLengthAndAlignment();
     void RowsOfTheSelectionBlendEqualItsPixels_data() { AddTargets(); }
     void RowsOfTheSelectionBlendEqualItsPixels();
 };
@@ -254,6 +257,26 @@ void TestVectorKernels::TheAlphaOfTheMaskIsTheCoverage()
     QVERIFY(actual == before);
     Module().blend(source.data(), actual.data(), everything.data(), LongestRow);
     QVERIFY(actual == source);
+}
+
+void TestVectorKernels::LumaOfEveryLengthAndAlignment()
+{
+    QFETCH(qint64, target);
+    Module().restrict(target);
+    const auto kernel = AVX2LIB::Find<decltype(&LumaRow)>("LumaRow");
+    QVERIFY(kernel);
+    constexpr quint8 LumaGuard = 99;
+    std::minstd_rand random(7);
+    for (int count = 0; count <= LongestRow; ++count)
+        for (int offset = 0; offset <= MostOffset; ++offset) {
+            const Row row = RandomRow(offset + count, random);
+            std::vector<quint8> actual(std::size_t(count + GuardPixels), LumaGuard);
+            std::vector<quint8> expected = actual;
+            kernel(row.data() + offset, count, actual.data());
+            for (int x = 0; x < count; ++x)
+                expected[std::size_t(x)] = quint8(Luma709::Of(row[std::size_t(offset + x)]));
+            QVERIFY2(actual == expected, Module().name(target));
+        }
 }
 
 void TestVectorKernels::RowsOfTheSelectionBlendEqualItsPixels()

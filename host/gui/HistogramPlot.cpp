@@ -117,7 +117,7 @@ QImage HistogramPlot::Draw(const ChannelHistograms& histograms, const QSizeF& si
     if (image.isNull())
         return image;
     image.setDevicePixelRatio(pixelRatio);
-    const QColor base = palette.color(QPalette::Base);
+    const QColor& base = palette.color(QPalette::Base);
     image.fill(base);
     const std::vector<Curve> curves = CurvesOf(histograms, channels);
     const double top = TopOf(curves, scale);

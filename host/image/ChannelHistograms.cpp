@@ -2,6 +2,7 @@
 
 #include "image/Luma709.h"
 #include "image/ParallelRows.h"
+#include "utilities/AVX2LIB.h"
 
 #include <QImage>
 
@@ -29,18 +30,15 @@ struct PixelRows
 class BandCounts
 {
 public:
-    void AddRow(const YDRGBA32i* row, int width)
+    /// `end` is where the memory of the rows ends.
+    void AddRow(const YDRGBA32i* row, int width, const YDRGBA32i* end)
     {
-        int x = 0;
-        for (; x + Ways <= width; x += Ways) {
-#if defined(__GNUC__)
-            __builtin_prefetch(reinterpret_cast<const char*>(row + x) + PrefetchDistance);
-#endif
-            for (int way = 0; way < Ways; ++way)
-                Add(m_tables[way], row[x + way]);
+        int piece = 0;
+        for (int x = 0; x < width; x += piece) {
+            piece = std::min(PiecePixels, width - x);
+            PrefetchAhead(row + x, end);
+            AddPiece(row + x, piece);
         }
-        for (; x < width; ++x)
-            Add(m_tables[0], row[x]);
     }
 
     void AddTo(ChannelHistograms& sums) const
@@ -56,7 +54,7 @@ public:
 
 private:
     static constexpr int Ways = 2;
-    static constexpr qsizetype PrefetchDistance = 3 * 1024;
+    static constexpr int PiecePixels = 256; ///< a kilobyte, whose lumas are computed together
 
     /// A band of one row has fewer than 2^31 pixels, one of several rows PixelsPerBand at most.
     using Table = std::array<quint32, ChannelHistograms::Levels>;
@@ -73,12 +71,49 @@ private:
         std::array<std::byte, Gap> gap{};
     };
 
-    static void Add(Tables& tables, const YDRGBA32i& pixel)
+    void AddPiece(const YDRGBA32i* pixels, int count)
+    {
+        std::array<quint8, PiecePixels> lumas;
+        quint8* const luma = lumas.data();
+        LumaOf(pixels, count, luma);
+        int x = 0;
+        for (; x + Ways <= count; x += Ways)
+            for (int way = 0; way < Ways; ++way)
+                Add(m_tables[way], pixels[x + way], luma[x + way]);
+        for (; x < count; ++x)
+            Add(m_tables[0], pixels[x], luma[x]);
+    }
+
+    static void Add(Tables& tables, const YDRGBA32i& pixel, quint8 luma)
     {
         ++tables.red[pixel.r];
         ++tables.green[pixel.g];
         ++tables.blue[pixel.b];
-        ++tables.luma[std::size_t(Luma709::Of(pixel))];
+        ++tables.luma[luma];
+    }
+
+    /// Asks for the pixels of a piece some 3 KiB further on.
+    static void PrefetchAhead([[maybe_unused]] const YDRGBA32i* pixels, [[maybe_unused]] const YDRGBA32i* end)
+    {
+#if defined(__GNUC__)
+        constexpr qsizetype Distance = 768;
+        constexpr qsizetype PixelsPerCacheLine = 16;
+        const qsizetype last = std::min<qsizetype>(Distance + PiecePixels, end - pixels);
+        for (qsizetype x = Distance; x < last; x += PixelsPerCacheLine)
+            __builtin_prefetch(pixels + x);
+#endif
+    }
+
+    static void LumaOf(const YDRGBA32i* pixels, int count, quint8* luma)
+    {
+        using Kernel = void (*)(const YDRGBA32i*, int, quint8*);
+        static const auto kernel = AVX2LIB::Find<Kernel>("LumaRow");
+        if (kernel) {
+            kernel(pixels, count, luma);
+            return;
+        }
+        for (int x = 0; x < count; ++x)
+            luma[x] = static_cast<quint8>(Luma709::Of(pixels[x]));
     }
 
     std::array<Tables, Ways> m_tables{};
@@ -91,8 +126,9 @@ std::optional<ChannelHistograms> Count(const PixelRows& rows, const std::atomic<
     const int rowsPerBand = std::max(1, PixelsPerBand / std::max(1, rows.width));
     const bool isWhole = ForEachRowBand(0, rows.height, rowsPerBand, abort, [&](int first, int last) {
         BandCounts counts;
+        const YDRGBA32i* const end = rows.pixels + (last - 1) * rows.stride + rows.width;
         for (int y = first; y < last; ++y)
-            counts.AddRow(rows.pixels + y * rows.stride, rows.width);
+            counts.AddRow(rows.pixels + y * rows.stride, rows.width, end);
         const std::lock_guard<std::mutex> lock(sumsLock);
         counts.AddTo(sums);
     });

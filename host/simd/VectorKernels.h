@@ -52,6 +52,9 @@ Q_DECL_EXPORT void AverageTintAVX2(YDRGBA32i* row, int count, const int* weights
 /// stays. Any level: all are white from 0 down, and black above 255.
 Q_DECL_EXPORT void ThresholdRow(YDRGBA32i* row, int count, int level);
 
+/// Writes the Luma709 of each of `count` pixels to the bytes at `luma`.
+Q_DECL_EXPORT void LumaRow(const YDRGBA32i* row, int count, quint8* luma);
+
 /// The rule of the name on `count` pixels in place; alpha stays.
 Q_DECL_EXPORT void BlackAndWhiteRow(YDRGBA32i* row, int count, const BlackAndWhiteRule* rule);
 Q_DECL_EXPORT void LinearGreyRow(YDRGBA32i* row, int count, const LinearGreyRule* rule);
