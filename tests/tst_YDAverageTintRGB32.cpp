@@ -30,7 +30,8 @@ YDRGBA32i Tinted(const Functor& functor, YDRGBA32i pixel)
 YDRGBA32i ByDefinition(const int (&weights)[3], YDRGBA32i black, YDRGBA32i white, qint64 amount,
                        YDRGBA32i pixel)
 {
-    const qint64 level = qint64(weights[0]) * pixel.r + weights[1] * pixel.g + weights[2] * pixel.b;
+    const qint64 level =
+        qint64(weights[0]) * pixel.r + qint64(weights[1]) * pixel.g + qint64(weights[2]) * pixel.b;
     const auto mix = [level, amount](qint64 channel, qint64 blackChannel, qint64 whiteChannel) {
         const qint64 tone = (whiteChannel * level + blackChannel * (255000 - level)) / 255000;
         return quint8((tone * amount + channel * (255000 - amount)) / 255000);
