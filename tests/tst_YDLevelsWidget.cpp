@@ -142,6 +142,7 @@ private slots:
 
     void TheFormIsAsDesigned();
     void TheScalesAgreeWithTheHistogram();
+    void FromRightToLeftTheEndsStayBelowTheirHandles();
     void MiddleValueGivesTheHandlesPlace_data();
     void MiddleValueGivesTheHandlesPlace();
     void ToneValueGivesTheGammaOfAPlace_data();
@@ -262,6 +263,16 @@ void TestYDLevelsWidget::TheScalesAgreeWithTheHistogram()
     }
     QCOMPARE(f.Child<YDColorWidget>("m_pInputLabel")->width(), f.histogram->width());
     QCOMPARE(f.Child<YDColorWidget>("m_pOutputLabel")->width(), f.histogram->width());
+}
+
+void TestYDLevelsWidget::FromRightToLeftTheEndsStayBelowTheirHandles()
+{
+    Fixture f;
+    const auto x = [](const QWidget* widget) { return widget->mapToGlobal(QPoint()).x(); };
+    f.widget.setLayoutDirection(Qt::RightToLeft);
+    QTRY_VERIFY(x(f.Child<QLabel>("label_3")) > x(f.highInput));
+    QVERIFY(x(f.lowInput) < x(f.middleInput) && x(f.middleInput) < x(f.highInput));
+    QVERIFY(x(f.lowOutput) < x(f.highOutput));
 }
 
 void TestYDLevelsWidget::MiddleValueGivesTheHandlesPlace_data()
