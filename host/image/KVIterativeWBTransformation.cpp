@@ -19,8 +19,8 @@ using Curve = std::vector<double>;
 constexpr int Levels = 256;
 constexpr double MaxLevel = Levels - 1;
 
-constexpr double MostGain = 4.0;   ///< of a channel; its inverse is the least
-constexpr double WhiteKnee = 0.95; ///< above it a dimmed channel returns to white
+constexpr double MostGain = 4.0;    ///< of a channel; its inverse is the least
+constexpr double OftenWhite = 0.01; ///< a share of white pixels that is no chance
 
 constexpr double MostExposure = 4.0;     ///< two stops; its inverse is the least
 constexpr double WellExposedMean = 0.44; ///< encoded luma of an ordinary picture
@@ -28,34 +28,11 @@ constexpr double OutlierShare = 0.05;    ///< at both ends, left out of the mean
 constexpr double NearBlack = 0.02;       ///< means nearer to an end tell no more than these
 constexpr double NearWhite = 0.98;
 
-/// The gain, but for the highest levels of a channel that is dimmed: they rise to white again, smoothly,
-/// since what is clipped in the picture was at least as bright as white.
-double Dimmed(double value, double gain)
-{
-    if (value <= WhiteKnee)
-        return gain * value;
-    const double width = 1.0 - WhiteKnee;
-    const double t = (value - WhiteKnee) / width;
-    const double start = gain * WhiteKnee;
-    const double rise = 1.0 - start;
-    // A cubic between both ends that leaves the knee with the slope of the gain and arrives with one and a
-    // half times the mean slope: it never falls.
-    const double slopeAtKnee = gain * width;
-    const double slopeAtWhite = 1.5 * rise;
-    const double t2 = t * t;
-    const double t3 = t2 * t;
-    return start + slopeAtKnee * t + (3.0 * rise - 2.0 * slopeAtKnee - slopeAtWhite) * t2 +
-           (slopeAtKnee + slopeAtWhite - 2.0 * rise) * t3;
-}
-
 Curve GainCurve(double gain)
 {
-    const double bounded = std::clamp(gain, 1.0 / MostGain, MostGain);
     Curve curve(Levels);
-    for (int level = 0; level < Levels; ++level) {
-        const double value = level / MaxLevel;
-        curve[std::size_t(level)] = bounded < 1.0 ? Dimmed(value, bounded) : bounded * value;
-    }
+    for (int level = 0; level < Levels; ++level)
+        curve[std::size_t(level)] = gain * level / MaxLevel;
     return curve;
 }
 
@@ -108,11 +85,26 @@ struct ChannelCurves
 
 ChannelCurves SameForAll(const Curve& curve) { return {curve, curve, curve}; }
 
-/// Gains that make the light's colour grey and keep its luma.
-ChannelCurves WithoutCast(const Illuminant& light)
+/// The share of the sample that is white; of all that is counted from OftenWhite on.
+double WhiteShare(const PictureSample& sample)
+{
+    const auto white = std::count_if(sample.Cells().begin(), sample.Cells().end(),
+                                     [](const PictureSample::Cell& cell) { return cell.IsWhite(); });
+    return std::min(double(white) / double(sample.Cells().size()) / OftenWhite, 1.0);
+}
+
+/// Gains that make the light's colour grey and keep its luma. What is white in the picture was too bright for
+/// it in the scene and shall stay white, so where there is such, the gains are raised until none dims a
+/// channel.
+ChannelCurves WithoutCast(const Illuminant& light, double whiteShare)
 {
     const double luma = 0.2126 * light.r + 0.7152 * light.g + 0.0722 * light.b;
-    return {GainCurve(luma / light.r), GainCurve(luma / light.g), GainCurve(luma / light.b)};
+    const double brightest = std::max({light.r, light.g, light.b});
+    const double level = luma + (brightest - luma) * whiteShare;
+    const auto curveOf = [level](double channel) {
+        return GainCurve(std::clamp(level / channel, 1.0 / MostGain, MostGain));
+    };
+    return {curveOf(light.r), curveOf(light.g), curveOf(light.b)};
 }
 
 std::optional<ChannelCurves> CurvesFor(const RGBA32iImage& image,
@@ -121,7 +113,7 @@ std::optional<ChannelCurves> CurvesFor(const RGBA32iImage& image,
     const PictureSample sample(image);
     if (function == KVWBTransformation::Auto) {
         const std::optional<Illuminant> light = Illuminant::Of(sample);
-        return light ? std::optional(WithoutCast(*light)) : std::nullopt;
+        return light ? std::optional(WithoutCast(*light, WhiteShare(sample))) : std::nullopt;
     }
     const std::optional<double> factor = ExposureFactor(sample);
     if (!factor)

@@ -14,7 +14,7 @@ constexpr int RowsPerBand = 8;
 int CeilDiv(int dividend, int divisor) { return dividend / divisor + (dividend % divisor != 0 ? 1 : 0); }
 
 /// Pixels from the first that is looked at in a cell to the next, in both directions.
-int StepOf(int cellSide) { return std::max(1, cellSide / PixelsPerCellSide); }
+int StepOf(int cellSide) { return CeilDiv(cellSide, PixelsPerCellSide); }
 
 PictureSample::Cell MeanOf(const RGBA32iImage& picture, const QRect& square, int step)
 {

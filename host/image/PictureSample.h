@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <vector>
 
-/// A picture in some ten thousand cells, for those who look at it as a whole: cheap to walk over, and
-/// without the noise that single pixels have.
+/// A picture in at most 65536 cells, for those who look at it as a whole: cheap to walk over, and without the
+/// noise that single pixels have.
 class PictureSample
 {
 public:
@@ -23,6 +23,8 @@ public:
         float Luma() const { return 0.2126f * r + 0.7152f * g + 0.0722f * b; }
         /// Whether a channel is so bright that what it was in the scene is lost.
         bool IsClipped() const { return b >= ClippedLevel || g >= ClippedLevel || r >= ClippedLevel; }
+        /// Whether that is so of all of them.
+        bool IsWhite() const { return b >= ClippedLevel && g >= ClippedLevel && r >= ClippedLevel; }
     };
 
     /// The cells of `picture`, on all cores: each the mean of up to sixteen pixels spread over its square,
