@@ -17,12 +17,21 @@ LevelRange BoundsOf(const ChannelHistograms::Table& table)
 std::optional<YDThresholdCache::Thresholds> YDThresholdCache::Of(const RGBA32iImage& picture,
                                                                  const std::atomic<bool>* abort)
 {
+    if (const auto known = Known())
+        return known;
+    const QRect whole(0, 0, picture.Width(), picture.Height());
+    const auto counts = ChannelHistograms::Of(picture, whole, abort);
+    if (!counts)
+        return std::nullopt;
     const std::lock_guard<std::mutex> lock(m_lock);
-    if (!m_thresholds) {
-        const QRect whole(0, 0, picture.Width(), picture.Height());
-        if (const auto counts = ChannelHistograms::Of(picture, whole, abort))
-            m_thresholds = {BoundsOf(counts->red), BoundsOf(counts->green), BoundsOf(counts->blue),
-                            BoundsOf(counts->luma)};
-    }
+    if (!m_thresholds)
+        m_thresholds = {BoundsOf(counts->red), BoundsOf(counts->green), BoundsOf(counts->blue),
+                        BoundsOf(counts->luma)};
+    return m_thresholds;
+}
+
+std::optional<YDThresholdCache::Thresholds> YDThresholdCache::Known()
+{
+    const std::lock_guard<std::mutex> lock(m_lock);
     return m_thresholds;
 }

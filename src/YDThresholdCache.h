@@ -10,8 +10,8 @@
 
 /// The bounds of what a picture's channels hold, counted once and then remembered.
 ///
-/// Jobs share one, and whoever comes first counts; safe from any thread. It is never emptied: the widget
-/// takes a new one for a new picture, and jobs keep theirs.
+/// Jobs share one, and whoever is done first counts for all; safe from any thread. It is never emptied: the
+/// widget takes a new one for a new picture, and jobs keep theirs.
 class YDThresholdCache
 {
 public:
@@ -23,6 +23,8 @@ public:
     std::optional<Thresholds> Of(const RGBA32iImage& picture, const std::atomic<bool>* abort);
 
 private:
-    std::mutex m_lock;
+    std::optional<Thresholds> Known();
+
+    std::mutex m_lock; ///< not held while somebody counts, so that nobody waits in a task for another's count
     std::optional<Thresholds> m_thresholds;
 };
