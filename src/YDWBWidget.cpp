@@ -267,12 +267,14 @@ QRadioButton* YDWBWidget::ButtonOf(int mode) const
 RGBA32iImage YDWBWidget::Process(const WBData& data)
 {
     const Params& params = data.params;
-    if (params.mode == KVWBTransformation::Auto && params.enhanced)
-        Enhance(data);
-    else
+    if (params.mode == KVWBTransformation::Auto && params.enhanced) {
+        if (!Enhance(data))
+            return {};
+    } else {
         RunTransformation(data, KVIterativeWBTransformation(data.image,
                                                             KVWBTransformation::BalanceFunction(params.mode),
                                                             StrengthOf(params)));
+    }
     if (params.useTemperature)
         RunTransformation(data,
                           YDIterativePhotoFilterTransformation(
@@ -282,23 +284,21 @@ RGBA32iImage YDWBWidget::Process(const WBData& data)
 }
 
 /// The balance at full strength and the automatic levels, laid over the untouched picture as far as the
-/// strength says.
-void YDWBWidget::Enhance(const WBData& data)
+/// strength says. False when it was aborted or there was no memory.
+bool YDWBWidget::Enhance(const WBData& data)
 {
     const KVIterativeWBTransformation balance(data.image, KVWBTransformation::Auto, FullStrength);
-    if (data.selectionBoundingRect.isEmpty())
-        EnhanceWhole(data, balance);
-    else
-        EnhanceSelected(data, balance);
+    return data.selectionBoundingRect.isEmpty() ? EnhanceWhole(data, balance)
+                                                : EnhanceSelected(data, balance);
 }
 
 /// Every step maps each channel by itself, so they are done to one pixel of each level, and to the picture at
 /// once.
-void YDWBWidget::EnhanceWhole(const WBData& data, const KVIterativeWBTransformation& balance)
+bool YDWBWidget::EnhanceWhole(const WBData& data, const KVIterativeWBTransformation& balance)
 {
     const std::optional<ChannelHistograms> counts = CountsOf(data);
     if (!counts)
-        return;
+        return false;
     auto enhanced = ChannelTablesTransformation::IdentityRamp();
     const auto levels = int(enhanced.size());
     balance.ProcessRow(enhanced.data(), levels);
@@ -306,19 +306,21 @@ void YDWBWidget::EnhanceWhole(const WBData& data, const KVIterativeWBTransformat
     auto mixed = ChannelTablesTransformation::IdentityRamp();
     YDBlend::YDSourceOver<0>{OpacityOf(data.params)}.ProcessRow(enhanced.data(), mixed.data(), levels);
     RunTransformation(data, ChannelTablesTransformation(mixed));
+    return true;
 }
 
 /// Between the steps pixels are blended through the mask, so each takes the picture as the one before it left
 /// it.
-void YDWBWidget::EnhanceSelected(const WBData& data, const KVIterativeWBTransformation& balance)
+bool YDWBWidget::EnhanceSelected(const WBData& data, const KVIterativeWBTransformation& balance)
 {
     YDAdjustmentJob enhanced = data;
     if (!CopySource(enhanced))
-        return;
+        return false;
     RunTransformation(enhanced, balance);
     const std::optional<ChannelHistograms> counts = CountsOf(enhanced);
     if (!counts)
-        return;
+        return false;
     RunTransformation(enhanced, AutomaticLevels(*counts));
     MixThroughSelection(data, enhanced.image, OpacityOf(data.params));
+    return true;
 }

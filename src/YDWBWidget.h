@@ -89,9 +89,9 @@ private:
     void ChooseFunction(int mode);
     QRadioButton* ButtonOf(int mode) const;
     static RGBA32iImage Process(const WBData& data);
-    static void Enhance(const WBData& data);
-    static void EnhanceWhole(const WBData& data, const KVIterativeWBTransformation& balance);
-    static void EnhanceSelected(const WBData& data, const KVIterativeWBTransformation& balance);
+    [[nodiscard]] static bool Enhance(const WBData& data);
+    [[nodiscard]] static bool EnhanceWhole(const WBData& data, const KVIterativeWBTransformation& balance);
+    [[nodiscard]] static bool EnhanceSelected(const WBData& data, const KVIterativeWBTransformation& balance);
 
     const std::unique_ptr<Ui::WBWidget> m_ui;
     Params m_params;
