@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+#include <array>
+#include <cstring>
 #include <numeric>
 
 Q_DECLARE_METATYPE(QImage::Format)
@@ -55,6 +57,8 @@ private slots:
     void NoPixelsAreCountedOfNothing();
     void CountsImagesOfAnyFormat_data();
     void CountsImagesOfAnyFormat();
+    void CountsImagesOverForeignMemory_data();
+    void CountsImagesOverForeignMemory();
     void AnAbortedCountGivesNothing();
     void TheFunctorCountsTheThreeChannels();
     void ASharedImageKeepsWhatItWasGiven();
@@ -164,6 +168,38 @@ void TestChannelHistograms::CountsImagesOfAnyFormat()
     QFETCH(QImage::Format, format);
     const RGBA32iImage picture = TestPictures::Noise(67, 45); // opaque, so that every format holds it
     const QImage image = ImageToQImage(picture).convertToFormat(format);
+    const auto counts = ChannelHistograms::Of(image);
+    QVERIFY(counts);
+    QVERIFY(AreEqual(*counts, CountedPlainly(picture, Whole(picture))));
+}
+
+void TestChannelHistograms::CountsImagesOverForeignMemory_data()
+{
+    QTest::addColumn<QImage::Format>("format");
+    QTest::addColumn<int>("shift");        // of the first byte from an aligned address
+    QTest::addColumn<int>("bytesPerLine"); // ten pixels need 40 of them
+    QTest::newRow("whole pixels a line") << QImage::Format_ARGB32 << 0 << 44;
+    QTest::newRow("no whole pixels a line") << QImage::Format_ARGB32 << 0 << 42;
+    QTest::newRow("no whole pixels a line, no alpha") << QImage::Format_RGB32 << 0 << 42;
+    QTest::newRow("no whole pixels a line, premultiplied") << QImage::Format_ARGB32_Premultiplied << 0 << 42;
+    QTest::newRow("one byte off") << QImage::Format_ARGB32 << 1 << 40;
+    QTest::newRow("two bytes off, no alpha") << QImage::Format_RGB32 << 2 << 40;
+    QTest::newRow("three bytes off, odd lines") << QImage::Format_ARGB32 << 3 << 41;
+}
+
+/// The bytes between the lines have a level that the pixels do not have.
+void TestChannelHistograms::CountsImagesOverForeignMemory()
+{
+    QFETCH(QImage::Format, format);
+    QFETCH(int, shift);
+    QFETCH(int, bytesPerLine);
+    const RGBA32iImage picture = TestPictures::Noise(10, 7); // opaque, so that every format holds it
+    alignas(quint32) std::array<uchar, 400> memory;
+    memory.fill(1);
+    for (int y = 0; y < 7; ++y)
+        std::memcpy(memory.data() + shift + y * bytesPerLine, picture.Row(y), 10 * sizeof(YDRGBA32i));
+    const QImage image(memory.data() + shift, 10, 7, bytesPerLine, format);
+    QCOMPARE(image.bytesPerLine(), bytesPerLine);
     const auto counts = ChannelHistograms::Of(image);
     QVERIFY(counts);
     QVERIFY(AreEqual(*counts, CountedPlainly(picture, Whole(picture))));

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 
@@ -143,6 +144,21 @@ bool HoldsPixelsAsTheyAre(QImage::Format format)
     return format == QImage::Format_RGB32 || format == QImage::Format_ARGB32;
 }
 
+/// Whether rows of 32 bits a pixel begin where a pixel can; an image over foreign memory need not have that.
+bool HasAlignedRows(const QImage& image)
+{
+    constexpr std::size_t PixelSize = sizeof(YDRGBA32i);
+    return image.bytesPerLine() % int(PixelSize) == 0 &&
+           reinterpret_cast<std::uintptr_t>(image.constBits()) % PixelSize == 0;
+}
+
+/// The image with its pixels as a picture has them; null where the memory for that is not to be had.
+QImage WithPlainPixels(const QImage& image)
+{
+    const QImage aligned = HasAlignedRows(image) ? image : image.copy();
+    return HoldsPixelsAsTheyAre(aligned.format()) ? aligned : aligned.convertToFormat(QImage::Format_ARGB32);
+}
+
 } // namespace
 
 std::optional<ChannelHistograms> ChannelHistograms::Of(const RGBA32iImage& picture, const QRect& area,
@@ -159,8 +175,7 @@ std::optional<ChannelHistograms> ChannelHistograms::Of(const QImage& image, cons
 {
     if (image.isNull())
         return ChannelHistograms();
-    const QImage pixels =
-        HoldsPixelsAsTheyAre(image.format()) ? image : image.convertToFormat(QImage::Format_ARGB32);
+    const QImage pixels = WithPlainPixels(image);
     if (pixels.isNull())
         return std::nullopt;
     constexpr auto PixelSize = qsizetype(sizeof(YDRGBA32i));
