@@ -234,6 +234,7 @@ void TestYodiCustomSlider::UnknownHandlesAreIgnored()
         QCOMPARE(slider.Value(handle), 0);
         QCOMPARE(slider.LowestValue(handle) + slider.HighestValue(handle), 0);
         QVERIFY(slider.ControlName(handle).isEmpty());
+        QCOMPARE(slider.Brush(handle), QBrush(Qt::NoBrush));
         QVERIFY(slider.ControlRect(handle).isNull());
     }
     QTest::mouseClick(&slider, Qt::LeftButton);
@@ -503,8 +504,11 @@ void TestYodiCustomSlider::TheWheelTurnsOnlyWithTheFocus()
 void TestYodiCustomSlider::HandlesAreDrawnWithTheirBrush()
 {
     Fixture f({50, 200});
+    QCOMPARE(f.slider.Brush(0), f.slider.palette().button());
     f.slider.SetBrush(0, QColor(200, 30, 30));
     f.slider.SetBrush(1, QColor(30, 30, 200));
+    QCOMPARE(f.slider.Brush(0), QBrush(QColor(200, 30, 30)));
+    QCOMPARE(f.slider.Brush(1), QBrush(QColor(30, 30, 200)));
     QCOMPARE(f.PixelAt(f.slider.PositionOf(50), 11), QColor(200, 30, 30));
     QCOMPARE(f.PixelAt(f.slider.PositionOf(200), 11), QColor(30, 30, 200));
     QCOMPARE(f.PixelAt(f.slider.PositionOf(120), 11), f.window.palette().color(QPalette::Window));

@@ -141,6 +141,11 @@ void YodiCustomSlider::SetBrush(uint handle, const QBrush& brush)
     update();
 }
 
+QBrush YodiCustomSlider::Brush(uint handle) const
+{
+    return IsControl(handle) ? m_controls[handle].brush : QBrush();
+}
+
 void YodiCustomSlider::SetControlName(uint handle, const QString& name)
 {
     if (IsControl(handle))

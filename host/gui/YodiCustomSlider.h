@@ -56,6 +56,8 @@ public:
 
     /// What the handle is filled with; at first the palette's button colour.
     void SetBrush(uint handle, const QBrush& brush);
+    /// Qt::NoBrush for no handle.
+    QBrush Brush(uint handle) const;
 
     /// What the handle sets, for tooltip and assistive technology.
     void SetControlName(uint handle, const QString& name);
