@@ -84,6 +84,8 @@ private slots:
     void AChangeIsStoredAndAnnouncedOnceInOrder();
     void AnyHandleNumberSetsTheLevel();
     void AHandleBroughtToZeroLeavesTheLevelAtOne();
+    void KeysStopTheHandleAtOne();
+    void AHandleMovesOnFromALevelOfZero();
     void SettingARecordMovesTheControlsAndAnnouncesNothing();
     void LevelsBeyondTheControlsAreKept_data();
     void LevelsBeyondTheControlsAreKept();
@@ -184,16 +186,46 @@ void TestYDThresholdWidget::AHandleBroughtToZeroLeavesTheLevelAtOne()
 {
     Fixture f;
     QSignalSpy data(&f.widget, &YDAdjustmentWidget::DataChanged);
-    f.slider->ChangeValue(0, 0);
-    QCOMPARE(f.widget.GetValue().level, 1);
-    QCOMPARE(f.spin->value(), 1);
-    QCOMPARE(data.count(), 1);
-    f.slider->ChangeValue(0, 0); // the spin box is at 1 already and says nothing
-    QCOMPARE(f.widget.GetValue().level, 1);
-    QCOMPARE(f.spin->value(), 1);
-    QCOMPARE(data.count(), 1);
-    f.slider->ChangeValue(0, 2);
+    for (int times = 1; times <= 2; ++times) { // the second time the spin box is at 1 and says nothing
+        f.slider->ChangeValue(0, 0);
+        QCOMPARE(f.widget.GetValue().level, 1);
+        QCOMPARE(f.spin->value(), 1);
+        QCOMPARE(f.slider->Value(0), 1);
+        QCOMPARE(data.count(), 1);
+    }
+    f.slider->ChangeValue(0, 2); // the handle is connected again
     QCOMPARE(f.widget.GetValue().level, 2);
+    QCOMPARE(data.count(), 2);
+}
+
+void TestYDThresholdWidget::KeysStopTheHandleAtOne()
+{
+    Fixture f;
+    f.widget.SetValue(Record(3));
+    for (const int expected : {2, 1, 1, 1}) {
+        QTest::keyClick(f.slider, Qt::Key_Left);
+        QCOMPARE(f.widget.GetValue().level, expected);
+        QCOMPARE(f.spin->value(), expected);
+        QCOMPARE(f.slider->Value(0), expected);
+    }
+    QTest::keyClick(f.slider, Qt::Key_Right);
+    QCOMPARE(f.widget.GetValue().level, 2);
+}
+
+/// The spin box shows that level as 1, so that it does not change on the way there.
+void TestYDThresholdWidget::AHandleMovesOnFromALevelOfZero()
+{
+    Fixture f;
+    f.widget.SetValue(Record(0));
+    QSignalSpy data(&f.widget, &YDAdjustmentWidget::DataChanged);
+    QTest::keyClick(f.slider, Qt::Key_Right);
+    QCOMPARE(f.widget.GetValue().level, 1);
+    QCOMPARE(f.spin->value(), 1);
+    QCOMPARE(f.slider->Value(0), 1);
+    QCOMPARE(data.count(), 1);
+    QTest::keyClick(f.slider, Qt::Key_Right);
+    QCOMPARE(f.widget.GetValue().level, 2);
+    QCOMPARE(data.count(), 2);
 }
 
 void TestYDThresholdWidget::SettingARecordMovesTheControlsAndAnnouncesNothing()
