@@ -16,13 +16,22 @@ class LevelsWidget;
 /// Levels: for the composite and each colour channel an input range, the gamma between its ends and an output
 /// range, below the source's histogram.
 ///
-/// The spin boxes write the record and the handles of the sliders set the spin boxes; the middle handle shows
-/// the gamma as a place in the input range. The handles keep the input's ends two apart. The spin boxes' own
-/// ranges do so for the channel as it was when it was chosen, so typed ends can meet or cross; the image
-/// library has a result for that too.
+/// The spin boxes write the record and the handles of the sliders set the spin boxes; a handle that went
+/// further than its spin box goes back there. The middle handle shows the gamma as a place in the input
+/// range; places closer together than the spin box's hundredths stand for the same gamma, and the handle may
+/// be left at any of them.
 ///
-/// A record from outside keeps what it says. Where its channel is none of the four, the panel shows and edits
-/// the composite until another is chosen.
+/// Showing a channel, which choosing it, setting a record, Reset() and Auto do, bounds the handles and spin
+/// boxes of its ends so that these stay two apart. A handle's bound then follows the other end; a spin box
+/// keeps its range until a channel is shown again, so typed ends can meet or cross, and the image library has
+/// a result for that too. Before a channel is shown for the first time, an end is bounded only by one that
+/// has moved: on a fresh panel the low handle reaches 255, where the high one stands.
+///
+/// A record from outside keeps what it says, until the control of a value is moved. What the controls show of
+/// it is bounded to 0..255, and so are their ranges: for ends of -50 and 100 the spin boxes and handles show
+/// 0 (of 0..98) and 100 (of 0..255), for ends of 300 and 400 both show 255 (of 0..255 and of 255 alone).
+/// Where the record's channel is none of the four, the panel shows and edits the composite until another is
+/// chosen.
 class ADJUSTMENTGUI_EXPORT YDLevelsWidget : public YDAdjustmentWidget
 {
     Q_OBJECT
@@ -110,6 +119,7 @@ private:
     };
 
     void BuildSliders();
+    void MoveInput(uint handle, int value);
     void Connect();
     void Disconnect();
     void SetChannel(int channel);

@@ -132,6 +132,8 @@ Params Full()
 
 } // namespace
 
+Q_DECLARE_METATYPE(Ends)
+
 class TestYDLevelsWidget : public QObject
 {
     Q_OBJECT
@@ -159,6 +161,11 @@ private slots:
     void EachChannelKeepsItsValues();
     void DraggingGivesTheRecordOfTyping();
     void ADraggedLowEndStopsBelowTheHighOne();
+    void ADraggedEndStopsWithItsSpinBox_data();
+    void ADraggedEndStopsWithItsSpinBox();
+    void BeforeAChannelIsShownADraggedEndMeetsTheOther();
+    void ADraggedOutputEndIsWhereItsSpinBoxIs();
+    void KeysBringTheMiddleOverTheWholeScale();
     void UnknownHandlesAreIgnored();
     void TypedEndsMayMeetAndCross();
     void AnInvertedOutputIsKept();
@@ -173,6 +180,8 @@ private slots:
     void AFailedTagLeavesTheRecord();
     void RecordsFromOutsideAreKeptAndHarmless_data();
     void RecordsFromOutsideAreKeptAndHarmless();
+    void EndsOutsideOfTheScaleAreShownOnIt_data();
+    void EndsOutsideOfTheScaleAreShownOnIt();
     void AnUnknownChannelShowsTheComposite();
 
     void AutoWaitsForTheHistogram();
@@ -542,6 +551,104 @@ void TestYDLevelsWidget::ADraggedLowEndStopsBelowTheHighOne()
     QCOMPARE(f.widget.GetValue().input[0], (Ends{199, 201}));
 }
 
+void TestYDLevelsWidget::ADraggedEndStopsWithItsSpinBox_data()
+{
+    QTest::addColumn<uint>("first"); // the handle that makes way, and where it goes
+    QTest::addColumn<int>("way");
+    QTest::addColumn<uint>("second"); // the one that then goes beyond the range of its spin box
+    QTest::addColumn<QVector<int>>("levels");
+    QTest::addColumn<QVector<int>>("stops");
+    QTest::newRow("high") << 0U << 0 << 2U << QVector<int>{150, 103, 50, 50, 101, 2, 104, 50, 255}
+                          << QVector<int>{150, 103, 102, 102, 102, 102, 104, 102, 255};
+    QTest::newRow("low") << 2U << 255 << 0U << QVector<int>{150, 197, 250, 250, 199, 253, 196, 250, 0}
+                         << QVector<int>{150, 197, 198, 198, 198, 198, 196, 198, 0};
+}
+
+/// The spin boxes keep the ranges that they got with a record of 100..200.
+void TestYDLevelsWidget::ADraggedEndStopsWithItsSpinBox()
+{
+    QFETCH(uint, first);
+    QFETCH(int, way);
+    QFETCH(uint, second);
+    QFETCH(QVector<int>, levels);
+    QFETCH(QVector<int>, stops);
+    Fixture f;
+    Params params;
+    params.input[0] = {100, 200};
+    params.Derive();
+    f.widget.SetValue(params);
+    DragHandle(*f.input, first, way);
+    for (int i = 0; i < levels.size(); ++i) {
+        DragHandle(*f.input, second, levels[i]);
+        const Ends ends = f.widget.GetValue().input[0];
+        QCOMPARE(ends[second == 0 ? 0 : 1], stops[i]);
+        QCOMPARE(ends[second == 0 ? 1 : 0], way);
+        QCOMPARE(ends, (Ends{f.lowInput->value(), f.highInput->value()}));
+        QCOMPARE(ends, (Ends{f.input->Value(0), f.input->Value(2)}));
+        QCOMPARE(f.input->Value(1), (ends[0] + ends[1]) / 2);
+        QCOMPARE(f.widget.GetValue().middle[0], f.input->Value(1));
+    }
+}
+
+void TestYDLevelsWidget::BeforeAChannelIsShownADraggedEndMeetsTheOther()
+{
+    Fixture fresh;
+    DragHandle(*fresh.input, 0, 255);
+    QCOMPARE(fresh.widget.GetValue().input[0], (Ends{255, 255}));
+    Fixture shown;
+    shown.widget.SetValue(Params());
+    DragHandle(*shown.input, 0, 255);
+    QCOMPARE(shown.widget.GetValue().input[0], (Ends{253, 255}));
+    Fixture moved;
+    DragHandle(*moved.input, 2, 254);
+    DragHandle(*moved.input, 0, 255);
+    QCOMPARE(moved.widget.GetValue().input[0], (Ends{252, 254}));
+}
+
+void TestYDLevelsWidget::ADraggedOutputEndIsWhereItsSpinBoxIs()
+{
+    Fixture f;
+    Params params;
+    params.output[0] = {-10, 300};
+    f.widget.SetValue(params);
+    for (const int level : {0, 255, 255, 1, 0, 0, 254}) {
+        DragHandle(*f.output, 0, level);
+        DragHandle(*f.output, 1, 255 - level);
+        QCOMPARE((Ends{f.output->Value(0), f.output->Value(1)}),
+                 (Ends{f.lowOutput->value(), f.highOutput->value()}));
+    }
+    QCOMPARE(f.widget.GetValue().output[0], (Ends{254, 1}));
+}
+
+/// The gamma counts in hundredths, of which some stand for two places: a handle that went back to the one
+/// where the gamma puts it could not pass.
+void TestYDLevelsWidget::KeysBringTheMiddleOverTheWholeScale()
+{
+    Fixture f;
+    Params params;
+    params.Derive();
+    f.widget.SetValue(params);
+    f.widget.activateWindow();
+    f.input->setFocus(Qt::TabFocusReason);
+    QTRY_VERIFY(f.input->hasFocus());
+    QTest::keyClick(f.input, Qt::Key_Tab); // from the low handle
+    QCOMPARE(f.input->CurrentControl(), 1U);
+    const auto press = [&f](Qt::Key key, int target) {
+        for (int times = 0; times < 1000 && f.input->Value(1) != target; ++times) {
+            QTest::keyClick(f.input, key);
+            const int place = YDLevelsWidget::MiddleValue(0, 255, f.middleInput->value());
+            if (std::abs(place - f.input->Value(1)) > 1 || place != f.widget.GetValue().middle[0])
+                return false;
+        }
+        return f.input->Value(1) == target;
+    };
+    QVERIFY(press(Qt::Key_Left, 0));
+    QCOMPARE(f.widget.GetValue().gamma[0], 9.99);
+    QVERIFY(press(Qt::Key_Right, 255));
+    QCOMPARE(f.widget.GetValue().gamma[0], 0.01);
+    QVERIFY(press(Qt::Key_Left, 127));
+}
+
 void TestYDLevelsWidget::UnknownHandlesAreIgnored()
 {
     Fixture f;
@@ -734,6 +841,51 @@ void TestYDLevelsWidget::RecordsFromOutsideAreKeptAndHarmless()
         QCOMPARE(f.widget.GetValue().channel, 2);
         Converted(f.widget, Plain(1, 100, 254));
     }
+}
+
+void TestYDLevelsWidget::EndsOutsideOfTheScaleAreShownOnIt_data()
+{
+    QTest::addColumn<Ends>("ends");
+    QTest::addColumn<QVector<int>>("low");  // minimum, value, maximum
+    QTest::addColumn<QVector<int>>("high"); // the same
+    QTest::addColumn<QVector<int>>("handles");
+    QTest::addColumn<int>("middle"); // of the record
+    using Numbers = QVector<int>;
+    QTest::newRow("above") << Ends{300, 400} << Numbers{0, 255, 255} << Numbers{255, 255, 255}
+                           << Numbers{255, 255, 255} << 350;
+    QTest::newRow("from below") << Ends{-50, 100} << Numbers{0, 0, 98} << Numbers{0, 100, 255}
+                                << Numbers{0, 25, 100} << 25;
+    QTest::newRow("below") << Ends{-400, -300} << Numbers{0, 0, 0} << Numbers{0, 0, 255} << Numbers{0, 0, 0}
+                           << -350;
+    QTest::newRow("to above") << Ends{100, 300} << Numbers{0, 100, 255} << Numbers{102, 255, 255}
+                              << Numbers{100, 200, 255} << 200;
+}
+
+void TestYDLevelsWidget::EndsOutsideOfTheScaleAreShownOnIt()
+{
+    QFETCH(Ends, ends);
+    QFETCH(QVector<int>, low);
+    QFETCH(QVector<int>, high);
+    QFETCH(QVector<int>, handles);
+    QFETCH(int, middle);
+    Fixture f;
+    Params params;
+    params.input[0] = ends;
+    params.Derive();
+    QCOMPARE(params.middle[0], middle);
+    f.widget.SetValue(params);
+    const auto shown = [](const KVSpinBox* spin) {
+        return QVector<int>{spin->minimum(), spin->value(), spin->maximum()};
+    };
+    QCOMPARE(shown(f.lowInput), low);
+    QCOMPARE(shown(f.highInput), high);
+    QCOMPARE((QVector<int>{f.input->Value(0), f.input->Value(1), f.input->Value(2)}), handles);
+    QCOMPARE((QVector<int>{f.input->LowestValue(0), f.input->Value(0), f.input->HighestValue(0)}), low);
+    QCOMPARE((QVector<int>{f.input->LowestValue(2), f.input->Value(2), f.input->HighestValue(2)}), high);
+    QVERIFY(AreSame(f.widget.GetValue(), params));
+    f.highOutput->setValue(120); // a control of something else
+    params.output[0][1] = 120;
+    QVERIFY(AreSame(f.widget.GetValue(), params));
 }
 
 void TestYDLevelsWidget::AnUnknownChannelShowsTheComposite()
