@@ -28,6 +28,7 @@ constexpr int QuietMs = 150;
 constexpr int Lowest = std::numeric_limits<int>::min();
 constexpr int Highest = std::numeric_limits<int>::max();
 constexpr double Nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double Thousandth = 0.001 + 1e-9; ///< of gamma, in which the middle counts
 constexpr double Infinite = std::numeric_limits<double>::infinity();
 
 using Params = YDLevelsWidget::Params;
@@ -43,6 +44,42 @@ QByteArray Written(const Params& params)
 
 /// Whether all of two records is equal, what follows from the fields too.
 bool AreSame(const Params& a, const Params& b) { return YDRecord::Equal(a, b) && a.middle == b.middle; }
+
+/// Where the middle handle stands, in the stated arithmetic of 32 bits.
+int PlainMiddle(int low, int high, double gamma)
+{
+    const int mid = (low + high) / 2;
+    const int g = int(gamma * 1000.0);
+    return g > 1000 ? mid + (low - mid) * (g - 1000) / 8990 : high + (mid - high) * (g - 10) / 990;
+}
+
+/// The gamma of a place in the same way; a half without width counts as one wide.
+double PlainTone(int low, int high, int place)
+{
+    const int mid = (low + high) / 2;
+    const int upper = high == mid ? 1 : high - mid;
+    const int lower = mid == low ? 1 : mid - low;
+    const int t = place >= mid ? (mid - place) * 990 / upper + 1000 : (low - place) * 8990 / lower + 9990;
+    return t * 0.001;
+}
+
+/// From the least to the largest, with those around the middle and ones between two thousandths.
+std::vector<double> Gammas()
+{
+    return {0.01,  0.0105, 0.02, 0.05, 0.1, 0.25, 0.4545, 0.5,    0.75, 0.9, 0.99, 0.999, 1.0, 1.0005,
+            1.001, 1.01,   1.1,  1.5,  1.8, 2.0,  2.2,    3.3333, 5.0,  7.5, 9.0,  9.98,  9.99};
+}
+
+/// The first range of levels that is at least `width` wide and does not pass; empty: all do.
+template <class Check>
+QString FirstRangeThatFails(int width, Check&& passes)
+{
+    for (int low = 0; low < 256; ++low)
+        for (int high = 0; high < 256; ++high)
+            if (high - low >= width && !passes(low, high))
+                return QStringLiteral("%1..%2").arg(low).arg(high);
+    return {};
+}
 
 /// A picture with the same levels everywhere.
 RGBA32iImage Plain(quint8 red, quint8 green, quint8 blue)
@@ -149,7 +186,9 @@ private slots:
     void MiddleValueGivesTheHandlesPlace();
     void ToneValueGivesTheGammaOfAPlace_data();
     void ToneValueGivesTheGammaOfAPlace();
-    void PlacesAndGammasFallTogetherAndBack();
+    void PlacesAndGammasAreThoseOfTheStatedArithmetic();
+    void PlacesFallAsGammasRise();
+    void PlacesAndGammasLeadBackToEachOther();
     void AnyArgumentsOfBothAreHarmless();
     void ChannelsHaveMasks();
 
@@ -337,30 +376,65 @@ void TestYDLevelsWidget::ToneValueGivesTheGammaOfAPlace()
     QCOMPARE(YDLevelsWidget::ToneValue(low, high, position), expected);
 }
 
-void TestYDLevelsWidget::PlacesAndGammasFallTogetherAndBack()
+void TestYDLevelsWidget::PlacesAndGammasAreThoseOfTheStatedArithmetic()
 {
-    for (int low = 0; low <= 253; ++low)
-        for (int high = low + 2; high <= 255; ++high) {
-            double last = 10.0;
-            for (int position = low; position <= high; ++position) {
-                const double gamma = YDLevelsWidget::ToneValue(low, high, position);
-                QVERIFY(gamma < last && gamma > 0.0099);
-                last = gamma;
-                const int back = YDLevelsWidget::MiddleValue(low, high, gamma);
-                if (std::abs(back - position) > 1)
-                    QFAIL(qPrintable(
-                        QStringLiteral("%1..%2, %3: %4").arg(low).arg(high).arg(position).arg(back)));
-            }
+    std::vector<double> gammas = Gammas();
+    gammas.insert(gammas.end(), {-20.0, 0.0, 0.009, 10.0, 100.0});
+    const auto areEqual = [&gammas](int low, int high) {
+        for (const double gamma : gammas)
+            if (YDLevelsWidget::MiddleValue(low, high, gamma) != PlainMiddle(low, high, gamma))
+                return false;
+        for (int place = 0; place < 256; ++place)
+            if (YDLevelsWidget::ToneValue(low, high, place) != PlainTone(low, high, place))
+                return false;
+        return true;
+    };
+    QCOMPARE(FirstRangeThatFails(Lowest, areEqual), QString());
+}
+
+void TestYDLevelsWidget::PlacesFallAsGammasRise()
+{
+    const std::vector<double> gammas = Gammas();
+    const auto fall = [&gammas](int low, int high) {
+        int lastPlace = high;
+        for (const double gamma : gammas) {
+            const int place = YDLevelsWidget::MiddleValue(low, high, gamma);
+            if (place > lastPlace || place < low)
+                return false;
+            lastPlace = place;
         }
-    for (int low = 0; low <= 253; low += 11)
-        for (int high = low + 2; high <= 255; high += 7) {
-            int last = high;
-            for (int hundredths = 1; hundredths <= 999; ++hundredths) {
-                const int position = YDLevelsWidget::MiddleValue(low, high, hundredths * 0.01);
-                QVERIFY(position <= last && position >= low);
-                last = position;
-            }
+        double lastGamma = Infinite;
+        for (int place = 0; place < 256; ++place) {
+            const double gamma = YDLevelsWidget::ToneValue(low, high, place);
+            if (!(gamma < lastGamma))
+                return false;
+            lastGamma = gamma;
         }
+        return true;
+    };
+    QCOMPARE(FirstRangeThatFails(0, fall), QString());
+}
+
+/// Within a step: a place comes back as itself or its neighbour, and a gamma lies between those of its
+/// place's neighbours.
+void TestYDLevelsWidget::PlacesAndGammasLeadBackToEachOther()
+{
+    const auto middle = &YDLevelsWidget::MiddleValue;
+    const auto tone = &YDLevelsWidget::ToneValue;
+    const std::vector<double> gammas = Gammas();
+    const auto leadBack = [&](int low, int high) {
+        for (int place = low; place <= high; ++place)
+            if (std::abs(middle(low, high, tone(low, high, place)) - place) > 1)
+                return false;
+        for (const double gamma : gammas) {
+            const int place = middle(low, high, gamma);
+            if (gamma < tone(low, high, std::min(place + 1, high)) - Thousandth ||
+                gamma > tone(low, high, std::max(place - 1, low)) + Thousandth)
+                return false;
+        }
+        return true;
+    };
+    QCOMPARE(FirstRangeThatFails(2, leadBack), QString());
 }
 
 void TestYDLevelsWidget::AnyArgumentsOfBothAreHarmless()
