@@ -180,6 +180,7 @@ private slots:
     void cleanup() { QThreadPool::globalInstance()->waitForDone(); }
 
     void TheFormIsAsDesigned();
+    void TheSlidersAreAsDesigned();
     void TheScalesAgreeWithTheHistogram();
     void FromRightToLeftTheEndsStayBelowTheirHandles();
     void MiddleValueGivesTheHandlesPlace_data();
@@ -194,6 +195,7 @@ private slots:
 
     void AChangeIsStoredAndAnnouncedOnceInOrder_data();
     void AChangeIsStoredAndAnnouncedOnceInOrder();
+    void TheRecordHoldsTheValueWhenTheFirstIsTold();
     void TheHandlesFollowTheSpinBoxes();
     void ChoosingAChannelShowsItAndAsksForNoPreview();
     void ChoosingAChannelKeepsItsEndsApart();
@@ -245,6 +247,8 @@ void TestYDLevelsWidget::TheFormIsAsDesigned()
 {
     Fixture f(false);
     QCOMPARE(f.widget.windowTitle(), QStringLiteral("Levels"));
+    QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Levels"));
+    QCOMPARE(Fixture(true).widget.GetWidgetName(), QStringLiteral("Levels"));
     QCOMPARE(f.Child<QLabel>("label")->text(), QStringLiteral("Channel:"));
     QCOMPARE(f.Child<QLabel>("label_3")->text(), QStringLiteral("Input"));
     QCOMPARE(f.Child<QLabel>("label_2")->text(), QStringLiteral("Output"));
@@ -278,16 +282,6 @@ void TestYDLevelsWidget::TheFormIsAsDesigned()
     QCOMPARE(f.middleInput->singleStep(), 0.01);
     QCOMPARE(f.middleInput->value(), 1.0);
     QVERIFY(f.middleInput->keyboardTracking());
-    QCOMPARE(f.input->ControlCount(), 3U);
-    QCOMPARE(f.output->ControlCount(), 2U);
-    const int inputs[] = {0, 128, 255};
-    for (uint handle = 0; handle < 3; ++handle) {
-        QCOMPARE(f.input->Value(handle), inputs[handle]);
-        QCOMPARE(f.input->LowestValue(handle), 0);
-        QCOMPARE(f.input->HighestValue(handle), 255);
-    }
-    QCOMPARE(f.output->Value(0), 0);
-    QCOMPARE(f.output->Value(1), 255);
     for (const char* const name : {"m_pInputLabel", "m_pOutputLabel"}) {
         const QGradient* const gradient = f.Child<YDColorWidget>(name)->BackgroundBrush().gradient();
         QVERIFY(gradient && gradient->type() == QGradient::LinearGradient);
@@ -295,6 +289,33 @@ void TestYDLevelsWidget::TheFormIsAsDesigned()
         QCOMPARE(static_cast<const QLinearGradient*>(gradient)->finalStop(), QPointF(1, 0));
         QCOMPARE(gradient->stops(), QGradientStops({{0.0, Qt::black}, {1.0, Qt::white}}));
     }
+}
+
+void TestYDLevelsWidget::TheSlidersAreAsDesigned()
+{
+    Fixture f(false);
+    struct Handle
+    {
+        int value;
+        Qt::GlobalColor color;
+        const char* name;
+    };
+    const auto check = [](const YodiCustomSlider& slider, const std::vector<Handle>& handles) {
+        QCOMPARE(slider.Minimum(), 0);
+        QCOMPARE(slider.Maximum(), 255);
+        QCOMPARE(slider.ControlCount(), uint(handles.size()));
+        for (uint i = 0; i < slider.ControlCount(); ++i) {
+            QCOMPARE(slider.Value(i), handles[i].value);
+            QCOMPARE(slider.LowestValue(i), 0);
+            QCOMPARE(slider.HighestValue(i), 255);
+            QCOMPARE(slider.Brush(i), QBrush(QColor(handles[i].color)));
+            QCOMPARE(slider.ControlName(i), QString::fromLatin1(handles[i].name));
+        }
+    };
+    check(*f.input, {{0, Qt::black, "Lowest input signal value"},
+                     {128, Qt::gray, "Middle signal input value"},
+                     {255, Qt::white, "Highest signal input value"}});
+    check(*f.output, {{0, Qt::black, "Lowest output value"}, {255, Qt::white, "Highest output value"}});
 }
 
 void TestYDLevelsWidget::TheScalesAgreeWithTheHistogram()
@@ -494,6 +515,35 @@ void TestYDLevelsWidget::AChangeIsStoredAndAnnouncedOnceInOrder()
     params.middle[0] = expected[4];
     params.gamma[0] = gamma;
     QVERIFY(AreSame(f.widget.GetValue(), params));
+}
+
+void TestYDLevelsWidget::TheRecordHoldsTheValueWhenTheFirstIsTold()
+{
+    Fixture f;
+    f.SetSource(Plain(100, 0, 255));
+    std::vector<Params> told;
+    connect(&f.widget, &KVAdjustmentWidget::UserParamsChanged, this,
+            [&] { told.push_back(f.widget.GetValue()); });
+    f.lowInput->setValue(20);
+    QCOMPARE(told.back().input[0], (Ends{20, 255}));
+    QCOMPARE(told.back().middle[0], 137);
+    f.input->ChangeValue(2, 200);
+    QCOMPARE(told.back().input[0], (Ends{20, 200}));
+    QCOMPARE(told.back().middle[0], 110);
+    f.middleInput->setValue(9.99);
+    QCOMPARE(told.back().gamma[0], 9.99);
+    QCOMPARE(told.back().middle[0], 20);
+    f.output->ChangeValue(0, 30);
+    QCOMPARE(told.back().output[0], (Ends{30, 255}));
+    f.highOutput->setValue(40);
+    QCOMPARE(told.back().output[0], (Ends{30, 40}));
+    f.channel->setCurrentIndex(3);
+    QCOMPARE(told.back().channel, 3);
+    f.automatic->click();
+    QCOMPARE(told.back().input[3], (Ends{239, 255}));
+    f.widget.Reset();
+    QVERIFY(AreSame(told.back(), Params()));
+    QCOMPARE(told.size(), std::size_t(8));
 }
 
 void TestYDLevelsWidget::TheHandlesFollowTheSpinBoxes()

@@ -82,6 +82,7 @@ private slots:
     void TheFormIsAsDesigned();
     void AChangeIsStoredAndAnnouncedOnceInOrder_data();
     void AChangeIsStoredAndAnnouncedOnceInOrder();
+    void TheRecordHoldsTheLevelWhenTheFirstIsTold();
     void AnyHandleNumberSetsTheLevel();
     void AHandleBroughtToZeroLeavesTheLevelAtOne();
     void KeysStopTheHandleAtOne();
@@ -126,6 +127,8 @@ void TestYDThresholdWidget::TheFormIsAsDesigned()
     QCOMPARE(f.slider->Minimum(), 0);
     QCOMPARE(f.slider->Maximum(), 255);
     QCOMPARE(f.slider->ControlCount(), 1u);
+    QCOMPARE(f.slider->Brush(0), QBrush(Qt::black));
+    QCOMPARE(f.slider->ControlName(0), QStringLiteral("Threshold level"));
     QCOMPARE(f.slider->LowestValue(0), 0);
     QCOMPARE(f.slider->HighestValue(0), 255);
     QCOMPARE(f.slider->Value(0), 128);
@@ -172,6 +175,19 @@ void TestYDThresholdWidget::AChangeIsStoredAndAnnouncedOnceInOrder()
     QCOMPARE(f.widget.GetValue().level, value);
     QCOMPARE(f.spin->value(), value);
     QCOMPARE(f.slider->Value(0), value);
+}
+
+void TestYDThresholdWidget::TheRecordHoldsTheLevelWhenTheFirstIsTold()
+{
+    Fixture f;
+    QVector<int> told;
+    connect(&f.widget, &KVAdjustmentWidget::UserParamsChanged, this,
+            [&] { told.append(f.widget.GetValue().level); });
+    f.spin->setValue(77);
+    f.slider->ChangeValue(0, 200);
+    f.slider->ChangeValue(0, 0);
+    f.widget.Reset();
+    QCOMPARE(told, QVector<int>({77, 200, 1, 128}));
 }
 
 void TestYDThresholdWidget::AnyHandleNumberSetsTheLevel()
