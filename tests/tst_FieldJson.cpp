@@ -5,6 +5,8 @@
 #include <QJsonObject>
 #include <QTest>
 
+#include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace {
@@ -25,7 +27,7 @@ QString Compact(const Field& field)
 
 } // namespace
 
-/// Lists, points and colours; numbers and texts are tested through the catalogue.
+/// Lists, points, colours and single precision; other numbers and texts are tested through the catalogue.
 class TestFieldJson : public QObject
 {
     Q_OBJECT
@@ -42,6 +44,9 @@ private slots:
     void ColoursSurvive_data();
     void ColoursSurvive();
     void AColourOfAnyComponentsIsWritten();
+    void SinglePrecisionIsWrittenWithItsFewestDigits_data();
+    void SinglePrecisionIsWrittenWithItsFewestDigits();
+    void SinglePrecisionSurvives();
     void ListsAreTypedAsJson();
     void TypesHaveNames();
 };
@@ -173,6 +178,40 @@ void TestFieldJson::AColourOfAnyComponentsIsWritten()
 {
     QCOMPARE(FieldJson::ToJson(TestColors::NoNumbers()), QJsonValue(QStringLiteral("#00000000")));
     QCOMPARE(FieldJson::ToJson(TestColors::FarOut()), QJsonValue(QStringLiteral("#ff00ff")));
+}
+
+void TestFieldJson::SinglePrecisionIsWrittenWithItsFewestDigits_data()
+{
+    QTest::addColumn<float>("number");
+    QTest::addColumn<QByteArray>("json");
+    QTest::newRow("few") << 0.333f << QByteArray("[0.333]");
+    QTest::newRow("more than six") << 0.1234567f << QByteArray("[0.1234567]");
+    QTest::newRow("eight") << 1.00000012f << QByteArray("[1.0000001]");
+    QTest::newRow("whole") << -32.0f << QByteArray("[-32]");
+    QTest::newRow("past six digits") << 16777216.0f << QByteArray("[16777216]");
+}
+
+void TestFieldJson::SinglePrecisionIsWrittenWithItsFewestDigits()
+{
+    QFETCH(float, number);
+    QFETCH(QByteArray, json);
+    QCOMPARE(QJsonDocument(QJsonArray{FieldJson::ToJson(number)}).toJson(QJsonDocument::Compact), json);
+}
+
+/// A sample of all finite ones: every 65521st pattern of bits.
+void TestFieldJson::SinglePrecisionSurvives()
+{
+    for (quint64 bits = 1; bits <= std::numeric_limits<quint32>::max(); bits += 65521) {
+        const auto pattern = static_cast<quint32>(bits);
+        float number = 0;
+        std::memcpy(&number, &pattern, sizeof number);
+        if (!std::isfinite(number))
+            continue;
+        const QByteArray json = QJsonDocument(QJsonArray{FieldJson::ToJson(number)}).toJson();
+        float back = 0;
+        QCOMPARE(FieldJson::FromJson(QJsonDocument::fromJson(json).array().first(), {}, back), QString());
+        QVERIFY2(back == number, json.constData());
+    }
 }
 
 void TestFieldJson::ListsAreTypedAsJson()

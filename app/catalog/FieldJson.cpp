@@ -5,6 +5,8 @@
 #include <QJsonDocument>
 #include <QRegularExpression>
 
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -29,6 +31,17 @@ bool IsColor(const QString& text)
     return pattern.match(text).hasMatch();
 }
 
+/// The number that is written with the fewest digits from which `number`, a finite one, is read again.
+double ShortestDecimal(float number)
+{
+    std::array<char, 32> text{}; // the longest is such as "-1.17549435e-38"
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), number);
+    Q_ASSERT(error == std::errc());
+    const double decimal = QByteArray(text.data(), int(end - text.data())).toDouble();
+    // Reading goes by way of a double, which rounds twice.
+    return static_cast<float>(decimal) == number ? decimal : double(number);
+}
+
 } // namespace
 
 QJsonValue FieldJson::ToJson(int field) { return field; }
@@ -42,7 +55,7 @@ QJsonValue FieldJson::ToJson(double field)
 /// The shortest decimal that reads back as this float: 0.333, not 0.33300000429153442.
 QJsonValue FieldJson::ToJson(float field)
 {
-    return std::isfinite(field) ? QJsonValue(QString::number(field, 'g', 6).toDouble())
+    return std::isfinite(field) ? QJsonValue(ShortestDecimal(field))
                                 : QJsonValue(QString::number(double(field)));
 }
 
