@@ -1,5 +1,6 @@
 # Installs the build into a fresh prefix, builds the consumer against it and runs it.
-#   cmake -DBUILD=<build tree> -DSOURCE=<this folder> -DSTAGE=<folder to work in> -P run.cmake
+#   cmake -DBUILD=<build tree> -DSOURCE=<this folder> -DSTAGE=<folder to work in>
+#         [-DLAUNCHER=<compiler launcher>] [-DEXPECT_KERNELS=ON] -P run.cmake
 function(step)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
     if(NOT status EQUAL 0)
@@ -11,7 +12,8 @@ endfunction()
 file(REMOVE_RECURSE "${STAGE}")
 step(${CMAKE_COMMAND} --install "${BUILD}" --prefix "${STAGE}/prefix")
 step(${CMAKE_COMMAND} -S "${SOURCE}" -B "${STAGE}/build" -G Ninja
-    "-DCMAKE_PREFIX_PATH=${STAGE}/prefix" -DCMAKE_BUILD_TYPE=Release)
+    "-DCMAKE_PREFIX_PATH=${STAGE}/prefix" -DCMAKE_BUILD_TYPE=Release
+    "-DCMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER}")
 step(${CMAKE_COMMAND} --build "${STAGE}/build")
 step("${STAGE}/build/consumer")
 message(STATUS "${output}")
