@@ -32,7 +32,8 @@ class AdjustmentDialogBase;
 /// A concrete adjustment builds its form on GetUIContent(), keeps its parameters and overrides
 /// ConvertImage(), Reset() and StartJobWatching(), the latter two in a few lines: MakePreviewJob() or
 /// MakeConversionJob() gives the common part of a job, Launch() starts it, RunTransformation() is its work.
-/// Every slot that reacts to a control stores the value and calls AnnounceChange().
+/// Every slot that reacts to a control stores the value and calls AnnounceChange(), but for those that change
+/// only what the controls show, such as the channel in view.
 ///
 /// All of it belongs to the GUI thread. Jobs run on the global thread pool and read nothing of the widget
 /// but the abort flag; a widget that is destroyed while its job runs aborts it and waits for it.
@@ -75,8 +76,13 @@ public:
     /// Tells a running job to stop, hides its result and lets no other start.
     virtual void CancelProcessing();
 
-    /// Takes the picture to adjust and what limits it; a dialog starts a preview of it. Nobody may write
-    /// to the picture's pixels while the widget holds it: jobs copy them on their own thread.
+    /// Takes the picture to adjust and what limits it; a dialog starts a preview of it.
+    ///
+    /// Jobs, histograms and colour pickers read the pixels on threads of their own, so nobody may write to
+    /// them while the widget holds the picture. Another picture in its place tells them to stop, but they may
+    /// read the former one for a moment longer, histograms and pickers even past the widget's end, and
+    /// nothing says when the last of them is done. A host that goes on writing to its picture gives the
+    /// widget a deep copy. A panel's picture is not read in the background before the event loop turns.
     void SetImage(const RGBA32iImage& source, const RGBA32iImage& selection, const QPoint& offset,
                   const QRect& boundingRect);
 
@@ -85,7 +91,7 @@ public:
     RGBA32iImage AdjustedImage() const { return m_adjusted; }
 
     /// Lets go of both images and puts the controls back to their defaults; a preview that is being
-    /// computed is never shown.
+    /// computed is never shown. The source may still be read for a moment, as SetImage() has it.
     void ClearData();
 
     /// Starts a preview, or tells the running job to stop and have another follow it.

@@ -42,7 +42,9 @@ void Convert(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage&
 {
     panel.SetImage(image, selection, offset, boundingRect);
     panel.ConvertImage(image, selection, offset, boundingRect);
-    panel.SetImage({}, {}, {}, {}); // the caller may write to the image again
+    // No event loop turned meanwhile, so no count of the image began that the caller would have to wait for
+    // before it writes to it again; now none will.
+    panel.SetImage({}, {}, {}, {});
 }
 
 /// An adjustment whose widget keeps a record and converts pictures.

@@ -18,7 +18,8 @@
 ///
 /// Counting begins with the next turn of the event loop, so that of a burst of pictures only the last is
 /// counted, and one that is changed at once as it then is. From there until HistogrammComplete() nobody may
-/// write to its pixels.
+/// write to its pixels. The count of a picture that another took the place of, or whose widget is gone, stops
+/// soon and not at once, and nothing says when: who would write to such a picture writes to a deep copy.
 ///
 /// A click changes between the linear and the logarithmic scale. The tooltip tells the level under the mouse
 /// and its count.
