@@ -3,6 +3,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -11,6 +12,7 @@ namespace {
 
 constexpr int Lowest = std::numeric_limits<int>::min();
 constexpr int Highest = std::numeric_limits<int>::max();
+constexpr double Roundings = 0.6; // levels: half of one, and what was rounded or cut before
 
 /// Each for shadows, midtones and highlights.
 struct Settings
@@ -35,6 +37,34 @@ YDRGBA32i Changed(const Settings& settings, YDRGBA32i pixel)
 
 YDRGBA32i Pixel(int r, int g, int b, int a = 255) { return {quint8(b), quint8(g), quint8(r), quint8(a)}; }
 
+/// The channel under the formula, in real numbers; `tone` is the pixel's luma in 0..1.
+double ByFormula(int channel, const int* settings, double tone)
+{
+    const double u = std::abs(2 * tone - 1);
+    const double end = u * u * (3 - 2 * u);
+    const double shift = settings[1] * (1 - end) + (tone < 0.5 ? settings[0] : settings[2]) * end;
+    const double used = (shift < 0 ? 255 - channel : channel) / 255.0;
+    return channel + shift * (1 - used * used);
+}
+
+/// How far the furthest channel of the changed pixel lies from the formula.
+double Error(const Settings& settings, const YDRGBA32i& before, const YDRGBA32i& after)
+{
+    const double tone = (0.2126 * before.r + 0.7152 * before.g + 0.0722 * before.b) / 255;
+    return std::max({std::abs(after.r - ByFormula(before.r, settings.cyanRed, tone)),
+                     std::abs(after.g - ByFormula(before.g, settings.magentaGreen, tone)),
+                     std::abs(after.b - ByFormula(before.b, settings.yellowBlue, tone))});
+}
+
+Settings RandomSettings(std::minstd_rand& random)
+{
+    Settings settings;
+    for (int* const axis : {settings.cyanRed, settings.magentaGreen, settings.yellowBlue})
+        for (int tone = 0; tone < 3; ++tone)
+            axis[tone] = int(random() >> 4) % 201 - 100;
+    return settings;
+}
+
 QByteArray Text(const YDRGBA32i& p) { return QByteArray::number(QRgb(p), 16); }
 
 } // namespace
@@ -50,6 +80,10 @@ private slots:
     void NeutralSettingsAreTheIdentity();
     void TheRuleGivesTheColoursOfItsFormula_data();
     void TheRuleGivesTheColoursOfItsFormula();
+    void TheWholeCubeIsWithinTheRoundings_data();
+    void TheWholeCubeIsWithinTheRoundings();
+    void TheWholeCubeIsWithinTheRoundingsForAnySettings();
+    void WhiteAndBlackAreShiftedByTheirRangeAlone();
     void WeightsSumToOneAtEveryTone();
     void ShadowsLeaveBrightTonesAloneAndHighlightsDarkOnes();
     void EachAxisMovesItsOwnChannel();
@@ -97,6 +131,46 @@ void TestYDIterativeColorBalanceTransformation::TheRuleGivesTheColoursOfItsFormu
     QFETCH(YDRGBA32i, before);
     QFETCH(YDRGBA32i, after);
     QCOMPARE(Text(Changed(settings, before)), Text(after));
+}
+
+void TestYDIterativeColorBalanceTransformation::TheWholeCubeIsWithinTheRoundings_data()
+{
+    QTest::addColumn<Settings>("settings");
+    QTest::newRow("moderate") << Settings{{10, -20, 30}, {0, 15, -5}, {-20, 0, 20}};
+    QTest::newRow("ends against the middle") << Settings{{100, -100, 100}, {-100, 100, -100}, {100, -100, 0}};
+    QTest::newRow("ends against each other") << Settings{{-100, 0, 100}, {100, 0, -100}, {-100, 100, 100}};
+    QTest::newRow("one range an axis") << Settings{{100, 0, 0}, {0, 100, 0}, {0, 0, 100}};
+    QTest::newRow("the same, negative") << Settings{{0, 0, -100}, {-100, 0, 0}, {0, -100, 0}};
+}
+
+void TestYDIterativeColorBalanceTransformation::TheWholeCubeIsWithinTheRoundings()
+{
+    QFETCH(Settings, settings);
+    std::minstd_rand random(4);
+    for (const KernelCheck::Row& row : {KernelCheck::ColourCube(), KernelCheck::RandomRow(100000, random)})
+        for (const YDRGBA32i& before : row)
+            QVERIFY2(Error(settings, before, Changed(settings, before)) <= Roundings, Text(before));
+}
+
+void TestYDIterativeColorBalanceTransformation::TheWholeCubeIsWithinTheRoundingsForAnySettings()
+{
+    std::minstd_rand random(5);
+    for (int i = 0; i < 200; ++i) {
+        const Settings settings = RandomSettings(random);
+        for (const YDRGBA32i& before : KernelCheck::ColourCube())
+            QVERIFY2(Error(settings, before, Changed(settings, before)) <= Roundings, Text(before));
+    }
+}
+
+/// There the weight of the midtones is nothing at all.
+void TestYDIterativeColorBalanceTransformation::WhiteAndBlackAreShiftedByTheirRangeAlone()
+{
+    for (int setting = 0; setting <= 100; ++setting) {
+        const Settings settings{{setting, -100, 0}, {0, 100, -setting}, {setting, 100, -setting}};
+        QCOMPARE(Text(Changed(settings, Pixel(0, 0, 0))), Text(Pixel(setting, 0, setting)));
+        QCOMPARE(Text(Changed(settings, Pixel(255, 255, 255))),
+                 Text(Pixel(255, 255 - setting, 255 - setting)));
+    }
 }
 
 void TestYDIterativeColorBalanceTransformation::WeightsSumToOneAtEveryTone()
@@ -199,10 +273,7 @@ void TestYDIterativeColorBalanceTransformation::RowsEqualPixelsForAnySettings()
     std::minstd_rand random(3);
     const KernelCheck::Row pixels = KernelCheck::RandomRow(5000, random);
     for (int i = 0; i < 200; ++i) {
-        Settings settings;
-        for (int* const axis : {settings.cyanRed, settings.magentaGreen, settings.yellowBlue})
-            for (int tone = 0; tone < 3; ++tone)
-                axis[tone] = int(random() >> 4) % 201 - 100;
+        const Settings settings = RandomSettings(random);
         for (const qint64 target : KernelCheck::Targets()) {
             const KernelCheck::Restriction restriction(target);
             QCOMPARE(KernelCheck::RowDifference(RuleFor(settings), pixels, 0, int(pixels.size())), QString());

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "image/Luma709.h"
 #include "image/MulFixedPoint15.h"
 #include "image/YDRGBA32i.h"
 
@@ -21,8 +20,15 @@ struct ColorBalanceRule
     };
 
     static constexpr int Level = 1 << 6;
-    static constexpr int LumaShift = Luma709::Shift - 7; ///< leaves 128ths of a level
-    static constexpr int MiddleLuma = 255 * 128 / 2;
+    static constexpr int MiddleLuma = (1 << 14) - 1;
+    static constexpr int LumaOfWhite =
+        2 * MiddleLuma; ///< four times the middle is just below one in 65536ths
+    /// The luma of Rec. ITU-R BT.709, scaled so that white has LumaOfWhite of it.
+    static constexpr int LumaOfRed = 6993;
+    static constexpr int LumaOfGreen = 23527;
+    static constexpr int LumaOfBlue = 2375;
+    static constexpr int LumaShift = 8;
+    static_assert(255 * (LumaOfRed + LumaOfGreen + LumaOfBlue) >> LumaShift == LumaOfWhite);
     static constexpr int SquareOfWhite = 255 * 255;
     static constexpr double ShiftUnit = 65536.0 / SquareOfWhite; ///< undone with the room
 
@@ -32,7 +38,7 @@ struct ColorBalanceRule
 
     void operator()(YDRGBA32i& pixel) const
     {
-        const int sum = Luma709::Red * pixel.r + Luma709::Green * pixel.g + Luma709::Blue * pixel.b;
+        const int sum = LumaOfRed * pixel.r + LumaOfGreen * pixel.g + LumaOfBlue * pixel.b;
         const int luma = sum >> LumaShift;
         const int end = EndWeight(luma);
         const bool isDark = luma < MiddleLuma;

@@ -20,8 +20,8 @@ public:
 public:
     explicit HWY_INLINE ColorBalanceVectors(const ColorBalanceRule& rule)
         : m_blue(rule.b), m_green(rule.g), m_red(rule.r),
-          m_lumaOfBlueRed(PairOfShorts(Luma709::Blue, Luma709::Red)),
-          m_lumaOfGreen(PairOfShorts(Luma709::Green, 0))
+          m_lumaOfBlueRed(PairOfShorts(ColorBalanceRule::LumaOfBlue, ColorBalanceRule::LumaOfRed)),
+          m_lumaOfGreen(PairOfShorts(ColorBalanceRule::LumaOfGreen, 0))
     {}
 
     HWY_INLINE PixelPair operator()(PixelPair pixels) const

@@ -66,7 +66,7 @@ HWY_INLINE PixelPair MergePair(const Planes& channels)
 }
 
 /// For each pixel the sum of its channels times `blueRed` and `green`, in 256ths: cut to whole numbers, which
-/// fit into 16 bits if the weights sum to 32768 at most.
+/// fit into 16 bits if the weights sum to 32896 at most.
 HWY_INLINE Shorts WeighedSum(PixelPair pixels, Shorts blueRed, Shorts green)
 {
     const auto sum = [=](Pixels p) {
