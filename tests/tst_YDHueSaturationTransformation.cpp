@@ -4,6 +4,8 @@
 #include <QColor>
 #include <QTest>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
@@ -11,6 +13,7 @@ namespace {
 
 constexpr int Lowest = std::numeric_limits<int>::min();
 constexpr int Highest = std::numeric_limits<int>::max();
+constexpr double Roundings = 0.75; // levels: half of one, and what was rounded or cut before
 
 struct Settings
 {
@@ -32,6 +35,84 @@ YDRGBA32i Pixel(int r, int g, int b, int a = 255) { return {quint8(b), quint8(g)
 int Chroma(const YDRGBA32i& p) { return std::max({p.r, p.g, p.b}) - std::min({p.r, p.g, p.b}); }
 
 int Sum(const YDRGBA32i& p) { return std::max({p.r, p.g, p.b}) + std::min({p.r, p.g, p.b}); }
+
+/// A colour in real numbers, in levels.
+struct RealColour
+{
+    double r;
+    double g;
+    double b;
+};
+
+/// Which of HSL's colours has this hue, in degrees, this chroma and this lightness, both in levels.
+RealColour FromChroma(double hue, double chroma, double lightness)
+{
+    const auto channel = [=](double offset) {
+        const double k = std::fmod(hue / 60 + offset, 6.0);
+        return lightness + chroma * (std::clamp(std::abs(k - 3) - 1, 0.0, 1.0) - 0.5);
+    };
+    return {channel(0), channel(4), channel(2)};
+}
+
+double GreatestChroma(double lightness) { return 2 * std::min(lightness, 255 - lightness); }
+
+double HueOf(const YDRGBA32i& p)
+{
+    const double chroma = Chroma(p);
+    if (chroma == 0)
+        return 0;
+    const int greatest = std::max({p.r, p.g, p.b});
+    const double sixths = greatest == p.r   ? (p.g - p.b) / chroma + 6
+                          : greatest == p.g ? (p.b - p.r) / chroma + 2
+                                            : (p.r - p.g) / chroma + 4;
+    return 60 * std::fmod(sixths, 6.0);
+}
+
+double ChangedSaturation(double saturation, double setting)
+{
+    if (setting <= 0 || saturation == 0)
+        return saturation * (1 + setting / 100);
+    return std::min(saturation / (saturation + (1 - saturation) * (1 - setting / 100)), 8 * saturation);
+}
+
+double Moved(double level, int lightness)
+{
+    return level + ((lightness > 0 ? 255 : 0) - level) * std::abs(lightness) / 100;
+}
+
+RealColour ByFormula(const Settings& settings, const YDRGBA32i& p)
+{
+    if (settings.colorize) {
+        const double lightness = Moved(0.2126 * p.r + 0.7152 * p.g + 0.0722 * p.b, settings.lightness);
+        const double saturation = (settings.saturation + 100) / 200.0;
+        return FromChroma(settings.hue, saturation * GreatestChroma(lightness), lightness);
+    }
+    const double lightness = Sum(p) / 2.0;
+    const double room = GreatestChroma(lightness);
+    const double saturation = room > 0 ? ChangedSaturation(Chroma(p) / room, settings.saturation) : 0;
+    const RealColour turned = FromChroma(settings.hue + HueOf(p), saturation * room, lightness);
+    return {Moved(turned.r, settings.lightness), Moved(turned.g, settings.lightness),
+            Moved(turned.b, settings.lightness)};
+}
+
+/// How far the furthest channel of the changed pixel lies from the formula.
+double Error(const Settings& settings, const YDRGBA32i& before, const YDRGBA32i& after)
+{
+    const RealColour expected = ByFormula(settings, before);
+    return std::max(
+        {std::abs(after.r - expected.r), std::abs(after.g - expected.g), std::abs(after.b - expected.b)});
+}
+
+Settings RandomSettings(std::minstd_rand& random)
+{
+    const auto number = [&random](int below) { return int(random() >> 4) % below; };
+    Settings settings;
+    settings.hue = number(360);
+    settings.saturation = number(201) - 100;
+    settings.lightness = number(201) - 100;
+    settings.colorize = number(4) == 0;
+    return settings;
+}
 
 /// HSL with real numbers, the hue in degrees and the rest in 0..1.
 YDRGBA32i FromHsl(double hue, double saturation, double lightness)
@@ -60,6 +141,9 @@ private slots:
     void NeutralSettingsAreTheIdentity();
     void TheRuleGivesTheColoursOfItsFormula_data();
     void TheRuleGivesTheColoursOfItsFormula();
+    void TheWholeCubeIsWithinTheRoundings_data();
+    void TheWholeCubeIsWithinTheRoundings();
+    void TheWholeCubeIsWithinTheRoundingsForAnySettings();
     void ATurnedHueIsThatOfHsl();
     void AFullTurnIsNone();
     void GreysKeepTheirLevelWhateverHueAndSaturation();
@@ -123,6 +207,39 @@ void TestYDHueSaturationTransformation::TheRuleGivesTheColoursOfItsFormula()
     QFETCH(YDRGBA32i, before);
     QFETCH(YDRGBA32i, after);
     QCOMPARE(Text(Changed(settings, before)), Text(after));
+}
+
+void TestYDHueSaturationTransformation::TheWholeCubeIsWithinTheRoundings_data()
+{
+    QTest::addColumn<Settings>("settings");
+    QTest::newRow("hue") << Settings{211, 0, 0, false};
+    QTest::newRow("weaker") << Settings{0, -37, 0, false};
+    QTest::newRow("stronger") << Settings{0, 37, 0, false};
+    QTest::newRow("full") << Settings{0, 100, 0, false};
+    QTest::newRow("darker") << Settings{0, 0, -37, false};
+    QTest::newRow("lighter") << Settings{0, 0, 37, false};
+    QTest::newRow("all at once") << Settings{77, 88, 11, false};
+    QTest::newRow("colorize") << Settings{33, 0, 0, true};
+    QTest::newRow("colorize in full") << Settings{333, 100, -13, true};
+}
+
+void TestYDHueSaturationTransformation::TheWholeCubeIsWithinTheRoundings()
+{
+    QFETCH(Settings, settings);
+    std::minstd_rand random(4);
+    for (const KernelCheck::Row& row : {KernelCheck::ColourCube(), KernelCheck::RandomRow(100000, random)})
+        for (const YDRGBA32i& before : row)
+            QVERIFY2(Error(settings, before, Changed(settings, before)) <= Roundings, Text(before));
+}
+
+void TestYDHueSaturationTransformation::TheWholeCubeIsWithinTheRoundingsForAnySettings()
+{
+    std::minstd_rand random(5);
+    for (int i = 0; i < 200; ++i) {
+        const Settings settings = RandomSettings(random);
+        for (const YDRGBA32i& before : KernelCheck::ColourCube())
+            QVERIFY2(Error(settings, before, Changed(settings, before)) <= Roundings, Text(before));
+    }
 }
 
 void TestYDHueSaturationTransformation::ATurnedHueIsThatOfHsl()
@@ -259,11 +376,11 @@ void TestYDHueSaturationTransformation::RowsEqualPixels()
 void TestYDHueSaturationTransformation::RowsEqualPixelsForAnySettings()
 {
     std::minstd_rand random(3);
-    const auto number = [&random](int below) { return int(random() >> 4) % below; };
     const KernelCheck::Row pixels = KernelCheck::RandomRow(5000, random);
     for (int i = 0; i < 200; ++i) {
-        const YDHueSaturationTransformation rule(number(360), number(201) - 100, number(201) - 100,
-                                                 number(4) == 0);
+        const Settings settings = RandomSettings(random);
+        const YDHueSaturationTransformation rule(settings.hue, settings.saturation, settings.lightness,
+                                                 settings.colorize);
         for (const qint64 target : KernelCheck::Targets()) {
             const KernelCheck::Restriction restriction(target);
             QCOMPARE(KernelCheck::RowDifference(rule, pixels, 0, int(pixels.size())), QString());
