@@ -4,6 +4,8 @@
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 #include "ui_BlackAndWhiteWidget.h"
 
+#include <cmath>
+
 namespace {
 
 struct Weights
@@ -28,6 +30,9 @@ Weights WeightsOf(const YDBlackAndWhiteWidget::Params& params)
         params.type >= YDBlackAndWhiteWidget::Average && params.type < YDBlackAndWhiteWidget::Custom;
     return isFixed ? FixedWeights[std::size_t(params.type)] : Weights{params.r, params.g, params.b};
 }
+
+/// What a spin box shows of a weight: 0 for one that is not a number, as which the transformation counts it.
+double Shown(float weight) { return std::isnan(weight) ? 0.0 : double(weight); }
 
 } // namespace
 
@@ -143,9 +148,9 @@ void YDBlackAndWhiteWidget::Disconnect()
 
 void YDBlackAndWhiteWidget::ShowWeights()
 {
-    m_ui->m_pRed->setValue(double(m_params.GetR()));
-    m_ui->m_pGreen->setValue(double(m_params.GetG()));
-    m_ui->m_pBlue->setValue(double(m_params.GetB()));
+    m_ui->m_pRed->setValue(Shown(m_params.GetR()));
+    m_ui->m_pGreen->setValue(Shown(m_params.GetG()));
+    m_ui->m_pBlue->setValue(Shown(m_params.GetB()));
 }
 
 void YDBlackAndWhiteWidget::SelectType(bool checked, Type type)
