@@ -7,6 +7,9 @@
 #include <QTest>
 #include <QWheelEvent>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace {
 
 /// Turns the wheel one notch up over the widget; returns whether the widget took it.
@@ -56,6 +59,8 @@ private slots:
     void OtherButtonsChangeNothing();
     void TheSameValueIsNotAnnounced();
     void KeepsItsHandleUnderAStyleSheetForTheGroove();
+    void UnderAStyleSheetItIsDimmedWhileDisabled_data();
+    void UnderAStyleSheetItIsDimmedWhileDisabled();
     void AFewValuesOnALongGrooveAreReached();
 };
 
@@ -217,6 +222,49 @@ void TestKVSlider::KeepsItsHandleUnderAStyleSheetForTheGroove()
     QCOMPARE(moved.count(), 1);
     QCOMPARE(changes.count(), 1);
     QCOMPARE(released.count(), 1);
+}
+
+void TestKVSlider::UnderAStyleSheetItIsDimmedWhileDisabled_data()
+{
+    QTest::addColumn<QColor>("window");
+    QTest::newRow("light") << QColor(239, 239, 239);
+    QTest::newRow("dark") << QColor(40, 40, 40);
+}
+
+void TestKVSlider::UnderAStyleSheetItIsDimmedWhileDisabled()
+{
+    QFETCH(QColor, window);
+    KVSlider slider(Qt::Horizontal);
+    slider.setPalette(QPalette(window));
+    slider.setRange(0, 100);
+    slider.setValue(50);
+    slider.resize(400, 30);
+    slider.setStyleSheet(
+        QStringLiteral("QSlider::groove:horizontal{height: 4px;background: rgb(0, 0, 255)}"));
+    slider.show();
+    const QImage enabled = slider.grab().toImage();
+    slider.setEnabled(false);
+    const QImage disabled = slider.grab().toImage();
+    const auto farthest = [&window](const QImage& image, const QRect& area) { // from the background
+        int distance = 0;
+        for (int y = area.top(); y <= area.bottom(); ++y)
+            for (int x = area.left(); x <= area.right(); ++x) {
+                const QColor c = image.pixelColor(x, y);
+                distance =
+                    std::max({distance, std::abs(c.red() - window.red()),
+                              std::abs(c.green() - window.green()), std::abs(c.blue() - window.blue())});
+            }
+        return distance;
+    };
+    const QRect groove(50, 0, 100, 30);
+    const QRect handle(190, 0, 20, 30);
+    for (const QRect& part : {groove, handle}) {
+        QVERIFY(farthest(disabled, part) < farthest(enabled, part) / 2);
+        QVERIFY(farthest(disabled, part) > 10); // still there
+    }
+    QVERIFY(disabled.copy(handle) != disabled.copy(handle.translated(-50, 0)));
+    slider.setEnabled(true);
+    QCOMPARE(slider.grab().toImage(), enabled);
 }
 
 void TestKVSlider::AFewValuesOnALongGrooveAreReached()

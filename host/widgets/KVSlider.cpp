@@ -3,8 +3,15 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPixmap>
 #include <QStyleOptionSlider>
 #include <QWheelEvent>
+
+namespace {
+
+constexpr double DisabledOpacity = 0.35;
+
+} // namespace
 
 KVSlider::KVSlider(QWidget* parent) : KVSlider(Qt::Vertical, parent) {}
 
@@ -15,17 +22,24 @@ KVSlider::KVSlider(Qt::Orientation orientation, QWidget* parent) : QSlider(orien
 
 void KVSlider::paintEvent(QPaintEvent* event)
 {
-    QSlider::paintEvent(event);
-    if (!LacksHandle())
+    if (!LacksHandle()) {
+        QSlider::paintEvent(event);
         return;
-    QStyleOptionSlider option = Option();
-    option.subControls = QStyle::SC_SliderHandle;
-    if (m_isOwnDrag) {
-        option.activeSubControls = QStyle::SC_SliderHandle;
-        option.state |= QStyle::State_Sunken;
     }
     QPainter painter(this);
-    QApplication::style()->drawComplexControl(QStyle::CC_Slider, &option, &painter);
+    if (isEnabled()) {
+        DrawWithOwnHandle(painter);
+        return;
+    }
+    // The groove's style sheet has one look for both states. Dimmed as a whole, the handle still hides it.
+    QPixmap layer(size() * devicePixelRatioF());
+    layer.setDevicePixelRatio(devicePixelRatioF());
+    layer.fill(Qt::transparent);
+    QPainter layerPainter(&layer);
+    DrawWithOwnHandle(layerPainter);
+    layerPainter.end();
+    painter.setOpacity(DisabledOpacity);
+    painter.drawPixmap(0, 0, layer);
 }
 
 void KVSlider::mousePressEvent(QMouseEvent* event)
@@ -95,6 +109,22 @@ QRect KVSlider::OwnHandle() const
 {
     const QStyleOptionSlider option = Option();
     return QApplication::style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle);
+}
+
+/// The groove as the style sheet has it, the handle as the application's style has it.
+void KVSlider::DrawWithOwnHandle(QPainter& painter)
+{
+    QStyleOptionSlider option = Option();
+    option.subControls = QStyle::SC_SliderGroove;
+    if (tickPosition() != NoTicks)
+        option.subControls |= QStyle::SC_SliderTickmarks;
+    style()->drawComplexControl(QStyle::CC_Slider, &option, &painter, this);
+    option.subControls = QStyle::SC_SliderHandle;
+    if (m_isOwnDrag) {
+        option.activeSubControls = QStyle::SC_SliderHandle;
+        option.state |= QStyle::State_Sunken;
+    }
+    QApplication::style()->drawComplexControl(QStyle::CC_Slider, &option, &painter);
 }
 
 void KVSlider::BeginOwnDrag(const QMouseEvent& event)

@@ -9,7 +9,8 @@ class QStyleOptionSlider;
 /// The wheel moves it only while it has the focus; otherwise the page around it scrolls. A left press
 /// beside the handle brings the handle there and goes on as a drag, with the signals of a drag. A double
 /// click is two presses and nothing more. Under a style sheet that gives the groove a look and forgets the
-/// handle, which then has no size in Qt, the slider keeps the handle of the application's style.
+/// handle, which then has no size in Qt, the slider keeps the handle of the application's style,
+/// and both are dimmed while it is disabled.
 class KVSlider : public QSlider
 {
     Q_OBJECT
@@ -31,6 +32,7 @@ private:
     bool LacksHandle() const { return StyleHandle().isEmpty(); }
     QRect OwnHandle() const;
     int Along(const QPoint& point) const { return orientation() == Qt::Horizontal ? point.x() : point.y(); }
+    void DrawWithOwnHandle(QPainter& painter);
     void BeginOwnDrag(const QMouseEvent& event);
     void DragOwnHandleTo(const QPoint& mouse);
 
