@@ -3,7 +3,10 @@
 #include "catalog/AdjustmentCatalog.h"
 #include "gui/YodiCustomSlider.h"
 
+#include <QAbstractSpinBox>
+#include <QAccessible>
 #include <QJsonDocument>
+#include <QLabel>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
@@ -148,6 +151,8 @@ private slots:
     void ValuesOutsideTheirRangeAreRefused();
     void WidgetsShowAndGiveBackSettings_data() { Adjustments(); }
     void WidgetsShowAndGiveBackSettings();
+    void EveryNumberHasANameToBeRead_data() { Adjustments(); }
+    void EveryNumberHasANameToBeRead();
     void NeutralSettingsChangeNoPixel_data() { Adjustments(); }
     void NeutralSettingsChangeNoPixel();
     void DialogsPreviewWhatPanelsApply_data() { Adjustments(); }
@@ -339,6 +344,21 @@ void TestAdjustmentCatalog::WidgetsShowAndGiveBackSettings()
         settings->TakeFrom(*widget);
         QCOMPARE(settings->ToJson(), Entry().makeSettings()->ToJson());
     }
+}
+
+void TestAdjustmentCatalog::EveryNumberHasANameToBeRead()
+{
+    const auto widget = Entry().makeWidget(false, nullptr);
+    const auto boxes = widget->findChildren<QAbstractSpinBox*>();
+    for (QAbstractSpinBox* const box : boxes) {
+        const QAccessibleInterface* const spoken = QAccessible::queryAccessibleInterface(box);
+        QVERIFY(spoken);
+        QVERIFY2(!spoken->text(QAccessible::Name).isEmpty(), qPrintable(box->objectName()));
+    }
+    const auto labels = widget->findChildren<QLabel*>();
+    for (const QLabel* const label : labels)
+        if (label->text().endsWith(QLatin1Char(':')))
+            QVERIFY2(label->buddy(), qPrintable(label->objectName()));
 }
 
 void TestAdjustmentCatalog::NeutralSettingsChangeNoPixel()
