@@ -12,6 +12,9 @@
 #include <QPushButton>
 #include <QSlider>
 #include <QTimerEvent>
+#include <QVector>
+
+#include <algorithm>
 
 namespace {
 
@@ -47,6 +50,27 @@ void YDAdjustmentWidget::BuildFrame()
     bar->setValue(m_progressValue);
     // An empty range would make an enabled bar look busy before anything was started.
     bar->setEnabled(false);
+}
+
+/// The form that is built on the content comes later than the frame, and so would the focus come to it.
+void YDAdjustmentWidget::PutContentFirst()
+{
+    QVector<QWidget*> content;
+    QVector<QWidget*> frame;
+    for (QWidget* next = nextInFocusChain(); next != this; next = next->nextInFocusChain())
+        if (isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus) && !next->focusProxy())
+            (m_ui->m_pContent->isAncestorOf(next) ? content : frame).append(next);
+    if (content.isEmpty())
+        return;
+    QWidget* last = content.last();
+    for (QWidget* const next : qAsConst(frame)) {
+        setTabOrder(last, next);
+        last = next;
+    }
+    const auto first = std::find_if(content.cbegin(), content.cend(),
+                                    [](const QWidget* control) { return control->isEnabled(); });
+    if (first != content.cend() && !window()->focusWidget())
+        (*first)->setFocus();
 }
 
 YDAdjustmentWidget::~YDAdjustmentWidget()
@@ -235,6 +259,13 @@ void YDAdjustmentWidget::SetGrooveGradient(QSlider* slider, const QLinearGradien
                        "border-radius: 2px;background: qlineargradient(x1: 0, y1: 0, x2: 1, "
                        "y2: 0, %1);}")
             .arg(stops));
+}
+
+void YDAdjustmentWidget::showEvent(QShowEvent* event)
+{
+    if (m_isDialog)
+        PutContentFirst(); // only now is the adjustment's form complete
+    KVAdjustmentWidget::showEvent(event);
 }
 
 void YDAdjustmentWidget::timerEvent(QTimerEvent* event)

@@ -187,6 +187,7 @@ protected:
     /// Colours the groove of a horizontal slider.
     static void SetGrooveGradient(QSlider* slider, const QLinearGradient& gradient);
 
+    void showEvent(QShowEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
 
 private slots:
@@ -198,6 +199,7 @@ private slots:
 
 private:
     void BuildFrame();
+    void PutContentFirst();
     void AbortRunningJob();
     void StopTimer(int& timerId);
     void RevealProgress();

@@ -3,13 +3,18 @@
 #include "catalog/AdjustmentCatalog.h"
 #include "gui/YodiCustomSlider.h"
 
+#include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QAccessible>
+#include <QApplication>
+#include <QDialog>
 #include <QJsonDocument>
 #include <QLabel>
+#include <QPushButton>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <cmath>
@@ -157,6 +162,12 @@ private slots:
     void NeutralSettingsChangeNoPixel();
     void DialogsPreviewWhatPanelsApply_data() { Adjustments(); }
     void DialogsPreviewWhatPanelsApply();
+    void EverySliderAndSpinBoxHasAnAccessibleName_data() { Adjustments(); }
+    void EverySliderAndSpinBoxHasAnAccessibleName();
+    void ReturnInAPanelPressesNoneOfItsButtons_data() { Adjustments(); }
+    void ReturnInAPanelPressesNoneOfItsButtons();
+    void TheFocusGoesThroughThePanelFirst_data() { Adjustments(); }
+    void TheFocusGoesThroughThePanelFirst();
     void WhatFollowsFromTheFieldsIsShown();
     void TextIsParsedByTheFieldsType_data();
     void TextIsParsedByTheFieldsType();
@@ -389,6 +400,62 @@ void TestAdjustmentCatalog::DialogsPreviewWhatPanelsApply()
     const RGBA32iImage image = Applied(Entry(), *settings, source);
     QVERIFY(TestPictures::AreEqual(dialog->AdjustedImage(), image));
     QVERIFY(!TestPictures::AreEqual(image, source));
+}
+
+void TestAdjustmentCatalog::EverySliderAndSpinBoxHasAnAccessibleName()
+{
+    const auto panel = Entry().makeWidget(false, nullptr);
+    const auto children = panel->findChildren<QWidget*>();
+    for (QWidget* const child : children) {
+        const bool isInput = qobject_cast<QAbstractSlider*>(child) ||
+                             qobject_cast<QAbstractSpinBox*>(child) || qobject_cast<YodiCustomSlider*>(child);
+        if (!isInput || child->focusPolicy() == Qt::NoFocus)
+            continue;
+        QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(child);
+        QVERIFY2(interface, qPrintable(child->objectName()));
+        QVERIFY2(!interface->text(QAccessible::Name).isEmpty(), qPrintable(child->objectName()));
+    }
+}
+
+/// Whoever puts a panel into a dialog means the dialog's own button by Return.
+void TestAdjustmentCatalog::ReturnInAPanelPressesNoneOfItsButtons()
+{
+    QDialog dialog;
+    QVBoxLayout layout(&dialog);
+    const auto panel = Entry().makeWidget(false, &dialog);
+    layout.addWidget(panel.get());
+    dialog.show();
+    int presses = 0;
+    const auto buttons = panel->findChildren<QPushButton*>();
+    for (QPushButton* const button : buttons) {
+        disconnect(button, &QPushButton::clicked, nullptr, nullptr); // no dialog to wait for
+        connect(button, &QPushButton::clicked, &dialog, [&presses] { ++presses; });
+    }
+    const auto spinBoxes = panel->findChildren<QAbstractSpinBox*>();
+    for (QAbstractSpinBox* const spinBox : spinBoxes)
+        QTest::keyClick(spinBox, Qt::Key_Return);
+    QCOMPARE(presses, 0);
+}
+
+void TestAdjustmentCatalog::TheFocusGoesThroughThePanelFirst()
+{
+    const auto widget = Entry().makeWidget(true, nullptr);
+    widget->show();
+    QVERIFY(QTest::qWaitForWindowActive(widget.get()));
+    const QWidget* const content = widget->findChild<QWidget*>(QStringLiteral("m_pContent"));
+    QVERIFY(content->isAncestorOf(QApplication::focusWidget()));
+    const QWidget* const first = QApplication::focusWidget();
+    QStringList outside;
+    do {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        const QWidget* const focus = QApplication::focusWidget();
+        if (!content->isAncestorOf(focus))
+            outside.append(focus->objectName());
+        else if (focus != first)
+            QVERIFY2(outside.isEmpty(), qPrintable(focus->objectName()));
+    } while (QApplication::focusWidget() != first && outside.size() < 10);
+    QCOMPARE(outside.size(), 4); // the preview toggle and three buttons
+    QCOMPARE(outside.first(), QStringLiteral("m_pPreviewSlider"));
 }
 
 void TestAdjustmentCatalog::WhatFollowsFromTheFieldsIsShown()
