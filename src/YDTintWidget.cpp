@@ -9,6 +9,8 @@
 #include "image/YDTintRGB32.h"
 #include "ui_TintWidget.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 
 namespace {
@@ -53,9 +55,9 @@ YDTintWidget::~YDTintWidget() = default;
 
 void YDTintWidget::SetValue(const Params& params)
 {
+    const QScopedValueRollback<const Params*> given(m_given, &params);
     m_params = params;
     ShowParams(params);
-    m_params = params; // the controls know fewer values than a record may hold
 }
 
 void YDTintWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
@@ -105,7 +107,7 @@ void YDTintWidget::OnCurrentWhiteToneChanged(const QColor& color)
 
 void YDTintWidget::OnAmountChanged(int amount)
 {
-    m_params.amount = amount;
+    m_params.amount = m_given ? m_given->amount : amount;
     AnnounceChange(&YDTintWidget::ValueChanged);
 }
 

@@ -51,7 +51,7 @@ public:
 
     Params GetValue() const { return m_params; }
     /// Shows `params`. Other than in most panels, a type and an amount that differ from those shown are each
-    /// announced as a change.
+    /// announced as a change; the record is `params` by then.
     void SetValue(const Params& params);
 
     void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
@@ -88,6 +88,8 @@ private:
 
     const std::unique_ptr<Ui::TintWidget> m_ui;
     Params m_params;
+    /// What SetValue() shows, while it does: the spin box ends where a stored amount may go on.
+    const Params* m_given = nullptr;
 };
 
 ADJUSTMENTGUI_EXPORT QDataStream& operator<<(QDataStream& stream, const YDTintWidget::Params& params);

@@ -295,6 +295,10 @@ void TestYDTintWidget::SettingARecordAnnouncesTypeAndAmount_data()
     QTest::newRow("the type") << 75 << 3 << 1;
     QTest::newRow("the tones alone") << 75 << 0 << 0;
     QTest::newRow("a type that there is not") << 75 << 9 << 0;
+    QTest::newRow("an amount above the slider") << 500 << 0 << 1;
+    QTest::newRow("an amount below the slider") << -7 << 0 << 1;
+    QTest::newRow("a type, and an amount above the slider") << 500 << 2 << 2;
+    QTest::newRow("no type, and an amount below the slider") << Lowest << 9 << 1;
 }
 
 void TestYDTintWidget::SettingARecordAnnouncesTypeAndAmount()
@@ -305,19 +309,22 @@ void TestYDTintWidget::SettingARecordAnnouncesTypeAndAmount()
     Fixture f;
     const Params record = Record(Red, Blue, amount, type);
     Announcements announcements(f.widget);
-    connect(&f.widget, &YDTintWidget::ValueChanged, this, [&] { // it holds the whole record by then
-        QVERIFY(YDRecord::Equal(f.widget.GetValue(), record));
-    });
+    int whole = 0; // announcements by when the widget held the whole record
+    connect(&f.widget, &YDTintWidget::ValueChanged, this,
+            [&] { whole += YDRecord::Equal(f.widget.GetValue(), record) ? 1 : 0; });
     f.widget.SetValue(record);
     QCOMPARE(announcements.Take(), announced);
+    QCOMPARE(whole, announced);
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), record));
-    QCOMPARE(f.amount->value(), amount);
-    QCOMPARE(f.slider->value(), amount);
+    QCOMPARE(f.amount->value(), qBound(0, amount, 100));
+    QCOMPARE(f.slider->value(), qBound(0, amount, 100));
     QCOMPARE(f.type->currentIndex(), type > 3 ? -1 : type);
     QCOMPARE(SwatchOf(*f.black), Red.rgba());
     QCOMPARE(SwatchOf(*f.white), Blue.rgba());
     f.widget.SetValue(record);
     QCOMPARE(announcements.Take(), 0);
+    f.amount->setValue(50); // from here on the control says what the amount is
+    QCOMPARE(f.widget.GetValue().amount, 50);
 }
 
 void TestYDTintWidget::ResetShowsTheDefaultsAndAnnouncesThem()
