@@ -40,6 +40,9 @@ private slots:
     void EndsThatCountEnoughStay();
     void TheLowEndIsTheLastLevelUnderTwoPerMille();
     void TheHighEndIsTheFirstLevelThatReachesTheRest();
+    void ExactlyTwoPerMilleIsNotUnderTheLimit();
+    void ExactlyTheRestReachesTheLimit();
+    void EvenlyFilledLevelsAllStay();
     void TheRangeIsWideEnough_data();
     void TheRangeIsWideEnough();
     void WithoutPixelsTheRangeIsDefined();
@@ -74,6 +77,37 @@ void TestAutomaticInputRange::TheHighEndIsTheFirstLevelThatReachesTheRest()
     QCOMPARE(Automatic(counts).high, 230);
     counts[250] = 5; // 1001 of 1006: 99.5 per cent
     QCOMPARE(Automatic(counts).high, 250);
+}
+
+void TestAutomaticInputRange::ExactlyTwoPerMilleIsNotUnderTheLimit()
+{
+    Counts counts = Plateau();
+    counts[20] = 1;
+    counts[60] = 1;
+    counts[199] = 8; // 1000 in all, and 2 * (1.0 / 1000) is 0.002 without any rounding
+    QCOMPARE(Automatic(counts).low, 59);
+    counts[199] = 9; // 2 of 1001
+    QCOMPARE(Automatic(counts).low, 99);
+}
+
+void TestAutomaticInputRange::ExactlyTheRestReachesTheLimit()
+{
+    Counts counts = Plateau();
+    counts[100] = 7;
+    counts[220] = 1;
+    counts[240] = 2; // 1000 in all, up to 220 there are 998, and 998 * (1.0 / 1000) is the number 0.998
+    QCOMPARE(Automatic(counts).high, 220);
+    counts[240] = 3; // 998 of 1001
+    QCOMPARE(Automatic(counts).high, 240);
+}
+
+void TestAutomaticInputRange::EvenlyFilledLevelsAllStay()
+{
+    Counts counts;
+    counts.fill(10); // each level makes 3.9 per mille: the first is not under the limit,
+    const LevelRange range = Automatic(counts);
+    QCOMPARE(range.low, 0);
+    QCOMPARE(range.high, 255); // and up to 254 they make 99.6 per cent
 }
 
 void TestAutomaticInputRange::TheRangeIsWideEnough_data()
