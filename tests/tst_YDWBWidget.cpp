@@ -13,6 +13,7 @@
 
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QHash>
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -51,9 +52,14 @@ Params OfMode(int mode)
     return params;
 }
 
-RGBA32iImage Photograph()
+/// A photograph by the first part of its file name; loaded once, so not to be written to.
+RGBA32iImage Photograph(const QByteArray& name = "picosdeeuropa")
 {
-    return Photographs::Load(QStringLiteral("picosdeeuropa_by_Aitzol_Berasategi.jpg"), PhotographWidth);
+    static QHash<QByteArray, RGBA32iImage> loaded;
+    if (!loaded.contains(name))
+        loaded.insert(name, Photographs::Load(QString::fromLatin1(name + "_by_Aitzol_Berasategi.jpg"),
+                                              PhotographWidth));
+    return loaded.value(name);
 }
 
 /// A mask with feathered coverage.
@@ -68,22 +74,42 @@ RGBA32iImage Mask(int width, int height)
     return mask;
 }
 
-/// A selection: where the pixel (x, y) of the picture lies in the mask.
+/// A selection of a picture of size `picture`.
 struct Selection
 {
     RGBA32iImage mask;
     QPoint offset;
     QRect bounds; ///< of the mask
+    QSize picture;
 
-    /// The mask's pixel for (x, y); null outside of what is selected.
+    /// The mask's pixel for the pixel (x, y) of the picture; null outside of what is selected.
+    ///
+    /// The mask is read from where the rectangle begins in it, or from further inside by what lies left of or
+    /// above the picture's origin of the whole mask, not only of the rectangle.
     const YDRGBA32i* At(int x, int y) const
     {
-        const QPoint point = QPoint(x, y) - offset;
-        return bounds.contains(point) && QRect(0, 0, mask.Width(), mask.Height()).contains(point)
-                   ? mask.Row(point.y()) + point.x()
-                   : nullptr;
+        const QRect covered = bounds.translated(offset) & QRect(QPoint(), picture);
+        const QRect read = bounds.translated(std::max(-offset.x(), 0), std::max(-offset.y(), 0)) &
+                           QRect(0, 0, mask.Width(), mask.Height());
+        const QPoint point = read.topLeft() + QPoint(x, y) - covered.topLeft();
+        return covered.contains(x, y) && read.contains(point) ? mask.Row(point.y()) + point.x() : nullptr;
     }
 };
+
+Selection SelectionOf(const RGBA32iImage& picture, const QPoint& offset, const QRect& bounds)
+{
+    return {Mask(100, 80), offset, bounds, QSize(picture.Width(), picture.Height())};
+}
+
+/// What `widget` makes of `source`, within the selection if there is one.
+RGBA32iImage ConvertedWithin(YDWBWidget& widget, const RGBA32iImage& source, const Selection* selection)
+{
+    if (!selection)
+        return Converted(widget, source);
+    RGBA32iImage image = source.DeepCopy();
+    widget.ConvertImage(image, selection->mask, selection->offset, selection->bounds);
+    return image;
+}
 
 /// What `rule` makes of `source` within the selection, if there is one.
 template <class Rule>
@@ -156,18 +182,25 @@ YDIterativeLevelsTransformation AutomaticLevels(const RGBA32iImage& picture)
     return YDIterativeLevelsTransformation(input, output, gamma, 100);
 }
 
+/// `above` laid over `below` as if both were opaque, with the alpha of `below`.
+YDRGBA32i MixedOver(const YDRGBA32i& above, const YDRGBA32i& below, int opacity)
+{
+    const auto mix = [opacity](int over, int under) {
+        return quint8((over * opacity + under * (256 - opacity) + 128) / 256);
+    };
+    return {mix(above.b, below.b), mix(above.g, below.g), mix(above.r, below.r), below.a};
+}
+
 /// The advanced correction step by step, on the whole picture and pixel by pixel.
 RGBA32iImage ExpectedEnhanced(const RGBA32iImage& source, int strength, const Selection* selection)
 {
     const KVIterativeWBTransformation balance(source, KVWBTransformation::Auto, 100);
     const RGBA32iImage balanced = Selected(balance, source, selection);
     const RGBA32iImage stretched = Selected(AutomaticLevels(balanced), balanced, selection);
-    const YDBlend::YDSourceOver<0> over{strength * 256 / 100};
     const RGBA32iImage result = source.DeepCopy();
     for (int y = 0; y < result.Height(); ++y)
         for (int x = 0; x < result.Width(); ++x) {
-            YDRGBA32i mixed = source.Row(y)[x];
-            over(stretched.Row(y)[x], mixed);
+            const YDRGBA32i mixed = MixedOver(stretched.Row(y)[x], source.Row(y)[x], strength * 256 / 100);
             const YDRGBA32i* const coverage = selection ? selection->At(x, y) : nullptr;
             if (!selection)
                 result.Row(y)[x] = mixed;
@@ -208,10 +241,14 @@ private slots:
     void initTestCase();
 
     void TheFormIsAsDesigned();
+    void TheMainControlsAreInTheirRows();
+    void TheSlidersRunFromLeftToRight();
     void OpensWithItsDefaults();
     void EachFunctionKeepsItsStrength();
     void AChangeIsStoredAndAnnouncedOnce_data();
     void AChangeIsStoredAndAnnouncedOnce();
+    void SwitchingBackToTheAutomaticOneIsAnnouncedOnce();
+    void UncheckingAFunctionAnnouncesNothing_data();
     void UncheckingAFunctionAnnouncesNothing();
     void TheAdvancedCorrectionBelongsToTheAutomaticOne();
     void SettingARecordAnnouncesNothing_data();
@@ -221,6 +258,9 @@ private slots:
     void ResetAnnouncesOnce();
     void TheStreamHasEightFields();
     void AStreamThatCannotBeReadGivesDefaultsAndOneLine();
+    void AnotherTagIsRefused_data();
+    void AnotherTagIsRefused();
+    void ReadAndWriteTellWhetherTheySucceeded();
     void RecordsFromOutsideAreKeptAndApplied_data();
     void RecordsFromOutsideAreKeptAndApplied();
     void BalancesByTheChosenFunction_data();
@@ -229,11 +269,14 @@ private slots:
     void EnhancesStepByStep();
     void EnhancesWithinTheSelection_data();
     void EnhancesWithinTheSelection();
-    void EnhancingKeepsAlpha();
+    void TranslucentPixelsAreEnhancedAsOpaqueOnes_data();
+    void TranslucentPixelsAreEnhancedAsOpaqueOnes();
     void PlainPicturesAreStretchedBySixteenLevels_data();
     void PlainPicturesAreStretchedBySixteenLevels();
     void TheTemperatureHasTwoScales_data();
     void TheTemperatureHasTwoScales();
+    void TheTemperatureFollowsTheBalance_data();
+    void TheTemperatureFollowsTheBalance();
     void ThePreviewEqualsTheConversion();
 };
 
@@ -267,6 +310,38 @@ void TestYDWBWidget::TheFormIsAsDesigned()
         QVERIFY(hasRange(f.strength, 0, 100) && hasRange(f.strengthSpin, 0, 100));
         QVERIFY(hasRange(f.temperatureSlider, -100, 100) && hasRange(f.temperature, -100, 100));
         QVERIFY(hasRange(f.densitySlider, 0, 100) && hasRange(f.density, 0, 100));
+    }
+}
+
+void TestYDWBWidget::TheMainControlsAreInTheirRows()
+{
+    Fixture f;
+    const auto* const grid = qobject_cast<QGridLayout*>(Child<QGroupBox>(f.widget, "groupBox")->layout());
+    QVERIFY(grid);
+    CheckButton<QRadioButton>(f.widget, *grid, 0, 0, 4, "m_pAuto", "Auto correction");
+    CheckButton<QCheckBox>(f.widget, *grid, 1, 1, 3, "m_pEnchanced", "Advanced correction");
+    CheckButton<QRadioButton>(f.widget, *grid, 3, 0, 4, "m_pOverexposure", "Overexposure correction");
+    CheckButton<QRadioButton>(f.widget, *grid, 5, 0, 4, "m_pUnderexposure", "Underexposure correction");
+    QLayoutItem* const indent = grid->itemAtPosition(1, 0);
+    QVERIFY(indent && indent->spacerItem());
+    QCOMPARE(indent->sizeHint(), QSize(20, 20));
+    QCOMPARE(indent->minimumSize(), QSize(20, 20));
+    QLayoutItem* const row = grid->itemAtPosition(7, 0);
+    QVERIFY(row);
+    const QList<QWidget*> power{Child<QLabel>(f.widget, "label_9"), f.strength, f.strengthSpin};
+    auto* const line = qobject_cast<QHBoxLayout*>(row->layout());
+    QVERIFY(line);
+    QCOMPARE(line->count(), power.size());
+    for (int i = 0; i < power.size(); ++i)
+        QCOMPARE(line->itemAt(i)->widget(), power[i]);
+}
+
+void TestYDWBWidget::TheSlidersRunFromLeftToRight()
+{
+    Fixture f;
+    for (const KVSlider* const slider : {f.strength, f.temperatureSlider, f.densitySlider}) {
+        QCOMPARE(slider->orientation(), Qt::Horizontal);
+        QVERIFY(!slider->invertedAppearance());
     }
 }
 
@@ -366,15 +441,39 @@ void TestYDWBWidget::AChangeIsStoredAndAnnouncedOnce()
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), expected));
 }
 
-void TestYDWBWidget::UncheckingAFunctionAnnouncesNothing()
+void TestYDWBWidget::SwitchingBackToTheAutomaticOneIsAnnouncedOnce()
 {
     Fixture f;
+    f.widget.SetValue(OfMode(1));
     Announcements<YDWBWidget> announcements(f.widget);
-    f.widget.OnAuto(false);
-    f.widget.OnOverexposure(false);
-    f.widget.OnUnderexposure(false);
+    f.automatic->setChecked(true);
+    QCOMPARE(announcements.Take(), OneChange());
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), OfMode(0)));
+    QCOMPARE(f.strength->value(), 30);
+}
+
+void TestYDWBWidget::UncheckingAFunctionAnnouncesNothing_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<int>("mode");
+    QTest::newRow("auto") << "m_pAuto" << 0;
+    QTest::newRow("overexposure") << "m_pOverexposure" << 1;
+    QTest::newRow("underexposure") << "m_pUnderexposure" << 2;
+}
+
+void TestYDWBWidget::UncheckingAFunctionAnnouncesNothing()
+{
+    QFETCH(QString, button);
+    QFETCH(int, mode);
+    Fixture f;
+    f.widget.SetValue(OfMode(mode));
+    Announcements<YDWBWidget> announcements(f.widget);
+    auto* const radio = Child<QRadioButton>(f.widget, qPrintable(button));
+    radio->setAutoExclusive(false); // else the last one that is checked stays so
+    radio->setChecked(false);
+    QVERIFY(!radio->isChecked());
     QCOMPARE(announcements.Take(), QString());
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), OfMode(mode)));
 }
 
 void TestYDWBWidget::TheAdvancedCorrectionBelongsToTheAutomaticOne()
@@ -499,6 +598,44 @@ void TestYDWBWidget::AStreamThatCannotBeReadGivesDefaultsAndOneLine()
     readOnly << Params();
 }
 
+void TestYDWBWidget::AnotherTagIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    const QByteArray whole = Written(OfMode(2));
+    QTest::newRow("another tag") << QByteArray(whole).replace("KVWhite", "KVwhite");
+    QTest::newRow("another version") << QByteArray(whole).replace("1.00000", "1.00001");
+}
+
+void TestYDWBWidget::AnotherTagIsRefused()
+{
+    QFETCH(QByteArray, bytes);
+    QCOMPARE(bytes.size(), Written(Params()).size());
+    Params params;
+    QDataStream asked(bytes);
+    QVERIFY(!params.Read(asked));
+    QDataStream stream(bytes);
+    params = OfMode(1);
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral(
+                                         "^\\[src/YDWBWidget:[0-9]+\\] Read WB data error\\.$")));
+    stream >> params;
+    QVERIFY(YDRecord::Equal(params, Params()));
+}
+
+void TestYDWBWidget::ReadAndWriteTellWhetherTheySucceeded()
+{
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    QVERIFY(OfMode(2).Write(out));
+    QCOMPARE(bytes, Written(OfMode(2)));
+    Params params;
+    QDataStream in(bytes);
+    QVERIFY(params.Read(in));
+    QVERIFY(YDRecord::Equal(params, OfMode(2)));
+    QDataStream cut(bytes.left(bytes.size() - 1));
+    QVERIFY(!params.Read(cut));
+    QVERIFY(!params.Write(in)); // opened for reading only
+}
+
 void TestYDWBWidget::RecordsFromOutsideAreKeptAndApplied_data()
 {
     QTest::addColumn<int>("number");
@@ -549,15 +686,18 @@ void TestYDWBWidget::BalancesByTheChosenFunction()
 
 void TestYDWBWidget::EnhancesStepByStep_data()
 {
+    QTest::addColumn<QByteArray>("photograph");
     QTest::addColumn<int>("strength");
-    for (const int strength : {0, 1, 33, 50, 100})
-        QTest::addRow("%d", strength) << strength;
+    for (const char* const photograph : {"picosdeeuropa", "friends", "life"})
+        for (const int strength : {0, 1, 33, 50, 100})
+            QTest::addRow("%s, %d", photograph, strength) << QByteArray(photograph) << strength;
 }
 
 void TestYDWBWidget::EnhancesStepByStep()
 {
+    QFETCH(QByteArray, photograph);
     QFETCH(int, strength);
-    const RGBA32iImage source = Photograph();
+    const RGBA32iImage source = Photograph(photograph);
     QVERIFY(!source.IsEmpty());
     Fixture f;
     f.widget.SetValue(Enhanced(strength));
@@ -579,27 +719,45 @@ void TestYDWBWidget::EnhancesWithinTheSelection_data()
     QTest::newRow("beyond the picture's corner") << QPoint(350, 150) << QRect(0, 0, 100, 80);
     QTest::newRow("beyond the mask") << QPoint(30, 40) << QRect(0, 0, 200, 200);
     QTest::newRow("beside the picture") << QPoint(3000, 40) << QRect(0, 0, 100, 80);
+    QTest::newRow("a part of the mask, left of and above the picture")
+        << QPoint(-20, -30) << QRect(5, 3, 80, 70);
+    QTest::newRow("a part of the mask that lies inside the picture")
+        << QPoint(-20, -10) << QRect(30, 20, 50, 40);
 }
 
 void TestYDWBWidget::EnhancesWithinTheSelection()
 {
     QFETCH(QPoint, offset);
     QFETCH(QRect, bounds);
-    const RGBA32iImage source = Photograph();
-    const Selection selection{Mask(100, 80), offset, bounds};
-    Fixture f;
-    f.widget.SetValue(Enhanced(70));
-    RGBA32iImage image = source.DeepCopy();
-    f.widget.ConvertImage(image, selection.mask, offset, bounds);
-    QVERIFY(TestPictures::AreEqual(image, ExpectedEnhanced(source, 70, &selection)));
+    for (const char* const photograph : {"picosdeeuropa", "friends", "life"}) {
+        const RGBA32iImage source = Photograph(photograph);
+        const Selection selection = SelectionOf(source, offset, bounds);
+        Fixture f;
+        f.widget.SetValue(Enhanced(70));
+        QVERIFY2(TestPictures::AreEqual(ConvertedWithin(f.widget, source, &selection),
+                                        ExpectedEnhanced(source, 70, &selection)),
+                 photograph);
+    }
 }
 
-void TestYDWBWidget::EnhancingKeepsAlpha()
+void TestYDWBWidget::TranslucentPixelsAreEnhancedAsOpaqueOnes_data()
 {
+    QTest::addColumn<bool>("isSelected");
+    QTest::newRow("the whole") << false;
+    QTest::newRow("a selection") << true;
+}
+
+void TestYDWBWidget::TranslucentPixelsAreEnhancedAsOpaqueOnes()
+{
+    QFETCH(bool, isSelected);
     const RGBA32iImage source = TestPictures::Random(300, 50, 4);
+    const Selection selection = SelectionOf(source, QPoint(-20, 10), QRect(5, 3, 80, 70));
+    const Selection* const selected = isSelected ? &selection : nullptr;
     Fixture f;
     f.widget.SetValue(Enhanced(60));
-    const RGBA32iImage converted = Converted(f.widget, source);
+    const RGBA32iImage converted = ConvertedWithin(f.widget, source, selected);
+    QVERIFY(TestPictures::AreEqual(converted, ExpectedEnhanced(source, 60, selected)));
+    QVERIFY(!TestPictures::AreEqual(converted, source));
     for (int y = 0; y < source.Height(); ++y)
         for (int x = 0; x < source.Width(); ++x)
             QCOMPARE(converted.Row(y)[x].a, source.Row(y)[x].a);
@@ -652,6 +810,39 @@ void TestYDWBWidget::TheTemperatureHasTwoScales()
     const YDIterativePhotoFilterTransformation filter(YDTemperatureCorrection::GetTemperatureColor(kelvin),
                                                       70);
     QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), ByRule(filter, source)));
+}
+
+void TestYDWBWidget::TheTemperatureFollowsTheBalance_data()
+{
+    QTest::addColumn<bool>("isEnhanced");
+    QTest::addColumn<bool>("isSelected");
+    QTest::newRow("the whole") << false << false;
+    QTest::newRow("a selection") << false << true;
+    QTest::newRow("the whole, enhanced") << true << false;
+    QTest::newRow("a selection, enhanced") << true << true;
+}
+
+void TestYDWBWidget::TheTemperatureFollowsTheBalance()
+{
+    QFETCH(bool, isEnhanced);
+    QFETCH(bool, isSelected);
+    const RGBA32iImage source = Photograph("friends");
+    const Selection selection = SelectionOf(source, QPoint(-20, 30), QRect(5, 3, 80, 70));
+    const Selection* const selected = isSelected ? &selection : nullptr;
+    Params params = Enhanced(60);
+    params.enhanced = isEnhanced;
+    params.useTemperature = true;
+    params.temperature = -40; // 7500 K
+    params.temperatureStrength = 70;
+    Fixture f;
+    f.widget.SetValue(params);
+    const KVIterativeWBTransformation balance(source, KVWBTransformation::Auto, 60);
+    const RGBA32iImage balanced =
+        isEnhanced ? ExpectedEnhanced(source, 60, selected) : Selected(balance, source, selected);
+    const YDIterativePhotoFilterTransformation filter(YDTemperatureCorrection::GetTemperatureColor(7500), 70);
+    const RGBA32iImage expected = Selected(filter, balanced, selected);
+    QVERIFY(TestPictures::AreEqual(ConvertedWithin(f.widget, source, selected), expected));
+    QVERIFY(!TestPictures::AreEqual(expected, balanced));
 }
 
 void TestYDWBWidget::ThePreviewEqualsTheConversion()
