@@ -1,4 +1,5 @@
 #include "KVAdjustmentProcessingTemplate.h"
+#include "Machine.h"
 #include "TestPictures.h"
 #include "YDAdjustmentProcessingTemplate.h"
 #include "YDIterativeAdjustmentTransformation.h"
@@ -190,6 +191,8 @@ private slots:
     void PixelsGoToAllButOneOfTheCores();
     void BlendingLeavesTheCallersThreadOnlyOnManyCores_data();
     void BlendingLeavesTheCallersThreadOnlyOnManyCores();
+    void WorkBoundByMemoryLeavesACoreFree_data() { Machines(); }
+    void WorkBoundByMemoryLeavesACoreFree();
     void BothPathsOfARealRuleAgree_data();
     void BothPathsOfARealRuleAgree();
 
@@ -372,20 +375,6 @@ void TestYDTileRunner::AbortStopsAtTheNextRow()
 
 namespace {
 
-/// For as long as it lives, the machine has so many cores.
-class Machine
-{
-public:
-    explicit Machine(int cores) { s_cores = cores; }
-    ~Machine() { s_cores = 0; }
-    Machine(const Machine&) = delete;
-    Machine& operator=(const Machine&) = delete;
-
-    static int s_cores;
-};
-
-int Machine::s_cores = 0;
-
 struct NotesItsThread : Inversion<false>
 {
     std::mutex* mutex = nullptr;
@@ -402,9 +391,6 @@ struct NotesItsThread : Inversion<false>
 };
 
 } // namespace
-
-/// std::thread::hardware_concurrency() asks this function, which stands before the C library's own here.
-extern "C" int get_nprocs() { return Machine::s_cores > 0 ? Machine::s_cores : QThread::idealThreadCount(); }
 
 void TestYDTileRunner::Machines()
 {
@@ -463,6 +449,21 @@ void TestYDTileRunner::BlendingLeavesTheCallersThreadOnlyOnManyCores()
         QCOMPARE(blending, QSet<QThread*>{QThread::currentThread()});
     else
         QVERIFY(blending.size() <= cores - 1);
+}
+
+void TestYDTileRunner::WorkBoundByMemoryLeavesACoreFree()
+{
+    QFETCH(int, cores);
+    const Machine machine(cores);
+    std::mutex mutex;
+    QList<QThread*> threads; // one entry a worker
+    YDTileRunner::RunMemoryBoundTasks([&] {
+        const std::lock_guard<std::mutex> lock(mutex);
+        threads.append(QThread::currentThread());
+    });
+    QCOMPARE(threads.size(), cores <= 2 ? 1 : cores - 1);
+    if (cores <= 2)
+        QCOMPARE(threads.first(), QThread::currentThread());
 }
 
 namespace {
