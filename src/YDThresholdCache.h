@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AutomaticInputRange.h"
+#include "adjustmentgui_export.h"
 #include "image/KVImage.h"
 
 #include <array>
@@ -12,7 +13,7 @@
 ///
 /// Jobs share one, and whoever is done first counts for all; safe from any thread. It is never emptied: the
 /// widget takes a new one for a new picture, and jobs keep theirs.
-class YDThresholdCache
+class ADJUSTMENTGUI_EXPORT YDThresholdCache
 {
 public:
     /// Of red, green, blue, and of luma as what is common to them.
