@@ -31,15 +31,15 @@ Params Record(int amount, int affected)
     return params;
 }
 
-/// Channels of 40..167, 20..147 and 60..123, at random.
-RGBA32iImage DullPicture(quint32 seed)
+/// Channels of 40..167, 20..147 and 60..123, brightened, at random.
+RGBA32iImage DullPicture(quint32 seed, const QSize& size = {120, 80}, int brighter = 0)
 {
-    const RGBA32iImage picture = TestPictures::Random(120, 80, seed);
+    const RGBA32iImage picture = TestPictures::Random(size.width(), size.height(), seed);
     for (int y = 0; y < picture.Height(); ++y)
         for (int x = 0; x < picture.Width(); ++x) {
             YDRGBA32i& pixel = picture.Row(y)[x];
-            pixel = YDRGBA32i(quint8(60 + pixel.b / 4), quint8(20 + pixel.g / 2), quint8(40 + pixel.r / 2),
-                              pixel.a);
+            pixel = YDRGBA32i(quint8(brighter + 60 + pixel.b / 4), quint8(brighter + 20 + pixel.g / 2),
+                              quint8(brighter + 40 + pixel.r / 2), pixel.a);
         }
     return picture;
 }
@@ -105,12 +105,17 @@ private slots:
     void InputBoundsLieBetweenCommonAndOwn();
     void TheStreamHasAffectedFirst();
     void AStreamThatCannotBeReadGivesDefaultsAndOneLine();
+    void AnotherTagIsRefused_data();
+    void AnotherTagIsRefused();
+    void ReadAndWriteTellWhetherTheySucceeded();
     void RecordsFromOutsideAreKeptAndApplied_data();
     void RecordsFromOutsideAreKeptAndApplied();
     void ConvertsByTheRule();
     void TheSelectionDoesNotLimitTheCount();
     void CountsOnceUntilTheSourceChanges();
     void TheFirstPreviewOfANewSourceUsesItsOwnCounts();
+    void ASourceThatChangesDuringTheCountIsCountedItself_data();
+    void ASourceThatChangesDuringTheCountIsCountedItself();
     void AnEmptyPictureIsLeftAlone();
 };
 
@@ -243,6 +248,45 @@ void TestYDColorEnhancerWidget::AStreamThatCannotBeReadGivesDefaultsAndOneLine()
     readOnly << Params();
 }
 
+void TestYDColorEnhancerWidget::AnotherTagIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    const QByteArray whole = Written(Record(30, 60));
+    QTest::newRow("another tag") << QByteArray(whole).replace("KVColor", "KVcolor");
+    QTest::newRow("another version") << QByteArray(whole).replace("1.00000", "1.00001");
+}
+
+void TestYDColorEnhancerWidget::AnotherTagIsRefused()
+{
+    QFETCH(QByteArray, bytes);
+    QCOMPARE(bytes.size(), Written(Params()).size());
+    Params params;
+    QDataStream asked(bytes);
+    QVERIFY(!params.Read(asked));
+    QDataStream stream(bytes);
+    params = Record(1, 2);
+    QTest::ignoreMessage(QtDebugMsg,
+                         QRegularExpression(QStringLiteral(
+                             "^\\[src/YDColorEnhancerWidget:[0-9]+\\] Read color enhancer data error\\.$")));
+    stream >> params;
+    QVERIFY(YDRecord::Equal(params, Params()));
+}
+
+void TestYDColorEnhancerWidget::ReadAndWriteTellWhetherTheySucceeded()
+{
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    QVERIFY(Record(30, 60).Write(out));
+    QCOMPARE(bytes, Written(Record(30, 60)));
+    Params params;
+    QDataStream in(bytes);
+    QVERIFY(params.Read(in));
+    QVERIFY(YDRecord::Equal(params, Record(30, 60)));
+    QDataStream cut(bytes.left(bytes.size() - 1));
+    QVERIFY(!params.Read(cut));
+    QVERIFY(!params.Write(in)); // opened for reading only
+}
+
 void TestYDColorEnhancerWidget::RecordsFromOutsideAreKeptAndApplied_data()
 {
     QTest::addColumn<Params>("params");
@@ -320,6 +364,39 @@ void TestYDColorEnhancerWidget::TheFirstPreviewOfANewSourceUsesItsOwnCounts()
             TestPictures::AreEqual(f.widget.AdjustedImage(), Expected(f.widget.GetValue(), source, source)));
         f.widget.SetValue(Params());
     }
+}
+
+void TestYDColorEnhancerWidget::ASourceThatChangesDuringTheCountIsCountedItself_data()
+{
+    QTest::addColumn<int>("pauseMs");
+    QTest::newRow("at once") << 0;
+    QTest::newRow("while a job runs") << 1;
+    QTest::newRow("later in the job") << 5;
+}
+
+void TestYDColorEnhancerWidget::ASourceThatChangesDuringTheCountIsCountedItself()
+{
+    QFETCH(int, pauseMs);
+    const QSize large(1500, 900);
+    QVector<RGBA32iImage> sources;
+    for (int i = 0; i < 6; ++i)
+        sources.append(DullPicture(quint32(i), large, 15 * i));
+    Fixture f(true);
+    QVector<RGBA32iImage> previews;
+    QVector<RGBA32iImage> shownFor;
+    connect(&f.widget, &YDAdjustmentWidget::ImageReady, this, [&] {
+        previews.append(f.widget.AdjustedImage());
+        shownFor.append(f.widget.SourceImage());
+    });
+    for (const RGBA32iImage& source : qAsConst(sources)) {
+        f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
+        if (pauseMs > 0)
+            QTest::qWait(pauseMs);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(!shownFor.isEmpty() && shownFor.last().SharesPixelsWith(sources.last()),
+                             PatienceMs);
+    for (int i = 0; i < previews.size(); ++i)
+        QVERIFY(TestPictures::AreEqual(previews[i], Expected(Params(), shownFor[i], shownFor[i])));
 }
 
 void TestYDColorEnhancerWidget::AnEmptyPictureIsLeftAlone()
