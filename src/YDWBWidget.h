@@ -65,7 +65,10 @@ public:
     void Reset() override;
     void StartJobWatching(JobWatcher* watcher) override;
 
-public slots:
+signals:
+    void ValueChanged();
+
+private slots:
     void OnAuto(bool on);
     void OnEnchanced(bool on);
     void OnOverexposure(bool on);
@@ -74,9 +77,6 @@ public slots:
     void OnUseTemperature(bool on);
     void OnTemperature(int value);
     void OnTemperatureStrength(int value);
-
-signals:
-    void ValueChanged();
 
 private:
     struct WBData : YDAdjustmentJob

@@ -14,6 +14,7 @@
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QHash>
+#include <QMetaMethod>
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -243,6 +244,7 @@ private slots:
     void TheFormIsAsDesigned();
     void TheMainControlsAreInTheirRows();
     void TheSlidersRunFromLeftToRight();
+    void ItsSlotsAreItsOwn();
     void OpensWithItsDefaults();
     void EachFunctionKeepsItsStrength();
     void AChangeIsStoredAndAnnouncedOnce_data();
@@ -343,6 +345,19 @@ void TestYDWBWidget::TheSlidersRunFromLeftToRight()
         QCOMPARE(slider->orientation(), Qt::Horizontal);
         QVERIFY(!slider->invertedAppearance());
     }
+}
+
+void TestYDWBWidget::ItsSlotsAreItsOwn()
+{
+    const QMetaObject& meta = YDWBWidget::staticMetaObject;
+    int slotCount = 0;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        if (meta.method(i).methodType() != QMetaMethod::Slot)
+            continue;
+        ++slotCount;
+        QCOMPARE(meta.method(i).access(), QMetaMethod::Private);
+    }
+    QCOMPARE(slotCount, 8);
 }
 
 void TestYDWBWidget::OpensWithItsDefaults()
