@@ -218,6 +218,7 @@ bool YDCurvesWidget::InsertPoint(const QPoint& p)
     Points().insert(index, p);
     InsertNode(index);
     m_scene->SetCurrentIndex(index);
+    ShowEndsInSlider();
     RebuildCurve();
     emit CurrentNodeChanged();
     return true;
@@ -227,8 +228,8 @@ bool YDCurvesWidget::MovePoint(int index, const QPoint& p)
 {
     if (index < 0 || index >= m_scene->NodeCount() || !YDCurvePoints::MayMove(Points(), index, p))
         return false;
-    MoveSlider(index, p.x());
     Points()[index] = p;
+    ShowEndsInSlider();
     m_scene->MoveNode(index, ToViewPoint(p));
     RebuildCurve();
     AnnounceChange(&YDCurvesWidget::ValueChanged);
@@ -241,6 +242,7 @@ void YDCurvesWidget::RemovePoint(int index)
         return;
     m_scene->RemoveNode(index);
     Points().remove(index);
+    ShowEndsInSlider();
     RebuildCurve();
     AnnounceChange(&YDCurvesWidget::ValueChanged);
     emit CurrentNodeChanged();
@@ -319,8 +321,10 @@ void YDCurvesWidget::OnInputChanged(uint handle, int value)
     if (Points().isEmpty() || handle > LastHandle)
         return;
     const int index = handle == FirstHandle ? 0 : Points().size() - 1;
-    if (!MovePoint(index, {value, Points()[index].y()}))
+    if (!MovePoint(index, {value, Points()[index].y()})) {
+        ShowEndsInSlider(); // the handle goes back to its point
         return;
+    }
     ShowPoint(index);
     SetCurrentNode(index);
 }
@@ -431,7 +435,8 @@ void YDCurvesWidget::ShowPoint(int index)
     m_ui->m_pOutputSpin->setText(isPoint ? QString::number(Points()[index].y()) : QString());
 }
 
-/// Both handles at the end points, each kept off the point next to it.
+/// Both handles at the end points, each kept off the point next to it. An end that is nearer to that point
+/// than the editor lets it come bounds its own handle, which else could not stand there.
 void YDCurvesWidget::ShowEndsInSlider()
 {
     YodiCustomSlider* const slider = m_ui->m_pInputSlider;
@@ -440,30 +445,14 @@ void YDCurvesWidget::ShowEndsInSlider()
     const bool isEditable = YDCurvePoints::IsEditable(Points());
     slider->setEnabled(isEditable);
     const QVector<QPoint> points = Points().size() >= 2 ? Points() : YDCurvePoints::Straight();
+    const qint64 first = points.first().x();
+    const qint64 last = points.last().x();
     const qint64 second = points[1].x();
     const qint64 lastButOne = points[points.size() - 2].x();
-    slider->SetControlMax(FirstHandle, Bounded(second - YDCurvePoints::MinDistance));
-    slider->ChangeValue(FirstHandle, Bounded(points.first().x()));
-    slider->SetControlMin(LastHandle, Bounded(lastButOne + YDCurvePoints::MinDistance));
-    slider->ChangeValue(LastHandle, Bounded(points.last().x()));
-}
-
-/// Has the slider follow a point that is moved to `x`: an end is where its handle is, a point next to an end
-/// bounds it.
-void YDCurvesWidget::MoveSlider(int index, int x)
-{
-    YodiCustomSlider* const slider = m_ui->m_pInputSlider;
-    const ScopedDisconnect quiet(slider, &YodiCustomSlider::ValueChanged, this,
-                                 &YDCurvesWidget::OnInputChanged);
-    const int last = Points().size() - 1;
-    if (index + 1 == last)
-        slider->SetControlMin(LastHandle, Bounded(qint64(x) + YDCurvePoints::MinDistance));
-    if (index == 1)
-        slider->SetControlMax(FirstHandle, Bounded(qint64(x) - YDCurvePoints::MinDistance));
-    if (index == 0)
-        slider->ChangeValue(FirstHandle, Bounded(x));
-    else if (index == last)
-        slider->ChangeValue(LastHandle, Bounded(x));
+    slider->SetControlMax(FirstHandle, Bounded(std::max(second - YDCurvePoints::MinDistance, first)));
+    slider->ChangeValue(FirstHandle, Bounded(first));
+    slider->SetControlMin(LastHandle, Bounded(std::min(lastButOne + YDCurvePoints::MinDistance, last)));
+    slider->ChangeValue(LastHandle, Bounded(last));
 }
 
 void YDCurvesWidget::SetCurrentNode(int index)

@@ -161,7 +161,6 @@ private:
     QVector<QPoint>& Points() { return m_params.curves[ShownChannel()]; }
     void ShowPoint(int index);
     void ShowEndsInSlider();
-    void MoveSlider(int index, int x);
     void SetCurrentNode(int index);
     void RemoveCurrentPoint();
     void FitCurveView();

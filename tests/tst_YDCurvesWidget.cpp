@@ -257,6 +257,9 @@ private slots:
     void DraggingWithoutANodeDoesNothing();
     void MovingAnnouncesOnceInOrder();
     void MovingBoundsTheSlider();
+    void InsertingAndRemovingBoundTheSlider();
+    void HandlesStandAtEndsThatAreTooNear_data();
+    void HandlesStandAtEndsThatAreTooNear();
     void NeighboursBoundTheEndPoints();
     void LosingTheFocusDeselects();
     void DeleteRemovesTheCurrentPoint();
@@ -662,6 +665,66 @@ void TestYDCurvesWidget::MovingBoundsTheSlider()
     QCOMPARE(f.slider->LowestValue(1), 44);
     f.widget.MovePoint(1, {200, 255});
     QCOMPARE(f.slider->HighestValue(0), 196);
+}
+
+void TestYDCurvesWidget::InsertingAndRemovingBoundTheSlider()
+{
+    Fixture f;
+    const auto bounds = [&f] { return QPoint(f.slider->HighestValue(0), f.slider->LowestValue(1)); };
+    Announcements told(f.widget);
+    QVERIFY(f.widget.InsertPoint({100, 100}));
+    QCOMPARE(bounds(), QPoint(96, 104));
+    QVERIFY(f.widget.InsertPoint({200, 200}));
+    QCOMPARE(bounds(), QPoint(96, 204));
+    QVERIFY(f.widget.InsertPoint({50, 50}));
+    QCOMPARE(bounds(), QPoint(46, 204));
+    QCOMPARE(told.Take(), QStringLiteral("node node node"));
+    f.slider->ChangeValue(0, 255); // as far as the new point lets both of them
+    QCOMPARE(f.slider->Value(0), 46);
+    QCOMPARE(f.Composite()[0], QPoint(46, 0));
+    f.widget.RemovePoint(1);
+    QCOMPARE(bounds(), QPoint(96, 204));
+    f.widget.RemovePoint(2);
+    QCOMPARE(bounds(), QPoint(96, 104));
+    f.widget.RemovePoint(1);
+    QCOMPARE(bounds(), QPoint(251, 50));
+    QCOMPARE(f.slider->Value(0), 46);
+    QCOMPARE(f.slider->Value(1), 255);
+}
+
+void TestYDCurvesWidget::HandlesStandAtEndsThatAreTooNear_data()
+{
+    QTest::addColumn<Points>("points");
+    QTest::newRow("as a grey pick leaves them") << Points({{10, 0}, {12, 128}, {13, 255}});
+    QTest::newRow("two ends") << Points({{100, 0}, {101, 255}});
+    QTest::newRow("equal x") << Points({{0, 0}, {0, 128}, {255, 128}, {255, 255}});
+    QTest::newRow("at the left") << Points({{1, 0}, {2, 255}});
+    QTest::newRow("at the right") << Points({{253, 0}, {254, 255}});
+}
+
+void TestYDCurvesWidget::HandlesStandAtEndsThatAreTooNear()
+{
+    QFETCH(Points, points);
+    Fixture f;
+    f.widget.SetValue(WithComposite(points));
+    QCOMPARE(f.slider->Value(0), points.first().x());
+    QCOMPARE(f.slider->Value(1), points.last().x());
+    // A move that still is too near is refused, and the handle goes back.
+    f.slider->ChangeValue(0, points.first().x() - 1);
+    f.slider->ChangeValue(0, points.first().x() + 1);
+    f.slider->ChangeValue(1, points.last().x() + 1);
+    f.slider->ChangeValue(1, points.last().x() - 1);
+    QCOMPARE(f.Composite(), points);
+    QCOMPARE(f.slider->Value(0), points.first().x());
+    QCOMPARE(f.slider->Value(1), points.last().x());
+    // One that goes far enough is not, and the bound is the neighbour's from then on.
+    const int far = points[1].x() - 4;
+    if (far < 0)
+        return;
+    f.slider->ChangeValue(0, far);
+    QCOMPARE(f.Composite()[0].x(), far);
+    QCOMPARE(f.slider->Value(0), far);
+    QCOMPARE(f.slider->HighestValue(0), far);
 }
 
 void TestYDCurvesWidget::NeighboursBoundTheEndPoints()
