@@ -40,13 +40,13 @@ QPoint ToLevels(const QPointF& scenePosition)
     return {ToLevel(scenePosition.x()), ToLevel(scenePosition.y())};
 }
 
-/// Black to white from `start` to `end`, in coordinates of what is filled.
-QBrush Tones(const QPointF& start, const QPointF& end)
+/// From the origin of what is filled to `end`, in coordinates of its sides.
+QBrush Tones(const QPointF& end, const QColor& first, const QColor& last)
 {
-    QLinearGradient gradient(start, end);
+    QLinearGradient gradient(QPointF(0, 0), end);
     gradient.setCoordinateMode(QGradient::ObjectBoundingMode);
-    gradient.setColorAt(0, Qt::black);
-    gradient.setColorAt(1, Qt::white);
+    gradient.setColorAt(0, first);
+    gradient.setColorAt(1, last);
     return gradient;
 }
 
@@ -86,8 +86,8 @@ YDCurvesWidget::~YDCurvesWidget() = default;
 
 void YDCurvesWidget::SetUpPanel()
 {
-    m_ui->m_pInputLabel->SetBackgroundBrush(Tones({0, 0}, {1, 0}));
-    m_ui->m_pOutputLabel->SetBackgroundBrush(Tones({0, 1}, {0, 0}));
+    m_ui->m_pInputLabel->SetBackgroundBrush(Tones({1, 0}, Qt::black, Qt::white));
+    m_ui->m_pOutputLabel->SetBackgroundBrush(Tones({0, 1}, Qt::white, Qt::black));
     YodiCustomSlider* const slider = m_ui->m_pInputSlider;
     slider->SetRange(0, YDCurvePoints::MaxLevel);
     slider->SetBrush(slider->AddControl(0, YDCurvePoints::MaxLevel, 0), Qt::black);

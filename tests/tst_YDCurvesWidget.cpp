@@ -237,6 +237,8 @@ private slots:
     void initTestCase();
 
     void TheFormIsAsDesigned();
+    void StripsGoFromBlackToWhiteAndFromWhiteToBlack_data();
+    void StripsGoFromBlackToWhiteAndFromWhiteToBlack();
     void TheNumberFieldsOnlyShow();
     void TheScenesGridIsAtTheQuarters();
     void StartsStraightWithNothingSelected();
@@ -350,21 +352,34 @@ void TestYDCurvesWidget::TheFormIsAsDesigned()
         QVERIFY(pickers[i]->isCheckable() && !pickers[i]->isChecked());
         QVERIFY(!pickers[i]->icon().isNull());
     }
-    const auto toneAt = [&f](const char* strip, double share) {
-        const QBrush brush = f.Child<YDColorWidget>(strip)->BackgroundBrush();
-        const auto* const gradient = static_cast<const QLinearGradient*>(brush.gradient());
-        if (gradient->coordinateMode() != QGradient::ObjectBoundingMode)
-            qFatal("the gradient does not span the strip");
-        const QPointF along = gradient->finalStop() - gradient->start();
-        const QPointF from = gradient->start();
-        const double position =
-            qFuzzyIsNull(along.x()) ? (share - from.y()) / along.y() : (share - from.x()) / along.x();
-        return gradient->stops().at(position < 0.5 ? 0 : 1).second;
-    };
-    QCOMPARE(toneAt("m_pInputLabel", 0), QColor(Qt::black));
-    QCOMPARE(toneAt("m_pInputLabel", 1), QColor(Qt::white));
-    QCOMPARE(toneAt("m_pOutputLabel", 0), QColor(Qt::white));
-    QCOMPARE(toneAt("m_pOutputLabel", 1), QColor(Qt::black));
+}
+
+void TestYDCurvesWidget::StripsGoFromBlackToWhiteAndFromWhiteToBlack_data()
+{
+    QTest::addColumn<QString>("strip");
+    QTest::addColumn<QPointF>("end");
+    QTest::addColumn<QColor>("first");
+    QTest::addColumn<QColor>("last");
+    QTest::newRow("input, from left to right")
+        << "m_pInputLabel" << QPointF(1, 0) << QColor(Qt::black) << QColor(Qt::white);
+    QTest::newRow("output, from top to bottom")
+        << "m_pOutputLabel" << QPointF(0, 1) << QColor(Qt::white) << QColor(Qt::black);
+}
+
+void TestYDCurvesWidget::StripsGoFromBlackToWhiteAndFromWhiteToBlack()
+{
+    QFETCH(QString, strip);
+    QFETCH(QPointF, end);
+    QFETCH(QColor, first);
+    QFETCH(QColor, last);
+    Fixture f;
+    const QBrush brush = f.Child<YDColorWidget>(qPrintable(strip))->BackgroundBrush();
+    QCOMPARE(brush.style(), Qt::LinearGradientPattern);
+    const auto* const gradient = static_cast<const QLinearGradient*>(brush.gradient());
+    QCOMPARE(gradient->coordinateMode(), QGradient::ObjectBoundingMode);
+    QCOMPARE(gradient->start(), QPointF(0, 0));
+    QCOMPARE(gradient->finalStop(), end);
+    QCOMPARE(gradient->stops(), QGradientStops({{0.0, first}, {1.0, last}}));
 }
 
 void TestYDCurvesWidget::TheNumberFieldsOnlyShow()
