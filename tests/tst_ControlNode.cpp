@@ -103,7 +103,7 @@ void TestControlNode::IsGrabbedFromNearby()
     for (const QSize& size : {QSize(120, 700), QSize(900, 200)}) {
         Fixture f(size);
         QSignalSpy pressed(f.node, &ControlNode::mousePressed);
-        for (const QPoint& offset : {QPoint(7, 0), QPoint(-7, 0), QPoint(0, 7), QPoint(5, -5)}) {
+        for (const QPoint& offset : {QPoint(5, 0), QPoint(-5, 0), QPoint(0, 5), QPoint(4, -4)}) {
             f.Press(offset);
             f.Release(offset);
         }
@@ -115,7 +115,7 @@ void TestControlNode::IsNotGrabbedFromAfar()
 {
     Fixture f;
     QSignalSpy pressed(f.node, &ControlNode::mousePressed);
-    for (const QPoint& offset : {QPoint(10, 0), QPoint(0, -10), QPoint(8, 8)}) {
+    for (const QPoint& offset : {QPoint(8, 0), QPoint(0, -8), QPoint(6, 6)}) {
         f.Press(offset);
         f.Release(offset);
     }
@@ -168,6 +168,7 @@ void TestControlNode::ShowsTheFocus()
     f.node->setFocus();
     QVERIFY(f.node->hasFocus());
     QVERIFY(f.SeenArea().width() > width);
+    QVERIFY(f.SeenArea().width() <= 2 * ControlNode::Reach);
 }
 
 void TestControlNode::MayBeDeletedByWhoHearsOfThePress()

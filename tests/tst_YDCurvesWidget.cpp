@@ -251,6 +251,7 @@ private slots:
     void InsertingAnnouncesOnlyTheNode();
     void OtherButtonsDoNotEdit();
     void APressOnANodeSelectsItAndShowsItsLevels();
+    void APressOnANodesRimGrabsIt();
     void APressOnEmptySpaceDeselects();
     void PressesAreComparedWithPointsThatAreNotFlipped();
     void DraggingMovesThePoint();
@@ -553,6 +554,35 @@ void TestYDCurvesWidget::APressOnANodeSelectsItAndShowsItsLevels()
         QVERIFY(told.Take().endsWith(QStringLiteral("node")));
     }
     QCOMPARE(f.Composite(), points);
+}
+
+/// In a small view the rim is further from the point than others must be, and the curve goes through it.
+void TestYDCurvesWidget::APressOnANodesRimGrabsIt()
+{
+    Fixture f;
+    f.widget.resize(f.widget.minimumSizeHint());
+    const Points flat{{0, 128}, {128, 128}, {255, 128}};
+    f.widget.SetValue(WithComposite(flat));
+    const QPoint middle = f.PlaceOf({128, 128});
+    for (const int offset : {-5, 5}) {
+        f.Press(middle + QPoint(offset, 0));
+        f.Release(middle + QPoint(offset, 0));
+        QCOMPARE(f.Composite(), flat);
+        QCOMPARE(f.SunkenNode(), 1);
+        f.ClickScene(60, 60);
+        QCOMPARE(f.SunkenNode(), -1);
+    }
+    f.Press(middle + QPoint(5, 0));
+    f.DragTo({140, 90});
+    QCOMPARE(f.Composite(), Points({{0, 128}, {140, 90}, {255, 128}}));
+    f.Release(f.PlaceOf({140, 90}));
+    f.widget.SetValue(WithComposite(flat));
+    f.Click(middle + QPoint(9, 0)); // beside it
+    QCOMPARE(f.Composite().size(), 4);
+    // Next to the ends of a straight curve a point is inserted as soon as it may be, in a small view as well.
+    f.widget.SetValue(Params());
+    f.ClickScene(5, 250);
+    QCOMPARE(f.Composite(), Points({{0, 0}, {5, 5}, {255, 255}}));
 }
 
 void TestYDCurvesWidget::APressOnEmptySpaceDeselects()

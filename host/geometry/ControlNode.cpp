@@ -12,7 +12,7 @@ namespace {
 constexpr double NodeRadius = 3.75;
 constexpr double HoveredRadius = 4.75;
 constexpr double FocusRadius = 6.75;
-constexpr double GrabRadius = 8.0;
+constexpr double GrabRadius = 5.5; ///< a larger one would cover places next to the node that have a use
 constexpr double OutlineWidth = 1.25;
 constexpr double HaloWidth = 3.25; ///< sets the outline off from whatever is behind the node
 
@@ -39,7 +39,7 @@ void ControlNode::setSunken(bool sunken)
     update();
 }
 
-QRectF ControlNode::boundingRect() const { return Disc(GrabRadius); }
+QRectF ControlNode::boundingRect() const { return Disc(Reach); }
 
 QPainterPath ControlNode::shape() const
 {

@@ -4,7 +4,8 @@
 
 /// A handle of a drawing in a graphics scene: a small disc around the item's position.
 ///
-/// It is of the same size on the screen at any scale of the view, and larger to the mouse than to the eye.
+/// It is of the same size on the screen at any scale of the view, and a bit larger to the mouse than to the
+/// eye.
 /// It tells of the buttons pressed and released on it and moves nothing by itself.
 class ControlNode : public QGraphicsObject
 {
@@ -15,6 +16,10 @@ public:
     {
         Type = UserType + 1
     };
+
+    /// Everything that is drawn is as near to the item's position, in units of the view. A view that shows
+    /// nodes at its border leaves as much room there.
+    static constexpr int Reach = 8;
 
     explicit ControlNode(QGraphicsItem* parent = nullptr);
 
