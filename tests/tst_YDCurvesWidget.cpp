@@ -245,6 +245,9 @@ private slots:
     void TheCurveLinesUpWithHistogramStripsAndSlider_data();
     void TheCurveLinesUpWithHistogramStripsAndSlider();
 
+    void NodesAtTheBorderAreSeenWhole_data();
+    void NodesAtTheBorderAreSeenWhole();
+
     void AClickOnTheCurveInsertsAndSelects();
     void NothingIsInsertedNextToAPoint();
     void NothingIsInsertedOffTheCurve();
@@ -464,15 +467,40 @@ void TestYDCurvesWidget::TheCurveLinesUpWithHistogramStripsAndSlider()
         const QPointF place = f.view->viewportTransform().map(QPointF(level, 255 - level));
         const double curve = column(f.view->viewport(), place.x());
         const double share = (level + 0.5) / 256;
-        QVERIFY(std::abs(curve - column(histogram, share * histogram->width())) < 2);
-        QVERIFY(std::abs(curve - column(inputStrip, share * inputStrip->width())) < 2);
-        QVERIFY(std::abs(curve - column(f.slider, f.slider->PositionOf(level))) < 2);
+        QVERIFY(std::abs(curve - column(histogram, share * histogram->width())) < 0.01);
+        QVERIFY(std::abs(curve - column(inputStrip, share * inputStrip->width())) < 0.01);
+        QVERIFY(std::abs(curve - column(f.slider, f.slider->PositionOf(level))) < 0.01);
         const double line = f.view->viewport()->mapTo(&f.widget, QPoint()).y() + place.y();
         const double strip =
             outputStrip->mapTo(&f.widget, QPoint()).y() + (1 - share) * outputStrip->height();
-        QVERIFY2(std::abs(line - strip) < 2,
+        QVERIFY2(std::abs(line - strip) < 0.01,
                  qPrintable(QStringLiteral("level %1: %2, %3").arg(level).arg(line).arg(strip)));
     }
+}
+
+void TestYDCurvesWidget::NodesAtTheBorderAreSeenWhole_data()
+{
+    TheCurveLinesUpWithHistogramStripsAndSlider_data();
+}
+
+/// In the corners they look as they do in the middle, current and with the focus as well.
+void TestYDCurvesWidget::NodesAtTheBorderAreSeenWhole()
+{
+    QFETCH(QSize, size);
+    Fixture f;
+    f.widget.resize(size);
+    const auto seenAround = [&f](const QPointF& scenePosition) {
+        const QRectF reach(-ControlNode::Reach, -ControlNode::Reach, 2 * ControlNode::Reach,
+                           2 * ControlNode::Reach);
+        const QPointF place = f.view->viewportTransform().map(scenePosition);
+        const QRectF seen = QRectF(f.view->viewport()->rect()) & reach.translated(place);
+        return seen.size();
+    };
+    const QSizeF whole(2 * ControlNode::Reach, 2 * ControlNode::Reach);
+    for (const QPointF& corner : {QPointF(0, 0), QPointF(255, 0), QPointF(0, 255), QPointF(255, 255)})
+        QCOMPARE(seenAround(corner), whole);
+    // Nor does anything lie over the view there.
+    QVERIFY(f.view->visibleRegion() == f.view->rect());
 }
 
 void TestYDCurvesWidget::AClickOnTheCurveInsertsAndSelects()
