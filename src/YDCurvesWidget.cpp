@@ -364,7 +364,8 @@ void YDCurvesWidget::OnNodePressed(ControlNode* node, Qt::MouseButton button)
     if (button != Qt::LeftButton)
         return;
     const int index = m_scene->IndexOf(node);
-    ShowPoint(index);
+    if (index >= 0)
+        ShowPoint(index);
     SetCurrentNode(index);
 }
 

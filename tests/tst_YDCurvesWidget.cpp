@@ -258,6 +258,7 @@ private slots:
     void APressOnEmptySpaceDeselects();
     void PressesAreComparedWithPointsThatAreNotFlipped();
     void DraggingMovesThePoint();
+    void APressOnAForeignNodeShowsNothing();
     void DraggingStopsFourFromANeighbour();
     void DraggingOutOfTheSceneIsBounded();
     void DraggingWithoutANodeDoesNothing();
@@ -668,6 +669,19 @@ void TestYDCurvesWidget::DraggingStopsFourFromANeighbour()
     QCOMPARE(f.Composite()[1], QPoint(100, 100));
     f.DragTo({230, 100}); // past the neighbour
     QCOMPARE(f.Composite()[1], QPoint(100, 100));
+void TestYDCurvesWidget::APressOnAForeignNodeShowsNothing()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{10, 20}, {100, 150}, {200, 220}}));
+    f.ClickPoint({100, 150});
+    ControlNode foreign;
+    f.widget.OnNodePressed(&foreign, Qt::LeftButton);
+    QCOMPARE(f.input->text() + QLatin1Char(' ') + f.output->text(), QStringLiteral("100 150"));
+    QCOMPARE(f.SunkenNode(), -1);
+    QVERIFY(!f.AreDeleteButtonsEnabled());
+    QVERIFY(!foreign.isSunken());
+}
+
     f.DragTo({196, 100});
     QCOMPARE(f.Composite()[1], QPoint(196, 100));
     f.DragTo({3, 90});
