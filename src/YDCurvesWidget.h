@@ -31,6 +31,7 @@ class CurvesWidget;
 /// Inserting alone announces nothing, because the curve stays (nearly) what it was.
 ///
 /// A list with fewer than two points shows and changes nothing and cannot be edited before a reset or a pick.
+/// One with more than 4096 is drawn and applied, but has no nodes and cannot be edited either.
 class ADJUSTMENTGUI_EXPORT YDCurvesWidget : public YDAdjustmentWidget
 {
     Q_OBJECT
@@ -76,7 +77,8 @@ public:
     /// From a point of a curve to its place in the editor's scene, and back: (x, 255 - y).
     static QPoint ToViewPoint(const QPoint& point);
     static QPoint FromViewPoint(const QPoint& point);
-    /// The curve through `points` in scene coordinates, flat outside them; empty for fewer than two.
+    /// The curve through `points` in scene coordinates, flat outside them; empty for fewer than two. Points
+    /// out of order are sorted first, and what leaves the levels is bounded.
     static QPainterPath BuildSpline(const QVector<QPoint>& points);
     /// The histogram's channel mask for a channel; all channels for any other number.
     static int IndexToHistogrammChannel(int channel);
