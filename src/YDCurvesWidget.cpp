@@ -148,11 +148,10 @@ void YDCurvesWidget::SetValue(const Params& params)
 
 void YDCurvesWidget::SetView(KVDocumentView* view)
 {
-    // Before the view is stored, so that it is the old one whose cursor comes back.
-    for (QToolButton* const picker : {m_ui->m_pBlack, m_ui->m_pGray, m_ui->m_pWhite})
-        picker->setChecked(false);
     YDAdjustmentWidget::SetView(view);
     m_drag->SetView(view);
+    for (QToolButton* const picker : {m_ui->m_pBlack, m_ui->m_pGray, m_ui->m_pWhite})
+        picker->setChecked(false);
 }
 
 void YDCurvesWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,

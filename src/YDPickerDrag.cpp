@@ -25,31 +25,22 @@ QRect Spanned(const QPoint& p, const QPoint& q)
 
 YDPickerDrag::YDPickerDrag(QObject* filter) : m_filter(filter) {}
 
-YDPickerDrag::~YDPickerDrag()
-{
-    const bool isWatching = !m_scene.isNull();
-    EndWatch();
-    if (isWatching)
-        HidePickerCursor();
-}
+YDPickerDrag::~YDPickerDrag() { LeaveView(); }
 
 void YDPickerDrag::SetView(KVDocumentView* view)
 {
-    const bool isWatching = !m_scene.isNull();
-    EndWatch();
-    if (isWatching)
-        HidePickerCursor();
+    const bool isArmed = m_isArmed;
+    LeaveView();
     m_view = view;
-    if (isWatching)
+    if (isArmed)
         Watch();
 }
 
 void YDPickerDrag::Watch()
 {
     EndWatch();
-    if (!m_view)
-        return;
-    m_scene = m_view->scene();
+    m_isArmed = true;
+    m_scene = m_view ? m_view->scene() : nullptr;
     if (m_scene)
         m_scene->installEventFilter(m_filter);
 }
@@ -60,6 +51,7 @@ void YDPickerDrag::EndWatch()
     if (m_scene)
         m_scene->removeEventFilter(m_filter);
     m_scene = nullptr;
+    m_isArmed = false;
 }
 
 void YDPickerDrag::ShowPickerCursor()
@@ -100,4 +92,13 @@ void YDPickerDrag::EndDrag()
     if (m_isDragging && m_view)
         m_view->setDragMode(QGraphicsView::NoDrag);
     m_isDragging = false;
+}
+
+/// Takes back what was set on the view.
+void YDPickerDrag::LeaveView()
+{
+    const bool isArmed = m_isArmed;
+    EndWatch();
+    if (isArmed)
+        HidePickerCursor();
 }

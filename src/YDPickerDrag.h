@@ -22,7 +22,7 @@ public:
     ~YDPickerDrag();
     Q_DISABLE_COPY(YDPickerDrag)
 
-    /// Null for none.
+    /// Null for none. A watch goes on in its scene; the picker's cursor is not brought along.
     void SetView(KVDocumentView* view);
 
     /// From now on presses and releases in the view's scene go through the filter.
@@ -41,10 +41,12 @@ public:
 
 private:
     void EndDrag();
+    void LeaveView();
 
     QObject* const m_filter;
     QPointer<KVDocumentView> m_view;
     QPointer<QGraphicsScene> m_scene; ///< the watched one; null while none is
+    bool m_isArmed = false;           ///< between Watch() and EndWatch(), with a scene or without
     bool m_isDragging = false;
     QPoint m_start;
 };

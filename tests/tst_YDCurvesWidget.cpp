@@ -322,6 +322,7 @@ private slots:
 
     void ConversionAndPreviewApplyTheCurves();
     void TheHistogramFollowsTheSourceAndTheChannel();
+    void AnotherViewShowsItsOwnCursor();
 };
 
 void TestYDCurvesWidget::initTestCase()
@@ -1667,3 +1668,30 @@ void TestYDCurvesWidget::TheHistogramFollowsTheSourceAndTheChannel()
 
 QTEST_MAIN(TestYDCurvesWidget)
 #include "tst_YDCurvesWidget.moc"
+void TestYDCurvesWidget::AnotherViewShowsItsOwnCursor()
+{
+    PickFixture f(TestPictures::Grey(300, 200, 50));
+    KVDocumentView other;
+    other.SetImage(f.source);
+    other.SetOverrideCursor(Qt::CrossCursor); // of whoever had it before
+    f.black->setChecked(true);
+    f.widget.MousePressed({1, 1}, Qt::LeftButton);
+    f.widget.SetView(&other);
+    QCOMPARE(other.viewport()->cursor().shape(), Qt::ArrowCursor);
+    QCOMPARE(f.CursorShape(), Qt::ArrowCursor);
+    QCOMPARE(f.document.dragMode(), QGraphicsView::NoDrag);
+    for (KVDocumentView* const view : {&other, &f.document}) { // neither is watched
+        QTest::mousePress(view->viewport(), Qt::LeftButton);
+        QCOMPARE(view->dragMode(), QGraphicsView::NoDrag);
+        QTest::mouseRelease(view->viewport(), Qt::LeftButton);
+    }
+    // A view without a scene cannot be watched, but had the pipette.
+    KVDocumentView bare;
+    bare.setScene(nullptr);
+    f.widget.SetView(&bare);
+    f.white->setChecked(true);
+    QCOMPARE(bare.viewport()->cursor().shape(), Qt::BitmapCursor);
+    f.widget.SetView(&f.document);
+    QCOMPARE(bare.viewport()->cursor().shape(), Qt::ArrowCursor);
+}
+
