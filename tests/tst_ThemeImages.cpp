@@ -7,7 +7,9 @@
 #include <QIcon>
 #include <QTest>
 
-/// Run on screens with one and with two device pixels to the unit.
+#include <cmath>
+
+/// Run on screens with one, one and a half and two device pixels to the unit.
 class TestThemeImages : public QObject
 {
     Q_OBJECT
@@ -59,10 +61,11 @@ void TestThemeImages::EveryImageIsThereInBothSizes()
     const QString plain = QStringLiteral("theme:%1.png").arg(name);
     QCOMPARE(QImage(plain).size(), QSize(16, 16));
     QCOMPARE(QImage(QStringLiteral("theme:%1@2x.png").arg(name)).size(), QSize(32, 32));
-    const double screens = qGuiApp->devicePixelRatio();
+    // A screen between the two takes the finer one.
+    const double finest = std::ceil(qGuiApp->devicePixelRatio());
     const QPixmap pixmap(KVStringHelper::DPIAdjustImageName(plain));
-    QCOMPARE(pixmap.devicePixelRatio(), screens);
-    QCOMPARE(pixmap.size(), QSize(16, 16) * screens);
+    QCOMPARE(pixmap.devicePixelRatio(), finest);
+    QCOMPARE(pixmap.size(), QSize(16, 16) * finest);
     QVERIFY(pixmap.hasAlpha());
     QVERIFY(!QIcon(plain).isNull());
 }
