@@ -1,7 +1,7 @@
 #include "Photographs.h"
 #include "TestDocuments.h"
 #include "TestPictures.h"
-#include "YDAdjustmentWidget.h"
+#include "YDCurvesWidget.h"
 #include "core/KVApplication.h"
 #include "editor/AdjustmentDialog.h"
 #include "editor/AdjustmentPanel.h"
@@ -9,18 +9,22 @@
 #include "editor/DocumentWindow.h"
 #include "editor/MainWindow.h"
 #include "gui/KVDocumentView.h"
+#include "image/YDIterativeCurvesTransformation.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QDropEvent>
 #include <QFile>
+#include <QGraphicsView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
@@ -69,6 +73,59 @@ QAction* ActionOf(const MainWindow& window, const QString& text)
     return nullptr;
 }
 
+/// Mouse and keyboard in the dialog of the curves.
+struct CurvesHand
+{
+    explicit CurvesHand(AdjustmentDialog& dialog)
+        : widget(*qobject_cast<YDCurvesWidget*>(dialog.Widget())),
+          curve(dialog.findChild<QGraphicsView*>(QStringLiteral("m_pCurveView"))),
+          channel(dialog.findChild<QComboBox*>(QStringLiteral("m_pChannel"))),
+          buttons(dialog.findChild<QDialogButtonBox*>(QStringLiteral("m_pButtons")))
+    {
+        dialog.activateWindow();
+        if (!QTest::qWaitForWindowActive(&dialog))
+            qFatal("the dialog does not become active");
+    }
+
+    QVector<QPoint> PointsOf(std::size_t list) const { return widget.GetValue().curves[list]; }
+    /// Whether there is one point between the ends, at `point` but for what a pixel is more than a level.
+    bool HasPointNear(std::size_t list, const QPoint& point) const
+    {
+        return PointsOf(list).size() == 3 && (PointsOf(list)[1] - point).manhattanLength() <= 2;
+    }
+    QPoint PlaceOf(const QPoint& point) const
+    {
+        return curve->mapFromScene(YDCurvesWidget::ToViewPoint(point));
+    }
+    void Drag(const QPoint& from, const QPoint& to) const
+    {
+        QWidget* const viewport = curve->viewport();
+        QTest::mousePress(viewport, Qt::LeftButton, {}, PlaceOf(from));
+        QMouseEvent move(QEvent::MouseMove, PlaceOf(to), viewport->mapToGlobal(PlaceOf(to)), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier); // with the button held, which QTest does not know
+        QApplication::sendEvent(viewport, &move);
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, PlaceOf(to));
+    }
+    void Click(QDialogButtonBox::StandardButton button) const
+    {
+        QTest::mouseClick(buttons->button(button), Qt::LeftButton);
+    }
+    RGBA32iImage Applied(const RGBA32iImage& picture) const
+    {
+        const RGBA32iImage image = picture.DeepCopy();
+        const auto curves = widget.GetValue().curves;
+        const YDIterativeCurvesTransformation rule(curves.data(), 100);
+        for (int y = 0; y < image.Height(); ++y)
+            rule.ProcessRow(image.Row(y), image.Width());
+        return image;
+    }
+
+    const YDCurvesWidget& widget;
+    QGraphicsView* const curve;
+    QComboBox* const channel;
+    QDialogButtonBox* const buttons;
+};
+
 } // namespace
 
 class TestEditorMainWindow : public QObject
@@ -91,6 +148,7 @@ private slots:
     void ThePanelsChoiceOffersEveryAdjustment();
     void AnOpenAdjustmentForbidsOtherChanges();
     void ColoursArePickedOnThePictureAndUndone();
+    void ACurveIsDrawnResetDrawnAgainAndUndone();
     void ThePanelAppliesItsSettings();
     void ThePanelKeepsToTheSelection();
     void ThePanelOutlivesADocumentItIsAdjusting_data();
@@ -334,6 +392,50 @@ void TestEditorMainWindow::ColoursArePickedOnThePictureAndUndone()
     const Document& picture = *document->GetDocument();
     QVERIFY(!TestPictures::AreEqual(picture.Picture(), photograph));
     QCOMPARE(view->viewport()->cursor().shape(), Qt::ArrowCursor);
+    ActionOf(window, QStringLiteral("Undo"))->trigger();
+    QVERIFY(TestPictures::AreEqual(picture.Picture(), photograph));
+}
+
+/// By mouse and keyboard as a user does it, from the opening of the dialog to the undoing of its result.
+void TestEditorMainWindow::ACurveIsDrawnResetDrawnAgainAndUndone()
+{
+    const RGBA32iImage photograph =
+        Photographs::Load(QStringLiteral("seeding_by_Clements_Engelhardt.jpg"), 400);
+    const QString path = m_folder->filePath(QStringLiteral("photograph.png"));
+    QVERIFY(ImageToQImage(photograph).save(path));
+    MainWindow window;
+    DocumentWindow* const document = Open(window, path);
+    window.findChild<QAction*>(QStringLiteral("curves"))->trigger();
+    AdjustmentSession* const session = document->Session();
+    const CurvesHand hand(*session->Dialog());
+
+    QTest::mouseClick(hand.curve->viewport(), Qt::LeftButton, {}, hand.PlaceOf({100, 100}));
+    QCOMPARE(hand.PointsOf(0).size(), 3);
+    hand.Drag(hand.PointsOf(0)[1], {80, 160});
+    QVERIFY(hand.HasPointNear(0, {80, 160}));
+    const RGBA32iImage bent = hand.Applied(photograph);
+    QTRY_VERIFY_WITH_TIMEOUT(TestPictures::AreEqual(document->View()->Preview(), bent), PatienceMs);
+    QTest::keyClick(hand.curve, Qt::Key_Delete);
+    QCOMPARE(hand.PointsOf(0), YDCurvePoints::Straight());
+
+    hand.channel->setFocus();
+    QTest::keyClick(hand.channel, Qt::Key_Down);
+    hand.Drag({200, 200}, {180, 90});
+    QVERIFY(hand.HasPointNear(1, {180, 90}));
+    QCOMPARE(hand.PointsOf(0), YDCurvePoints::Straight());
+    hand.Click(QDialogButtonBox::Reset);
+    QCOMPARE(hand.PointsOf(1), YDCurvePoints::Straight());
+    QCOMPARE(hand.channel->currentIndex(), 0);
+
+    hand.Drag({60, 60}, {70, 30});
+    QVERIFY(hand.HasPointNear(0, {70, 30}));
+    const RGBA32iImage expected = hand.Applied(photograph);
+    QSignalSpy accepted(session, &AdjustmentSession::Accepted);
+    hand.Click(QDialogButtonBox::Ok);
+    QTRY_COMPARE_WITH_TIMEOUT(accepted.count(), 1, PatienceMs);
+    const Document& picture = *document->GetDocument();
+    QVERIFY(TestPictures::AreEqual(picture.Picture(), expected));
+    QVERIFY(!TestPictures::AreEqual(expected, photograph));
     ActionOf(window, QStringLiteral("Undo"))->trigger();
     QVERIFY(TestPictures::AreEqual(picture.Picture(), photograph));
 }
