@@ -428,7 +428,7 @@ void TestAdjustmentCatalog::ReturnInAPanelPressesNoneOfItsButtons()
     int presses = 0;
     const auto buttons = panel->findChildren<QPushButton*>();
     for (QPushButton* const button : buttons) {
-        button->setEnabled(true); // as with a picture
+        button->setEnabled(true);                                    // as with a picture
         disconnect(button, &QPushButton::clicked, nullptr, nullptr); // no dialog to wait for
         connect(button, &QPushButton::clicked, &dialog, [&presses] { ++presses; });
     }
