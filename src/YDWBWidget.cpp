@@ -313,7 +313,7 @@ bool YDWBWidget::EnhanceWhole(const WBData& data, const KVIterativeWBTransformat
 /// it.
 bool YDWBWidget::EnhanceSelected(const WBData& data, const KVIterativeWBTransformation& balance)
 {
-    YDAdjustmentJob enhanced = data;
+    YDAdjustmentJob enhanced = static_cast<const YDAdjustmentJob&>(data); // without the parameters
     if (!CopySource(enhanced))
         return false;
     RunTransformation(enhanced, balance);
