@@ -12,7 +12,6 @@
 HWY_BEFORE_NAMESPACE();
 namespace {
 namespace HWY_NAMESPACE {
-namespace hn = hwy::HWY_NAMESPACE;
 
 #if HWY_TARGET == HWY_SCALAR
 
@@ -20,6 +19,8 @@ size_t PixelsToAlignment(const YDRGBA32i*) { return 0; }
 size_t BlendVectors(const YDRGBA32i*, YDRGBA32i*, const YDRGBA32i*, size_t) { return 0; }
 
 #else
+
+namespace hn = hwy::HWY_NAMESPACE;
 
 using PixelTag = hn::ScalableTag<uint32_t>;
 using Pixels = hn::Vec<PixelTag>;

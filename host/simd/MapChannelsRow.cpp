@@ -11,7 +11,6 @@
 HWY_BEFORE_NAMESPACE();
 namespace {
 namespace HWY_NAMESPACE {
-namespace hn = hwy::HWY_NAMESPACE;
 
 constexpr size_t TableSize = 256;
 
@@ -30,6 +29,8 @@ void MapChannelsTail(YDRGBA32i* row, size_t count, const uint8_t* tables)
 size_t MapChannelsVectors(YDRGBA32i*, size_t, const uint8_t*) { return 0; }
 
 #else
+
+namespace hn = hwy::HWY_NAMESPACE;
 
 using ByteTag = hn::ScalableTag<uint8_t>;
 using Bytes = hn::Vec<ByteTag>;
