@@ -162,8 +162,7 @@ void YDCurvesWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selec
 
 void YDCurvesWidget::Reset()
 {
-    for (YDColorPick* const pick : {m_blackPick, m_grayPick, m_whitePick})
-        pick->Cancel();
+    CancelPicks();
     SetValue(Params());
     AnnounceChange(&YDCurvesWidget::ValueChanged);
 }
@@ -318,7 +317,11 @@ void YDCurvesWidget::StartGrayProcessing() { m_grayPick->Start(SourceImage()); }
 
 void YDCurvesWidget::StartWhiteProcessing() { m_whitePick->Start(SourceImage()); }
 
-void YDCurvesWidget::OnSourceChanged() { m_histogramFeed->OnSourceChanged(SourceImage()); }
+void YDCurvesWidget::OnSourceChanged()
+{
+    CancelPicks(); // a colour of the picture before says nothing about this one
+    m_histogramFeed->OnSourceChanged(SourceImage());
+}
 
 void YDCurvesWidget::OnChannelChanged(int channel)
 {
@@ -569,4 +572,10 @@ void YDCurvesWidget::EndPick(YDColorPick& pick, PickRule rule)
     }
     if (pick.EndAndAskForNext())
         pick.Start(SourceImage());
+}
+
+void YDCurvesWidget::CancelPicks()
+{
+    for (YDColorPick* const pick : {m_blackPick, m_grayPick, m_whitePick})
+        pick->Cancel();
 }

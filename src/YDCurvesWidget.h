@@ -156,6 +156,7 @@ private:
     void SetUpScene();
     void SetUpPickers();
     void Connect();
+    void CancelPicks();
     static RGBA32iImage Process(const CurvesData& data);
 
     std::size_t ShownChannel() const;

@@ -314,6 +314,7 @@ private slots:
     void PointsWithEqualXAfterAPickDoNoHarm();
     void APickWhileAnotherRunsFollowsIt();
     void ResetDropsTheRunningPick();
+    void AnotherPictureDropsTheRunningPick();
     void OnePickerIsCheckedAtATime();
     void OfSeveralPickersGrayComesFirstThenBlack_data();
     void OfSeveralPickersGrayComesFirstThenBlack();
@@ -1512,6 +1513,20 @@ void TestYDCurvesWidget::APickWhileAnotherRunsFollowsIt()
     QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[1], Points({{90, 0}, {255, 255}}), PatienceMs);
     QTest::qWait(QuietMs);
     QCOMPARE(data.count(), 2); // the first, and one for both that came meanwhile
+}
+
+void TestYDCurvesWidget::AnotherPictureDropsTheRunningPick()
+{
+    PickFixture f(TestPictures::Grey(300, 200, 50));
+    f.white->setChecked(true);
+    f.DragOnDocument({10, 10}, {200, 190});
+    f.DragOnDocument({10, 10}, {200, 190}); // pending
+    f.widget.SetImage(TestPictures::Grey(300, 200, 90), RGBA32iImage(), QPoint(), QRect());
+    QThreadPool::globalInstance()->waitForDone(); // what the tasks have posted is in the queue then
+    QCoreApplication::processEvents();
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
+    f.DragOnDocument({10, 10}, {200, 190});
+    QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[1], Points({{0, 0}, {90, 255}}), PatienceMs);
 }
 
 void TestYDCurvesWidget::ResetDropsTheRunningPick()
