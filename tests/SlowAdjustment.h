@@ -54,6 +54,7 @@ public:
         entry.apply = [](YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
                          const QPoint& offset, const QRect& boundingRect) {
             panel.ConvertImage(image, selection, offset, boundingRect);
+            return QString();
         };
         return entry;
     }

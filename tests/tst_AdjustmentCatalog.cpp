@@ -127,8 +127,10 @@ RGBA32iImage Applied(const AdjustmentEntry& entry, const AdjustmentSettings& set
     RGBA32iImage image = source.DeepCopy();
     const auto panel = entry.makeWidget(false, nullptr);
     settings.ShowIn(*panel);
-    entry.apply(*panel, image, RGBA32iImage(), QPoint(), QRect());
-    return image;
+    const QString problem = entry.apply(*panel, image, RGBA32iImage(), QPoint(), QRect());
+    if (!problem.isEmpty())
+        qCritical().noquote() << problem;
+    return problem.isEmpty() ? image : RGBA32iImage();
 }
 
 } // namespace

@@ -183,7 +183,9 @@ void TestAdjustmentSession::OkDeliversWhatThePanelApplies()
     panel->findChild<QSlider*>(QStringLiteral("m_pBrightnessSlider"))->setValue(35);
     panel->findChild<QSlider*>(QStringLiteral("m_pContrastSlider"))->setValue(-20);
     RGBA32iImage expected = picture.DeepCopy();
-    Brightness().apply(*panel, expected, mask.Coverage(), mask.Offset(), mask.BoundingRect());
+    const QString problem =
+        Brightness().apply(*panel, expected, mask.Coverage(), mask.Offset(), mask.BoundingRect());
+    QCOMPARE(problem, QString());
     QVERIFY(!TestPictures::AreEqual(expected, picture));
     QVERIFY(TestPictures::AreEqual(bench.accepted.first(), expected));
     QVERIFY2(TestPictures::AreEqual(picture, TestPictures::Noise(300, 200)), "the source stays as it is");

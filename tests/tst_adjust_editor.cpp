@@ -70,7 +70,7 @@ void TestAdjustEditor::RenderingWritesWhatThePanelApplies()
     const auto panel = entry.makeWidget(false, nullptr);
     settings->ShowIn(*panel);
     RGBA32iImage expected = TestPictures::Noise(300, 200);
-    entry.apply(*panel, expected, RGBA32iImage(), QPoint(), QRect());
+    QCOMPARE(entry.apply(*panel, expected, RGBA32iImage(), QPoint(), QRect()), QString());
     QVERIFY(TestPictures::AreEqual(ImageFromQImage(QImage(Path("out.png"))), expected));
 }
 

@@ -34,11 +34,11 @@ QString AdjustmentStep::TakePreset(const QString& path)
     return preset.error;
 }
 
-void AdjustmentStep::Apply(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                           const QRect& boundingRect)
+QString AdjustmentStep::Apply(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
+                              const QRect& boundingRect)
 {
     if (!m_panel)
         m_panel = m_entry->makeWidget(false, nullptr);
     m_settings->ShowIn(*m_panel); // again for each picture: some panels change with what they analyse
-    m_entry->apply(*m_panel, image, selection, offset, boundingRect);
+    return m_entry->apply(*m_panel, image, selection, offset, boundingRect);
 }

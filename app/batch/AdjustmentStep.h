@@ -25,9 +25,9 @@ public:
     const AdjustmentEntry& Entry() const { return *m_entry; }
     const AdjustmentSettings& Settings() const { return *m_settings; }
 
-    /// Applies the step to the picture, in place. GUI thread.
-    void Apply(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-               const QRect& boundingRect);
+    /// Applies the step to the picture, in place; an error text, empty for none. GUI thread.
+    [[nodiscard]] QString Apply(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
+                                const QRect& boundingRect);
 
 private:
     const AdjustmentEntry* m_entry = nullptr;

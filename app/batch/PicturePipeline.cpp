@@ -106,14 +106,23 @@ void PicturePipeline::OnRead(const PicturePointer& picture)
     if (!content.metadataError.isEmpty())
         Console::Complain(WholeFile::Error(
             picture->item.input, tr("note: some metadata cannot be read (%1)").arg(content.metadataError)));
-    Adjust(*picture);
+    if (const QString problem = Adjust(*picture); !problem.isEmpty()) {
+        Fail(WholeFile::Error(picture->item.input, problem));
+        End();
+        return;
+    }
     Queue(picture, &PicturePipeline::Write, &PicturePipeline::OnWritten);
 }
 
-void PicturePipeline::Adjust(Picture& picture)
+QString PicturePipeline::Adjust(Picture& picture)
 {
-    for (AdjustmentStep& step : m_steps)
-        step.Apply(picture.pixels, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect());
+    for (AdjustmentStep& step : m_steps) {
+        const QString problem =
+            step.Apply(picture.pixels, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect());
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return {};
 }
 
 void PicturePipeline::Write(Picture& picture) const

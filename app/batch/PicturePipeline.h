@@ -57,7 +57,7 @@ private:
     void StartNext();
     void Read(Picture& picture) const;
     void OnRead(const PicturePointer& picture);
-    void Adjust(Picture& picture);
+    [[nodiscard]] QString Adjust(Picture& picture);
     void Write(Picture& picture) const;
     void OnWritten(const PicturePointer& picture);
     void Fail(const QString& error);

@@ -37,14 +37,15 @@ std::unique_ptr<AdjustmentSettings> MakeSettings()
     return std::make_unique<Settings>();
 }
 
-void Convert(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
-             const QPoint& offset, const QRect& boundingRect)
+QString Convert(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
+                const QPoint& offset, const QRect& boundingRect)
 {
     panel.SetImage(image, selection, offset, boundingRect);
     panel.ConvertImage(image, selection, offset, boundingRect);
     // No event loop turned meanwhile, so no count of the image began that the caller would have to wait for
     // before it writes to it again; now none will.
     panel.SetImage({}, {}, {}, {});
+    return {};
 }
 
 /// An adjustment whose widget keeps a record and converts pictures.
@@ -128,8 +129,17 @@ const std::vector<AdjustmentEntry>& AdjustmentCatalog::Entries()
 
 QString AdjustmentCatalog::Title(AdjustmentGroup group)
 {
-    return group == AdjustmentGroup::Tone ? QCoreApplication::translate("AdjustmentCatalog", "Tone")
-                                          : QCoreApplication::translate("AdjustmentCatalog", "Color");
+    switch (group) {
+    case AdjustmentGroup::Tone:
+        return QCoreApplication::translate("AdjustmentCatalog", "Tone");
+    case AdjustmentGroup::Color:
+        return QCoreApplication::translate("AdjustmentCatalog", "Color");
+    case AdjustmentGroup::Fill:
+        return QCoreApplication::translate("AdjustmentCatalog", "Fill");
+    case AdjustmentGroup::Overlay:
+        break;
+    }
+    return QCoreApplication::translate("AdjustmentCatalog", "Overlay");
 }
 
 const AdjustmentEntry* AdjustmentCatalog::Find(const QString& name)

@@ -18,6 +18,8 @@ enum class AdjustmentGroup
 {
     Tone,
     Color,
+    Fill,
+    Overlay,
 };
 
 /// One adjustment: how it is called, and how its widget and its settings are made.
@@ -34,9 +36,10 @@ struct AdjustmentEntry
 
     /// Applies what a panel of the adjustment shows to `image`, in place, on the calling thread, limited by
     /// the selection as YDAdjustmentWidget::ConvertImage() has it. The image is handed to the widget first,
-    /// because some adjustments analyse it, and taken from it afterwards.
-    void (*apply)(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
-                  const QPoint& offset, const QRect& boundingRect);
+    /// because some adjustments analyse it, and taken from it afterwards. Empty when done; otherwise says,
+    /// for people, why it could not be, and the image is as it was.
+    QString (*apply)(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
+                     const QPoint& offset, const QRect& boundingRect);
 
     /// The dialog computes no preview and has no result: whoever shows it draws with `apply`.
     bool isHostDrawn = false;

@@ -193,17 +193,17 @@ void AdjustmentPanel::ApplyTo(const QPointer<Document>& document, RGBA32iImage c
 {
     if (!document)
         return;
+    QString problem = tr("There is too little memory for this picture.");
     if (!copy.IsEmpty()) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        Chosen().apply(*Widget(), copy, mask.Coverage(), mask.Offset(), mask.BoundingRect());
+        problem = Chosen().apply(*Widget(), copy, mask.Coverage(), mask.Offset(), mask.BoundingRect());
         QGuiApplication::restoreOverrideCursor();
     }
     EndApplying();
     disconnect(document, &QObject::destroyed, this, &AdjustmentPanel::EndApplying);
     document->SetLocked(false);
-    if (copy.IsEmpty()) {
-        Messages::ShowError(this, tr("The adjustment could not be computed."),
-                            tr("There is too little memory for this picture."));
+    if (!problem.isEmpty()) {
+        Messages::ShowError(this, tr("The adjustment could not be computed."), problem);
         return;
     }
     document->Commit(copy, Chosen().Title());

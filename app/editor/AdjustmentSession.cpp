@@ -172,8 +172,9 @@ void AdjustmentSession::Deliver()
         AwaitResult();
     } else {
         Reopen();
+        const QString why = m_overlay ? m_overlay->Error() : QString();
         Messages::ShowError(m_dialog, tr("The adjustment could not be computed."),
-                            tr("There may be too little memory for this picture."));
+                            why.isEmpty() ? tr("There may be too little memory for this picture.") : why);
     }
 }
 

@@ -54,8 +54,9 @@ void OverlayPreview::OnCopied(RGBA32iImage copy)
 {
     m_isCopying = false;
     m_delay.stop();
+    m_error.clear();
     if (!copy.IsEmpty())
-        m_entry.apply(m_widget, copy, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect());
-    m_result = copy;
+        m_error = m_entry.apply(m_widget, copy, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect());
+    m_result = m_error.isEmpty() ? copy : RGBA32iImage();
     emit Ready();
 }

@@ -31,7 +31,9 @@ public:
 
     /// Whether a newer result than Result() is still to come.
     bool IsBusy() const { return m_isCopying || m_delay.isActive(); }
+    /// Empty when the last settings cannot be drawn; Error() then says why, unless memory is short.
     RGBA32iImage Result() const { return m_result; }
+    QString Error() const { return m_error; }
 
 signals:
     /// Result() is new, and of the last settings.
@@ -46,6 +48,7 @@ private:
     RGBA32iImage m_picture;
     SelectionMask m_mask;
     RGBA32iImage m_result;
+    QString m_error;
     QTimer m_delay;
     bool m_isCopying = false;
 };
