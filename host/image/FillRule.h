@@ -1,0 +1,31 @@
+#pragma once
+
+#include "image/YDRGBA32i.h"
+
+/// The constant and the pixel form of KVFillTransformation: one colour laid over every pixel.
+///
+/// The same as YDBlend::YDSourceOver<0> at full opacity with a source that does not change, reckoned with
+/// smaller numbers: none exceeds 24 bits. All four channels are rounded to nearest, halves up.
+struct FillRule
+{
+    static constexpr const char* Kernel = "FillRow";
+    static constexpr unsigned Opaque = 255;
+
+    YDRGBA32i fill; ///< by its alpha
+
+    void operator()(YDRGBA32i& pixel) const
+    {
+        const unsigned over = fill.a * Opaque;
+        const unsigned under = pixel.a * (Opaque - fill.a);
+        const unsigned both = over + under;
+        if (both == 0)
+            return;
+        const auto mix = [=](unsigned above, unsigned below) {
+            return static_cast<quint8>((above * over + below * under + both / 2) / both);
+        };
+        pixel.b = mix(fill.b, pixel.b);
+        pixel.g = mix(fill.g, pixel.g);
+        pixel.r = mix(fill.r, pixel.r);
+        pixel.a = static_cast<quint8>((both + Opaque / 2) / Opaque);
+    }
+};
