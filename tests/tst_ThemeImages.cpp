@@ -50,7 +50,7 @@ void TestThemeImages::EveryImageIsThereInBothSizes_data()
 {
     QTest::addColumn<QString>("name");
     for (const char* name : {"picker_black", "picker_gray", "picker_white", "picker_cursor",
-                             "deletecurrentpath", "deletecurrentpath_disabled"})
+                             "deletecurrentpath", "deletecurrentpath_disabled", "text_settings"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
