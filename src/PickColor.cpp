@@ -5,10 +5,10 @@
 #include <QPointer>
 
 void PickColor(QWidget* owner, const QString& title, const QColor& color, const ColorTaker& accept,
-               const ColorTaker& preview)
+               const ColorTaker& preview, Qt::WindowFlags flags)
 {
     const QPointer<QWidget> alive(owner);
-    const QPointer<KVColorDialog> dialog = new KVColorDialog(owner);
+    const QPointer<KVColorDialog> dialog = new KVColorDialog(owner, flags);
     dialog->setWindowTitle(title);
     dialog->SetColor(color);
     const QColor before = dialog->GetColor(); // what `color` refers to may change or go

@@ -2,6 +2,8 @@
 
 #include "adjustmentgui_export.h"
 
+#include <Qt>
+
 #include <functional>
 
 class QColor;
@@ -11,7 +13,7 @@ class QWidget;
 using ColorTaker = std::function<void(const QColor&)>;
 
 /// Lets the user pick a colour in a modal dialog titled `title` that begins with `color`, and returns when it
-/// is closed.
+/// is closed. `flags` are the dialog's window flags where it shall be another kind of window.
 ///
 /// `accept` gets the dialog's colour if the user accepts it. `preview`, if there is one, gets every colour on
 /// the way, and `color` again if the user cancels. A panel whose picture follows the dialog hands in one
@@ -21,4 +23,5 @@ using ColorTaker = std::function<void(const QColor&)>;
 ///
 /// `owner` may be destroyed meanwhile; neither function is called then or later.
 ADJUSTMENTGUI_EXPORT void PickColor(QWidget* owner, const QString& title, const QColor& color,
-                                    const ColorTaker& accept, const ColorTaker& preview = {});
+                                    const ColorTaker& accept, const ColorTaker& preview = {},
+                                    Qt::WindowFlags flags = {});
