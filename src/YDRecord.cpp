@@ -3,22 +3,45 @@
 #include <QByteArray>
 #include <QColor>
 #include <QDebug>
+#include <QFont>
 #include <QIODevice>
+#include <QStringList>
 
+#include <algorithm>
 #include <limits>
 
 namespace {
 
-constexpr int ColorComponents = 5;  ///< of a colour in a stream, the padding among them
-constexpr quint32 BytesOfPoint = 8; ///< in a stream: two qint32
-constexpr quint32 MaxPoints = std::numeric_limits<int>::max() / sizeof(QPoint); ///< Qt's containers end there
+constexpr int ColorComponents = 5;                        ///< of a colour in a stream, the padding among them
+constexpr quint32 BytesOfPoint = 8;                       ///< in a stream: two qint32
+constexpr quint32 BytesOfText = 4;                        ///< in a stream: at least its length
+constexpr int LastWithoutFamilies = QDataStream::Qt_5_12; ///< of the stream versions
 
-/// Whether the stream can still give `count` points, as far as its device tells.
-bool MayHold(const QDataStream& stream, quint32 count)
+/// Whether the stream can still give `count` elements of at least `bytes` each, as far as its device tells.
+template <class Element>
+bool MayHold(const QDataStream& stream, quint32 count, quint32 bytes)
 {
+    constexpr quint32 Most = std::numeric_limits<int>::max() / sizeof(Element); // Qt's containers end there
     const QIODevice* const device = stream.device();
-    return device && count <= MaxPoints &&
-           (device->isSequential() || count <= device->bytesAvailable() / BytesOfPoint);
+    return device && count <= Most && (device->isSequential() || count <= device->bytesAvailable() / bytes);
+}
+
+/// Reads a count and as many elements; a list that fails holds what came.
+template <class List>
+void ReadList(QDataStream& stream, List& list, quint32 bytes)
+{
+    using Element = typename List::value_type;
+    list.clear();
+    quint32 count = 0;
+    stream >> count;
+    if (stream.status() == QDataStream::Ok && !MayHold<Element>(stream, count, bytes))
+        stream.setStatus(QDataStream::ReadPastEnd);
+    for (quint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
+        Element element;
+        stream >> element;
+        if (stream.status() == QDataStream::Ok)
+            list.append(element);
+    }
 }
 
 /// Whether the next bytes of the stream are `expected`; as many are read in any case.
@@ -59,17 +82,7 @@ YDRecord::FoundTag YDRecord::ReadTag(QDataStream& stream, std::string_view curre
 
 void YDRecord::ReadField(QDataStream& stream, QVector<QPoint>& points)
 {
-    points.clear();
-    quint32 count = 0;
-    stream >> count;
-    if (stream.status() == QDataStream::Ok && !MayHold(stream, count))
-        stream.setStatus(QDataStream::ReadPastEnd);
-    for (quint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
-        QPoint point;
-        stream >> point;
-        if (stream.status() == QDataStream::Ok)
-            points.append(point);
-    }
+    ReadList(stream, points, BytesOfPoint);
 }
 
 void YDRecord::ReadField(QDataStream& stream, QColor& color)
@@ -94,6 +107,20 @@ void YDRecord::ReadField(QDataStream& stream, QColor& color)
     }
     copy.device()->reset();
     copy >> color;
+}
+
+/// The families, which come last, are what the versions since differ in.
+void YDRecord::ReadField(QDataStream& stream, QFont& font)
+{
+    const int version = stream.version();
+    stream.setVersion(std::min(version, LastWithoutFamilies));
+    stream >> font;
+    stream.setVersion(version);
+    if (version <= LastWithoutFamilies)
+        return;
+    QStringList families;
+    ReadList(stream, families, BytesOfText);
+    font.setFamilies(families);
 }
 
 void YDRecord::LogReadFailure(const YDRecordName& name, int line)

@@ -13,6 +13,7 @@
 #include <utility>
 
 class QColor;
+class QFont;
 
 /// What every adjustment's parameter record does the same way.
 ///
@@ -89,6 +90,11 @@ ADJUSTMENTGUI_EXPORT void ReadField(QDataStream& stream, QVector<QPoint>& points
 /// A colour in the form of QDataStream's own operator, which takes a model that there is not as well, in a
 /// colour that nobody may copy. Such a one is read as black here, as Qt would draw it.
 ADJUSTMENTGUI_EXPORT void ReadField(QDataStream& stream, QColor& color);
+
+/// A font in the form of QDataStream's own operator, but for its list of families: a count that the device
+/// cannot hold fails with ReadPastEnd before anything is allocated, as in a list of points. Its numbers are
+/// as they came, and a size may be infinite or none.
+ADJUSTMENTGUI_EXPORT void ReadField(QDataStream& stream, QFont& font);
 
 template <class Element, std::size_t Size>
 void WriteField(QDataStream& stream, const std::array<Element, Size>& fields)
