@@ -1,8 +1,8 @@
 #include "MixThroughSelection.h"
 
-#include "YDSelectionArea.h"
 #include "YDTileRunner.h"
 #include "image/YDBlend.h"
+#include "image/YDSelectionArea.h"
 
 #include <algorithm>
 #include <array>
@@ -37,12 +37,13 @@ void MixPiece(const YDBlend::YDSourceOver<0>& over, const YDRGBA32i* adjusted, Y
 void MixThroughSelection(const YDAdjustmentJob& job, const RGBA32iImage& adjusted, int opacity)
 {
     const YDBlend::YDSourceOver<0> over{opacity};
-    const YDSelectionArea selected(job);
+    const YDSelectionArea selected(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect);
     YDRowQueue rows(0, selected.Height(), job.abort);
     YDTileRunner::RunMemoryBoundTasks([&] {
         for (int row = 0; rows.Take(row);)
             for (int x = 0; x < selected.Width(); x += PiecePixels)
                 MixPiece(over, selected.RowOf(adjusted, row) + x, selected.RowOf(job.image, row) + x,
-                         selected.MaskRow(job, row) + x, std::min(PiecePixels, selected.Width() - x));
+                         selected.MaskRow(job.selection, row) + x,
+                         std::min(PiecePixels, selected.Width() - x));
     });
 }

@@ -1,10 +1,10 @@
 #include "YDTileRunner.h"
 
-#include "YDSelectionArea.h"
 #include "YDVectorRoutine.h"
 #include "image/BaseTransformation.h"
 #include "image/PoolTasks.h"
 #include "image/YDBlend.h"
+#include "image/YDSelectionArea.h"
 
 #include <thread>
 
@@ -31,7 +31,7 @@ RGBA32iImage YDTileRunner::Run(const YDAdjustmentJob& job)
 
 void YDTileRunner::RunOnSelection(const YDAdjustmentJob& job)
 {
-    const YDSelectionArea selected(job);
+    const YDSelectionArea selected(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect);
     const QRect& area = selected.Covered();
     SetRange(static_cast<unsigned>(area.height()) + static_cast<unsigned>(selected.Height()));
     if (area.isEmpty())
@@ -75,7 +75,7 @@ void YDTileRunner::Blend(const RGBA32iImage& adjusted, const YDAdjustmentJob& jo
     RunMemoryBoundTasks([&] {
         for (int row = 0; rows.Take(row);) {
             YDBlend::YDSourceBySelection::ProcessRow(adjusted.Row(row), selected.RowOf(job.image, row),
-                                                     selected.MaskRow(job, row), selected.Width());
+                                                     selected.MaskRow(job.selection, row), selected.Width());
             IncrementProgress();
         }
     });

@@ -1,16 +1,18 @@
 #pragma once
 
-#include "YDAdjustmentJob.h"
+#include "image/KVImage.h"
 
 #include <QPoint>
 #include <QRect>
 
-/// Where a job's selection lies: in its picture, and in its mask.
+/// Where a selection lies: in its picture, and in its mask.
 class YDSelectionArea
 {
 public:
-    /// For a job whose bounding rectangle is not empty.
-    explicit YDSelectionArea(const YDAdjustmentJob& job);
+    /// `bounds`, which is not empty, is a part of the mask, whose origin lies at `offset` in the picture. Any
+    /// of them may reach beyond the picture and the mask.
+    YDSelectionArea(const RGBA32iImage& picture, const RGBA32iImage& mask, const QPoint& offset,
+                    const QRect& bounds);
 
     /// The part of the picture that the moved bounding rectangle covers; empty if it misses the picture.
     const QRect& Covered() const { return m_covered; }
@@ -19,15 +21,15 @@ public:
     int Width() const { return m_width; }
     int Height() const { return m_height; }
 
-    /// The first pixel of row `row`, 0 at the top of the covered part, in a picture of the size of the job's,
-    /// and in the job's mask.
+    /// The first pixel of row `row`, 0 at the top of the covered part, in a picture of the same size, and in
+    /// the mask.
     YDRGBA32i* RowOf(const RGBA32iImage& picture, int row) const
     {
         return picture.Row(m_covered.top() + row) + m_covered.left();
     }
-    const YDRGBA32i* MaskRow(const YDAdjustmentJob& job, int row) const
+    const YDRGBA32i* MaskRow(const RGBA32iImage& mask, int row) const
     {
-        return job.selection.Row(m_mask.y() + row) + m_mask.x();
+        return mask.Row(m_mask.y() + row) + m_mask.x();
     }
 
 private:

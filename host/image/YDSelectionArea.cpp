@@ -1,4 +1,4 @@
-#include "YDSelectionArea.h"
+#include "image/YDSelectionArea.h"
 
 #include <algorithm>
 
@@ -42,16 +42,16 @@ struct WideRect
 
 } // namespace
 
-YDSelectionArea::YDSelectionArea(const YDAdjustmentJob& job)
+YDSelectionArea::YDSelectionArea(const RGBA32iImage& picture, const RGBA32iImage& mask, const QPoint& offset,
+                                 const QRect& bounds)
 {
-    const WideRect bounds(job.selectionBoundingRect);
-    const qint64 dx = job.selectionOffset.x();
-    const qint64 dy = job.selectionOffset.y();
-    m_covered = bounds.MovedBy(dx, dy).ClippedTo(job.image);
+    const WideRect area(bounds);
+    const qint64 dx = offset.x();
+    const qint64 dy = offset.y();
+    m_covered = area.MovedBy(dx, dy).ClippedTo(picture);
     // Where the selection begins left of or above the picture, the mask is read from further inside.
-    const QRect mask =
-        bounds.MovedBy(std::max<qint64>(-dx, 0), std::max<qint64>(-dy, 0)).ClippedTo(job.selection);
-    m_mask = mask.topLeft();
-    m_width = std::min(m_covered.width(), mask.width());
-    m_height = std::min(m_covered.height(), mask.height());
+    const QRect read = area.MovedBy(std::max<qint64>(-dx, 0), std::max<qint64>(-dy, 0)).ClippedTo(mask);
+    m_mask = read.topLeft();
+    m_width = std::min(m_covered.width(), read.width());
+    m_height = std::min(m_covered.height(), read.height());
 }
