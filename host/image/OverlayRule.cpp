@@ -1,0 +1,29 @@
+#include "image/OverlayRule.h"
+
+namespace {
+
+KVCompositionMode ModeOf(int number)
+{
+    const auto first = int(KVCompositionMode::Addition);
+    const auto last = int(KVCompositionMode::Exclusion);
+    return number >= first && number <= last ? KVCompositionMode(number) : KVCompositionMode::Normal;
+}
+
+} // namespace
+
+OverlayRule::OverlayRule(int modeNumber, double opacity)
+    : mode(ModeOf(modeNumber)), weight(opacity > 0.0 ? float(std::min(opacity, 1.0)) / White : 0.0f)
+{}
+
+void OverlayRule::operator()(const YDRGBA32i& over, YDRGBA32i& under) const
+{
+    WithMode(mode, [&](auto which) { Lay<which()>(over, under, weight); });
+}
+
+void OverlayRule::ProcessRow(const YDRGBA32i* over, YDRGBA32i* under, int count) const
+{
+    WithMode(mode, [&](auto which) {
+        for (int x = 0; x < count; ++x)
+            Lay<which()>(over[x], under[x], weight);
+    });
+}

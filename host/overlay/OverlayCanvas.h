@@ -1,0 +1,47 @@
+#pragma once
+
+#include "image/KVImage.h"
+#include "image/YDSelectionArea.h"
+
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+
+#include <functional>
+#include <optional>
+
+struct OverlayRule;
+
+/// A picture that is drawn on, in place, and the selection that limits this.
+class OverlayCanvas
+{
+public:
+    /// The coverage `selection` lies at `offset` in the picture, and `bounds` is the part of it that counts;
+    /// empty bounds mean that the whole picture is selected.
+    OverlayCanvas(const RGBA32iImage& picture, const RGBA32iImage& selection, const QPoint& offset,
+                  const QRect& bounds);
+
+    QSize Size() const { return {m_picture.Width(), m_picture.Height()}; }
+
+    /// The part of the picture that can change.
+    const QRect& Reach() const { return m_reach; }
+
+    /// The longest piece of a row that is asked for at once.
+    static constexpr int PiecePixels = 1024;
+
+    /// The overlay's pixels above the `count` pixels of row `y` from column `x` on, put into `buffer` or kept
+    /// elsewhere; null where there are none. Called from several threads at once.
+    using Source = std::function<const YDRGBA32i*(int x, int y, int count, YDRGBA32i buffer[PiecePixels])>;
+
+    /// Lays an overlay onto the part of `area` that can change, on all cores, and blends the result through
+    /// the selection as YDBlend::YDSourceBySelection does.
+    void Lay(const Source& source, const QRect& area, const OverlayRule& rule) const;
+
+private:
+    void LayPiece(const YDRGBA32i* over, int x, int y, int count, const OverlayRule& rule) const;
+
+    RGBA32iImage m_picture;
+    RGBA32iImage m_mask;
+    std::optional<YDSelectionArea> m_selected; ///< none: the whole picture is
+    QRect m_reach;
+};
