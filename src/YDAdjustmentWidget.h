@@ -111,6 +111,8 @@ public:
     /// While cancelled, no job starts.
     void SetCancelProcessing(bool cancel);
     bool IsCancelProcessing() const { return m_cancelled; }
+    /// Whether a background job runs.
+    bool IsProcessing() const { return m_processing; }
 
 public slots:
     void OnReset();
