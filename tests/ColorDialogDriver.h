@@ -53,18 +53,19 @@ inline QRgb SwatchOf(const QPushButton& button)
 }
 
 /// The rows that every panel with a live preview is tested by: what is picked, how the dialog ends, how often
-/// a change is announced on the way and after it.
-inline void AddRows(const QColor& first, const QColor& second)
+/// a change is announced on the way and after it. `afterAccepting` is 1 for a panel that announces every
+/// colour that is accepted, even one that it shows already.
+inline void AddRows(const QColor& first, const QColor& second, int afterAccepting = 0)
 {
     QTest::addColumn<Colors>("picks");
     QTest::addColumn<bool>("isAccepted");
     QTest::addColumn<int>("before");
     QTest::addColumn<int>("after");
-    QTest::newRow("accept changed") << Colors{first, second} << true << 2 << 0;
-    QTest::newRow("accept unchanged") << Colors{} << true << 0 << 0;
+    QTest::newRow("accept changed") << Colors{first, second} << true << 2 << afterAccepting;
+    QTest::newRow("accept unchanged") << Colors{} << true << 0 << afterAccepting;
     QTest::newRow("cancel changed") << Colors{first, second} << false << 2 << 1;
     QTest::newRow("cancel unchanged") << Colors{} << false << 0 << 0;
-    QTest::newRow("the same colour twice") << Colors{first, first} << true << 1 << 0;
+    QTest::newRow("the same colour twice") << Colors{first, first} << true << 1 << afterAccepting;
 }
 
 } // namespace ColorDialogDriver

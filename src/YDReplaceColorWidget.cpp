@@ -1,0 +1,182 @@
+#include "YDReplaceColorWidget.h"
+
+#include "ColorAtOpacity.h"
+#include "IsSameColor.h"
+#include "PickColor.h"
+#include "ShowSwatch.h"
+#include "image/YDFloodFillHelper.h"
+#include "ui_ReplaceColor.h"
+
+#include <array>
+
+namespace {
+
+/// A text for each PositionType, in the order of their values.
+constexpr std::array<const char*, 4> PositionTexts{
+    QT_TRANSLATE_NOOP("YDReplaceColorWidget", "Left top"),
+    QT_TRANSLATE_NOOP("YDReplaceColorWidget", "Right top"),
+    QT_TRANSLATE_NOOP("YDReplaceColorWidget", "Left bottom"),
+    QT_TRANSLATE_NOOP("YDReplaceColorWidget", "Right bottom"),
+};
+
+} // namespace
+
+bool YDReplaceColorWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
+
+bool YDReplaceColorWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
+
+QDataStream& operator<<(QDataStream& stream, const YDReplaceColorWidget::Params& params)
+{
+    return YDRecord::Insert(stream, params, YDRecordNames::ReplaceColor, __LINE__);
+}
+
+QDataStream& operator>>(QDataStream& stream, YDReplaceColorWidget::Params& params)
+{
+    return YDRecord::Extract(stream, params, YDRecordNames::ReplaceColor, __LINE__);
+}
+
+YDReplaceColorWidget::YDReplaceColorWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
+    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::ReplaceColor>())
+{
+    m_ui->setupUi(GetUIContent());
+    FillSourcePositions();
+    SetValue(m_params);
+    AnnounceChange(&YDReplaceColorWidget::ValueChanged);
+}
+
+YDReplaceColorWidget::~YDReplaceColorWidget() = default;
+
+void YDReplaceColorWidget::SetValue(const Params& params)
+{
+    Disconnect();
+    m_params = params;
+    m_ui->m_pSourceTolerance->setValue(params.tolerance);
+    m_ui->m_pPositionType->setCurrentIndex(GetPositionIndex(PositionType(params.position)));
+    SetDestinationColor(params.color);
+    m_ui->m_pDestinationOpacity->setValue(params.opacity);
+    Connect();
+}
+
+int YDReplaceColorWidget::GetPositionIndex(PositionType type) const
+{
+    return m_ui->m_pPositionType->findData(int(type));
+}
+
+YDReplaceColorWidget::PositionType YDReplaceColorWidget::GetPositionType(int index) const
+{
+    const bool isItem = index >= 0 && index < m_ui->m_pPositionType->count();
+    return isItem ? PositionType(m_ui->m_pPositionType->itemData(index).toInt()) : LeftTop;
+}
+
+void YDReplaceColorWidget::Reset()
+{
+    SetValue(Params());
+    AnnounceChange(&YDReplaceColorWidget::ValueChanged);
+}
+
+void YDReplaceColorWidget::StartJobWatching(JobWatcher* watcher)
+{
+    Launch(watcher, &Process,
+           RCData{MakePreviewJob(), ColorAtOpacity(m_params.color, m_params.opacity), StartPoint(),
+                  m_params.tolerance});
+}
+
+void YDReplaceColorWidget::OnSourceToleranceChanged(int tolerance)
+{
+    m_params.tolerance = tolerance;
+    AnnounceChange(&YDReplaceColorWidget::ValueChanged);
+}
+
+void YDReplaceColorWidget::OnSourcePosTypeChanged(int index)
+{
+    m_params.position = GetPositionType(index);
+    AnnounceChange(&YDReplaceColorWidget::ValueChanged);
+}
+
+void YDReplaceColorWidget::OnDestinationOpacityChanged(int opacity)
+{
+    m_params.opacity = opacity;
+    AnnounceChange(&YDReplaceColorWidget::ValueChanged);
+}
+
+/// An accepted colour is announced even where it is the one that is shown already.
+void YDReplaceColorWidget::OnDestinationColor()
+{
+    const auto accept = [this](const QColor& color) {
+        SetDestinationColor(color);
+        AnnounceChange(&YDReplaceColorWidget::ValueChanged);
+    };
+    const auto preview = [this](const QColor& color) { OnCurrentColorChanged(color); };
+    PickColor(this, tr("Select replacement color"), m_params.color, accept, preview);
+}
+
+void YDReplaceColorWidget::OnCurrentColorChanged(const QColor& color)
+{
+    if (IsSameColor(color, m_params.color))
+        return;
+    SetDestinationColor(color);
+    AnnounceChange(&YDReplaceColorWidget::ValueChanged);
+}
+
+void YDReplaceColorWidget::SetDestinationColor(const QColor& color)
+{
+    m_params.color = color;
+    ShowSwatch(m_ui->m_pSelectDestinationColor, color);
+}
+
+void YDReplaceColorWidget::FillSourcePositions()
+{
+    m_ui->m_pPositionType->clear();
+    int type = LeftTop;
+    for (const char* const text : PositionTexts)
+        m_ui->m_pPositionType->addItem(QIcon(), tr(text), type++);
+}
+
+void YDReplaceColorWidget::Connect()
+{
+    connect(m_ui->m_pSourceTolerance, &QSlider::valueChanged, this,
+            &YDReplaceColorWidget::OnSourceToleranceChanged);
+    connect(m_ui->m_pPositionType, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &YDReplaceColorWidget::OnSourcePosTypeChanged);
+    connect(m_ui->m_pSelectDestinationColor, &QPushButton::clicked, this,
+            &YDReplaceColorWidget::OnDestinationColor);
+    connect(m_ui->m_pDestinationOpacity, &QSlider::valueChanged, this,
+            &YDReplaceColorWidget::OnDestinationOpacityChanged);
+}
+
+void YDReplaceColorWidget::Disconnect()
+{
+    disconnect(m_ui->m_pSourceTolerance, &QSlider::valueChanged, this,
+               &YDReplaceColorWidget::OnSourceToleranceChanged);
+    disconnect(m_ui->m_pPositionType, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+               &YDReplaceColorWidget::OnSourcePosTypeChanged);
+    disconnect(m_ui->m_pSelectDestinationColor, &QPushButton::clicked, this,
+               &YDReplaceColorWidget::OnDestinationColor);
+    disconnect(m_ui->m_pDestinationOpacity, &QSlider::valueChanged, this,
+               &YDReplaceColorWidget::OnDestinationOpacityChanged);
+}
+
+QPoint YDReplaceColorWidget::StartPoint() const
+{
+    const QRect picture(0, 0, SourceImage().Width(), SourceImage().Height());
+    switch (m_params.position) {
+    case RightTop:
+        return picture.topRight();
+    case LeftBottom:
+        return picture.bottomLeft();
+    case RightBottom:
+        return picture.bottomRight();
+    default:
+        return picture.topLeft();
+    }
+}
+
+RGBA32iImage YDReplaceColorWidget::Process(const RCData& data)
+{
+    const auto tolerance = quint8(qBound(0, data.tolerance, 255)); // a stored one may be any
+    const YDRGBA32i everyChannel(tolerance, tolerance, tolerance, tolerance);
+    RGBA32iImage image = data.image;
+    // Where there is no memory for the fill, the picture stays as it is.
+    (void)YDFloodFillHelper::FloodFill(image, data.start, everyChannel, data.color, nullptr);
+    return image;
+}
