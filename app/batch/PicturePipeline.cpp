@@ -5,6 +5,9 @@
 #include "image/PoolTasks.h"
 
 #include <QEventLoop>
+#include <QScopedValueRollback>
+
+#include <utility>
 
 PicturePipeline::PicturePipeline(std::vector<AdjustmentStep>& steps, const SelectionMask& mask,
                                  const Options& options)
@@ -61,15 +64,22 @@ void PicturePipeline::Queue(const PicturePointer& picture, Work work, Next next)
         &m_pool);
 }
 
+std::vector<PicturePipeline::Handed> PicturePipeline::TakeHanded()
+{
+    const std::lock_guard<std::mutex> lock(m_handedMutex);
+    return std::exchange(m_handed, {});
+}
+
+/// Some adjustments run an event loop. What is handed back meanwhile waits until the picture that is being
+/// adjusted is done: there is one widget for each step.
 void PicturePipeline::OnHandedBack()
 {
-    std::vector<Handed> handed;
-    {
-        const std::lock_guard<std::mutex> lock(m_handedMutex);
-        handed.swap(m_handed);
-    }
-    for (const Handed& each : handed)
-        (this->*each.next)(each.picture);
+    if (m_isTaking)
+        return;
+    const QScopedValueRollback<bool> taking(m_isTaking, true);
+    for (auto handed = TakeHanded(); !handed.empty(); handed = TakeHanded())
+        for (const Handed& each : handed)
+            (this->*each.next)(each.picture);
 }
 
 void PicturePipeline::Read(Picture& picture) const
@@ -106,8 +116,10 @@ void PicturePipeline::OnRead(const PicturePointer& picture)
     if (!content.metadataError.isEmpty())
         Console::Complain(WholeFile::Error(
             picture->item.input, tr("note: some metadata cannot be read (%1)").arg(content.metadataError)));
-    if (const QString problem = Adjust(*picture); !problem.isEmpty()) {
-        Fail(WholeFile::Error(picture->item.input, problem));
+    const QString problem = Adjust(*picture);
+    if (m_stopped || !problem.isEmpty()) {
+        if (!m_stopped)
+            Fail(WholeFile::Error(picture->item.input, problem));
         End();
         return;
     }
@@ -117,6 +129,8 @@ void PicturePipeline::OnRead(const PicturePointer& picture)
 QString PicturePipeline::Adjust(Picture& picture)
 {
     for (AdjustmentStep& step : m_steps) {
+        if (m_stopped)
+            break;
         const QString problem =
             step.Apply(picture.pixels, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect());
         if (!problem.isEmpty())

@@ -75,6 +75,7 @@ private:
         PicturePointer picture;
         Next next;
     };
+    std::vector<Handed> TakeHanded();
 
     std::vector<AdjustmentStep>& m_steps;
     const SelectionMask& m_mask;
@@ -85,6 +86,7 @@ private:
     int m_failed = 0;
     int m_underWay = 0;
     bool m_stopped = false;
+    bool m_isTaking = false; ///< those that were handed back, one after the other
     std::mutex m_handedMutex;
     std::vector<Handed> m_handed; ///< guarded by m_handedMutex
     QThreadPool m_pool;           ///< the last member: its threads use the others

@@ -193,12 +193,19 @@ void AdjustmentPanel::ApplyTo(const QPointer<Document>& document, RGBA32iImage c
 {
     if (!document)
         return;
+    const QPointer<AdjustmentPanel> self(this);
+    const QString title = Chosen().Title();
     QString problem = tr("There is too little memory for this picture.");
     if (!copy.IsEmpty()) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         problem = Chosen().apply(*Widget(), copy, mask.Coverage(), mask.Offset(), mask.BoundingRect());
         QGuiApplication::restoreOverrideCursor();
     }
+    // Some adjustments run an event loop, in which panel and document may have gone.
+    if (!self && document)
+        document->SetLocked(false);
+    if (!self || !document)
+        return;
     EndApplying();
     disconnect(document, &QObject::destroyed, this, &AdjustmentPanel::EndApplying);
     document->SetLocked(false);
@@ -206,7 +213,7 @@ void AdjustmentPanel::ApplyTo(const QPointer<Document>& document, RGBA32iImage c
         Messages::ShowError(this, tr("The adjustment could not be computed."), problem);
         return;
     }
-    document->Commit(copy, Chosen().Title());
+    document->Commit(copy, title);
     emit Applied();
 }
 
