@@ -110,6 +110,8 @@ const std::vector<Neutral>& NeutralSettings()
         {"temperature", {R"({"strength": 0})", "{}", R"({"strength": 0, "temperature": 2000, "tint": 40})"}},
         {"white-balance", {R"({"autoStrength": 0})", R"({"autoStrength": 0, "enhanced": true})"}},
         {"color-enhancer", {R"({"amount": 0})"}},
+        {"replace-color", {R"({"opacity": 0})", R"({"opacity": 0, "tolerance": 255, "position": 3})"}},
+        {"fill-color", {R"({"opacity": 0})"}},
     };
     return all;
 }

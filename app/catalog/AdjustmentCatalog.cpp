@@ -1,5 +1,6 @@
 #include "catalog/AdjustmentCatalog.h"
 
+#include "KVFillColorWidget.h"
 #include "YDBlackAndWhiteWidget.h"
 #include "YDBrightnessContrastWidget.h"
 #include "YDColorBalanceWidget.h"
@@ -9,10 +10,12 @@
 #include "YDHueSaturationWidget.h"
 #include "YDLevelsWidget.h"
 #include "YDPhotoFilterWidget.h"
+#include "YDReplaceColorWidget.h"
 #include "YDTemperatureWidget.h"
 #include "YDThresholdWidget.h"
 #include "YDTintWidget.h"
 #include "YDWBWidget.h"
+#include "catalog/ApplyThroughDialog.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"
 #include "catalog/PosterizeFields.h"
@@ -48,12 +51,33 @@ QString Convert(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iIma
     return {};
 }
 
+/// What a dialog with the panel's settings makes of the picture.
+template <class Widget>
+QString TakePreview(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
+                    const QPoint& offset, const QRect& boundingRect)
+{
+    RecordSettings<Widget> settings;
+    settings.TakeFrom(panel);
+    const auto dialog = MakeWidget<Widget>(true, nullptr);
+    settings.ShowIn(*dialog);
+    return ApplyThroughDialog(*dialog, image, selection, offset, boundingRect);
+}
+
 /// An adjustment whose widget keeps a record and converts pictures.
 template <class Widget>
 AdjustmentEntry RecordEntry(const char* name, const char* title)
 {
     return {QString::fromLatin1(name), title, MakeWidget<Widget>, MakeSettings<RecordSettings<Widget>>,
             Convert};
+}
+
+/// An adjustment whose widget keeps a record, and changes pixels in the preview of its dialog alone.
+template <class Widget>
+AdjustmentEntry PreviewEntry(const char* name, const char* title)
+{
+    AdjustmentEntry entry = RecordEntry<Widget>(name, title);
+    entry.apply = TakePreview<Widget>;
+    return entry;
 }
 
 /// An adjustment whose widget keeps its values in the controls, as `Fields` lists them, and converts
@@ -103,6 +127,15 @@ std::vector<AdjustmentEntry> ColorEntries()
     };
 }
 
+std::vector<AdjustmentEntry> FillEntries()
+{
+    return {
+        PreviewEntry<YDReplaceColorWidget>("replace-color",
+                                           QT_TRANSLATE_NOOP("AdjustmentCatalog", "Replace Color")),
+        PreviewEntry<KVFillColorWidget>("fill-color", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Fill Color")),
+    };
+}
+
 std::vector<AdjustmentEntry> MakeEntries()
 {
     std::vector<AdjustmentEntry> all;
@@ -114,6 +147,7 @@ std::vector<AdjustmentEntry> MakeEntries()
     };
     append(AdjustmentGroup::Tone, ToneEntries());
     append(AdjustmentGroup::Color, ColorEntries());
+    append(AdjustmentGroup::Fill, FillEntries());
     return all;
 }
 
