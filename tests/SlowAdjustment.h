@@ -59,6 +59,28 @@ public:
         return entry;
     }
 
+    /// The same as one that the host draws, which takes as long. A negative grey cannot be drawn.
+    static AdjustmentEntry HostDrawnEntry()
+    {
+        AdjustmentEntry entry = Entry();
+        entry.makeWidget = [](bool, QWidget* parent) -> std::unique_ptr<YDAdjustmentWidget> {
+            return std::make_unique<SlowAdjustment>(false, parent);
+        };
+        entry.makeDrawing = [](const YDAdjustmentWidget& panel) -> AdjustmentEntry::Drawing {
+            return [grey = static_cast<const SlowAdjustment&>(panel).m_grey](
+                       const RGBA32iImage& image, const RGBA32iImage&, const QPoint&, const QRect&) {
+                ++jobsBegun;
+                while (!mayEnd)
+                    QThread::yieldCurrentThread();
+                if (grey >= 0)
+                    Fill(image, grey);
+                ++jobsEnded;
+                return grey >= 0 ? QString() : QStringLiteral("/some/where: there is no such grey");
+            };
+        };
+        return entry;
+    }
+
 private:
     struct Data : YDAdjustmentJob
     {

@@ -14,6 +14,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSlider>
@@ -120,8 +122,13 @@ private slots:
     void DestroyingTheViewIsHarmless();
     void DestroyingTheWindowDuringAJobIsHarmless();
     void TheDialogsToggleFollowsTheView();
-    void AHostDrawnAdjustmentIsDrawnByItsApply();
+    void AHostDrawnAdjustmentIsFramedByTheDialog();
+    void AHostDrawnAdjustmentIsPreviewed();
+    void TheGuiThreadDoesNotWaitForADrawing();
     void AHostDrawnAdjustmentDeliversTheLastChange();
+    void WhatCannotBeDrawnIsSaidInTheDialog();
+    void OkOnWhatCannotBeDrawnLeavesTheDialogOpen();
+    void CancelDuringADrawingDeliversNothing();
     void AnAdjustmentLocksItsDocument();
     void ClosingTheDocumentDuringAJobIsHarmless();
 };
@@ -411,27 +418,103 @@ void TestAdjustmentSession::TheDialogsToggleFollowsTheView()
     QVERIFY(!bench.view.IsSplitterHidden());
 }
 
-void TestAdjustmentSession::AHostDrawnAdjustmentIsDrawnByItsApply()
+void TestAdjustmentSession::AHostDrawnAdjustmentIsFramedByTheDialog()
 {
-    AdjustmentEntry entry = SlowAdjustment::Entry();
-    entry.isHostDrawn = true;
-    Bench bench(entry);
-    QTRY_COMPARE_WITH_TIMEOUT(bench.PreviewGrey(), 0, PatienceMs);
+    Bench bench(SlowAdjustment::HostDrawnEntry());
     bench.Slow().SetGrey(70);
+    bench.Button(QDialogButtonBox::Reset)->click();
+    QTRY_COMPARE_WITH_TIMEOUT(bench.PreviewGrey(), 0, PatienceMs);
+    auto* const toggle = bench.Dialog().findChild<QCheckBox*>(QStringLiteral("m_pPreviewSlider"));
+    QVERIFY(toggle);
+    QSignalSpy hidings(&bench.view, &KVDocumentView::SplitterHiddenChanged);
+    toggle->click();
+    QCOMPARE(hidings, (QList<QList<QVariant>>{{true}}));
+    bench.view.HideSplitter(false);
+    QVERIFY(!toggle->isChecked());
+    bench.Button(QDialogButtonBox::Cancel)->click();
+    QCOMPARE(bench.rejected, 1);
+    QVERIFY(!bench.Dialog().isVisible());
+}
+
+void TestAdjustmentSession::AHostDrawnAdjustmentIsPreviewed()
+{
+    Bench bench(SlowAdjustment::HostDrawnEntry());
+    QTRY_COMPARE_WITH_TIMEOUT(bench.PreviewGrey(), 0, PatienceMs);
+    for (int grey = 1; grey <= 70; ++grey)
+        bench.Slow().SetGrey(grey);
     QTRY_COMPARE_WITH_TIMEOUT(bench.PreviewGrey(), 70, PatienceMs);
-    QCOMPARE(SlowAdjustment::jobsBegun.load(), 0);
+    QCOMPARE(SlowAdjustment::jobsBegun.load(), 2); // a burst of changes is drawn once
+}
+
+void TestAdjustmentSession::TheGuiThreadDoesNotWaitForADrawing()
+{
+    SlowAdjustment::mayEnd = false;
+    Bench bench(SlowAdjustment::HostDrawnEntry());
+    QSignalSpy previews(bench.session, &AdjustmentSession::PreviewReady);
+    QTRY_COMPARE_WITH_TIMEOUT(SlowAdjustment::jobsBegun.load(), 1, PatienceMs);
+    bench.Slow().SetGrey(70);
+    bench.session->Restart();
+    QCOMPARE(SlowAdjustment::jobsBegun.load(), 1);
+    SlowAdjustment::mayEnd = true;
+    QTRY_COMPARE_WITH_TIMEOUT(bench.PreviewGrey(), 70, PatienceMs);
+    QCOMPARE(previews.size(), 1); // what was drawn of former settings is not shown
 }
 
 void TestAdjustmentSession::AHostDrawnAdjustmentDeliversTheLastChange()
 {
-    AdjustmentEntry entry = SlowAdjustment::Entry();
-    entry.isHostDrawn = true;
-    Bench bench(entry);
+    Bench bench(SlowAdjustment::HostDrawnEntry());
     bench.Slow().SetGrey(71);
     bench.PressOk();
     QTRY_COMPARE_WITH_TIMEOUT(bench.accepted.size(), 1, PatienceMs);
     QCOMPARE(int(bench.accepted.first().Row(0)[0].g), 71);
     QTRY_VERIFY_WITH_TIMEOUT(!bench.session, PatienceMs);
+}
+
+void TestAdjustmentSession::WhatCannotBeDrawnIsSaidInTheDialog()
+{
+    Bench bench(SlowAdjustment::HostDrawnEntry());
+    const auto* const problem = bench.Dialog().findChild<QLabel*>(QStringLiteral("Problem"));
+    QVERIFY(problem->isHidden());
+    bench.Slow().SetGrey(-1);
+    QTRY_VERIFY_WITH_TIMEOUT(problem->isVisible(), PatienceMs);
+    QVERIFY(problem->text().endsWith(QStringLiteral("where: there is no such grey")));
+    QVERIFY(bench.view.Preview().IsEmpty());
+    QVERIFY(!bench.Dialog().findChild<QMessageBox*>());
+    bench.Slow().SetGrey(3);
+    QTRY_COMPARE_WITH_TIMEOUT(bench.PreviewGrey(), 3, PatienceMs);
+    QVERIFY(problem->isHidden());
+}
+
+void TestAdjustmentSession::OkOnWhatCannotBeDrawnLeavesTheDialogOpen()
+{
+    Bench bench(SlowAdjustment::HostDrawnEntry());
+    bench.Slow().SetGrey(-1);
+    bench.PressOk();
+    QTRY_COMPARE_WITH_TIMEOUT(bench.Dialog().findChildren<QMessageBox*>().size(), 1, PatienceMs);
+    auto* const box = bench.Dialog().findChild<QMessageBox*>();
+    QCOMPARE(box->informativeText(), QStringLiteral("/some/where: there is no such grey"));
+    QVERIFY(bench.accepted.isEmpty());
+    QVERIFY(bench.session->IsOpen());
+    box->close();
+    bench.Slow().SetGrey(3);
+    QVERIFY(bench.Button(QDialogButtonBox::Ok)->isEnabled());
+    bench.PressOk();
+    QTRY_COMPARE_WITH_TIMEOUT(bench.accepted.size(), 1, PatienceMs);
+    QCOMPARE(int(bench.accepted.first().Row(0)[0].g), 3);
+}
+
+void TestAdjustmentSession::CancelDuringADrawingDeliversNothing()
+{
+    SlowAdjustment::mayEnd = false;
+    Bench bench(SlowAdjustment::HostDrawnEntry());
+    bench.PressOk();
+    QVERIFY(bench.accepted.isEmpty());
+    bench.Dialog().reject();
+    QCOMPARE(bench.rejected, 1);
+    SlowAdjustment::mayEnd = true;
+    QTRY_VERIFY_WITH_TIMEOUT(!bench.session, PatienceMs);
+    QVERIFY(bench.accepted.isEmpty());
+    QVERIFY(bench.view.Preview().IsEmpty());
 }
 
 void TestAdjustmentSession::AnAdjustmentLocksItsDocument()

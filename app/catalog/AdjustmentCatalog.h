@@ -7,6 +7,7 @@
 #include <QRect>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -41,8 +42,14 @@ struct AdjustmentEntry
     QString (*apply)(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
                      const QPoint& offset, const QRect& boundingRect);
 
-    /// The dialog computes no preview and has no result: whoever shows it draws with `apply`.
-    bool isHostDrawn = false;
+    /// Draws on a picture, in place, as `apply` does; on any thread, and on several pictures at once.
+    using Drawing = std::function<QString(const RGBA32iImage& image, const RGBA32iImage& selection,
+                                          const QPoint& offset, const QRect& boundingRect)>;
+
+    /// Where the host draws what the widget holds: what draws the settings that a panel holds now, and knows
+    /// the panel no more. There is no dialog then, only the panel, and neither a preview nor a result of it:
+    /// whoever shows it frames it and draws. Null where the widget converts pictures.
+    Drawing (*makeDrawing)(const YDAdjustmentWidget& panel) = nullptr;
 
     AdjustmentGroup group = AdjustmentGroup::Tone;
 

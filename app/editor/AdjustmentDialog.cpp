@@ -4,7 +4,10 @@
 #include "editor/PresetMenu.h"
 
 #include <QCheckBox>
+#include <QDialogButtonBox>
 #include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace {
@@ -12,11 +15,13 @@ namespace {
 /// Sliders want room: a dialog as narrow as its labels allow would make them hard to set.
 constexpr int MinWidthInCharacters = 48;
 
+constexpr int FrameMargin = 9; ///< as the frames of the widgets have it
+
 } // namespace
 
 AdjustmentDialog::AdjustmentDialog(const AdjustmentEntry& entry, QWidget* parent)
     : QDialog(parent, Qt::Tool | Qt::WindowTitleHint | Qt::WindowCloseButtonHint), m_entry(entry),
-      m_widget(entry.makeWidget(true, this).release()), m_presets(new PresetMenu(this))
+      m_widget(entry.makeWidget(!entry.makeDrawing, this).release()), m_presets(new PresetMenu(this))
 {
     setObjectName(QStringLiteral("AdjustmentDialog"));
     setWindowTitle(entry.Title());
@@ -25,7 +30,10 @@ AdjustmentDialog::AdjustmentDialog(const AdjustmentEntry& entry, QWidget* parent
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(m_widget, 1);
+    if (entry.makeDrawing)
+        BuildFrame(*layout);
+    else
+        layout->addWidget(m_widget, 1);
     PlacePresets(*layout);
     FocusFirstControl();
     setMinimumWidth(fontMetrics().averageCharWidth() * MinWidthInCharacters);
@@ -33,11 +41,39 @@ AdjustmentDialog::AdjustmentDialog(const AdjustmentEntry& entry, QWidget* parent
 
 AdjustmentDialog::~AdjustmentDialog() = default;
 
-/// In the widget's row of the preview toggle, which leaves the room for it; above all where there is none.
+/// The parts and their names are those of the widgets' own frames.
+void AdjustmentDialog::BuildFrame(QVBoxLayout& outer)
+{
+    m_problem = new QLabel(this);
+    m_problem->setObjectName(QStringLiteral("Problem"));
+    m_problem->setTextFormat(Qt::PlainText);
+    m_problem->setWordWrap(true);
+    m_problem->hide();
+    auto* const toggle = new QCheckBox(tr("Hide preview slider"), this);
+    toggle->setObjectName(QStringLiteral("m_pPreviewSlider"));
+    m_buttons =
+        new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Reset, this);
+    m_buttons->setObjectName(QStringLiteral("m_pButtons"));
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &AdjustmentDialog::Confirmed);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &AdjustmentDialog::Dismissed);
+    connect(m_buttons->button(QDialogButtonBox::Reset), &QPushButton::clicked, m_widget,
+            &YDAdjustmentWidget::OnReset);
+
+    auto* const grid = new QGridLayout;
+    grid->setContentsMargins(FrameMargin, FrameMargin, FrameMargin, FrameMargin);
+    grid->addWidget(m_widget, 0, 0, 1, 2);
+    grid->addWidget(m_problem, 1, 0, 1, 2);
+    grid->addWidget(toggle, 2, 1, Qt::AlignRight);
+    grid->addWidget(m_buttons, 3, 0, 1, 2);
+    grid->setRowStretch(0, 1);
+    outer.addLayout(grid, 1);
+}
+
+/// In the row of the preview toggle, which leaves the room for it; above all where there is none.
 void AdjustmentDialog::PlacePresets(QVBoxLayout& outer)
 {
-    auto* const toggle = m_widget->findChild<QCheckBox*>(QStringLiteral("m_pPreviewSlider"));
-    const auto grids = m_widget->findChildren<QGridLayout*>();
+    auto* const toggle = findChild<QCheckBox*>(QStringLiteral("m_pPreviewSlider"));
+    const auto grids = findChildren<QGridLayout*>();
     for (QGridLayout* const grid : grids) {
         const int index = toggle ? grid->indexOf(toggle) : -1;
         if (index < 0)
@@ -57,7 +93,8 @@ void AdjustmentDialog::PlacePresets(QVBoxLayout& outer)
 /// So that arrow keys and numbers adjust at once.
 void AdjustmentDialog::FocusFirstControl()
 {
-    auto* const content = m_widget->findChild<QWidget*>(QStringLiteral("m_pContent"));
+    QWidget* const content =
+        m_buttons ? m_widget : m_widget->findChild<QWidget*>(QStringLiteral("m_pContent"));
     if (!content)
         return;
     for (QWidget* widget = content->nextInFocusChain(); widget != content;
@@ -74,9 +111,21 @@ void AdjustmentDialog::SetControlsEnabled(bool enabled)
     if (!enabled)
         m_focus = focusWidget();
     m_widget->setEnabled(enabled);
+    if (m_buttons)
+        m_buttons->setEnabled(enabled);
     m_presets->setEnabled(enabled && m_entry.makeSettings()->HasPreset());
     if (enabled && m_focus)
         m_focus->setFocus();
+}
+
+void AdjustmentDialog::ShowProblem(const QString& problem)
+{
+    if (!m_problem)
+        return;
+    QString wrapping = problem;
+    wrapping.replace(QLatin1Char('/'), QStringLiteral("/\u200b")); // a long path may be broken there
+    m_problem->setText(wrapping);
+    m_problem->setVisible(!problem.isEmpty());
 }
 
 void AdjustmentDialog::reject() { emit Dismissed(); }

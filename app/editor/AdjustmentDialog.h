@@ -8,13 +8,16 @@
 #include <memory>
 
 class PresetMenu;
+class QDialogButtonBox;
+class QLabel;
 class QVBoxLayout;
 class YDAdjustmentWidget;
 
 /// The window of one adjustment beside its picture: the adjustment's widget, and its presets.
 ///
-/// Enter presses the widget's OK, and Esc and the closing of the window are its Cancel: the dialog never
-/// closes by itself, it only says so.
+/// Enter presses OK, and Esc and the closing of the window are Cancel: the dialog never closes by itself, it
+/// only says so. A widget that is a panel only, because the host draws what it holds, gets the frame here
+/// that the others bring along.
 class AdjustmentDialog : public QDialog
 {
     Q_OBJECT
@@ -30,18 +33,26 @@ public:
     /// Where the dialog is disabled, the focus stays in mind and comes back with the controls.
     void SetControlsEnabled(bool enabled);
 
+    /// A line that says why the settings cannot be drawn, for a widget that the host draws; empty for none.
+    void ShowProblem(const QString& problem);
+
     void reject() override;
 
 signals:
+    /// The frame's OK.
+    void Confirmed();
     /// The user wants to leave without the result.
     void Dismissed();
 
 private:
+    void BuildFrame(QVBoxLayout& outer);
     void PlacePresets(QVBoxLayout& outer);
     void FocusFirstControl();
 
     const AdjustmentEntry& m_entry;
     YDAdjustmentWidget* m_widget;
     PresetMenu* m_presets;
+    QLabel* m_problem = nullptr; ///< null, as the buttons, where the widget has a frame of its own
+    QDialogButtonBox* m_buttons = nullptr;
     QPointer<QWidget> m_focus;
 };

@@ -1,6 +1,7 @@
 #include "editor/AdjustmentSession.h"
 
 #include "YDAdjustmentWidget.h"
+#include "core/KVApplication.h"
 #include "editor/AdjustmentDialog.h"
 #include "editor/Messages.h"
 #include "editor/OverlayPreview.h"
@@ -16,8 +17,9 @@ AdjustmentSession::AdjustmentSession(const AdjustmentEntry& entry, KVDocumentVie
       m_view(view)
 {
     ConnectWidget();
-    if (entry.isHostDrawn)
+    if (entry.makeDrawing)
         UseOverlay(entry);
+    connect(m_dialog, &AdjustmentDialog::Confirmed, this, &AdjustmentSession::Accept);
     connect(m_dialog, &AdjustmentDialog::Dismissed, this, &AdjustmentSession::Reject);
     connect(m_dialog->Presets(), &PresetMenu::Loaded, this, &AdjustmentSession::Restart);
     connect(m_dialog, &QObject::destroyed, this, &QObject::deleteLater);
@@ -36,13 +38,18 @@ void AdjustmentSession::ConnectWidget()
 
 void AdjustmentSession::UseOverlay(const AdjustmentEntry& entry)
 {
-    m_overlay = new OverlayPreview(entry, *m_widget, this);
+    m_overlay = new OverlayPreview(entry, m_widget, this);
     connect(m_widget, &YDAdjustmentWidget::DataChanged, m_overlay, &OverlayPreview::Restart);
-    connect(m_overlay, &OverlayPreview::Ready, this, [this] {
-        OnResultReady();
-        if (m_state == State::Accepting)
-            Deliver();
-    });
+    connect(m_overlay, &OverlayPreview::Ready, this, &AdjustmentSession::OnOverlayReady);
+}
+
+void AdjustmentSession::OnOverlayReady()
+{
+    if (m_state != State::Ended)
+        m_dialog->ShowProblem(m_overlay->Error());
+    OnResultReady();
+    if (m_state == State::Accepting)
+        Deliver();
 }
 
 void AdjustmentSession::Start(const RGBA32iImage& picture, const SelectionMask& mask)
@@ -98,12 +105,19 @@ void AdjustmentSession::Reject()
         deleteLater();
 }
 
-/// The toggle in the dialog follows when the splitter is hidden from elsewhere.
+/// The toggle in the dialog follows when the splitter is hidden from elsewhere. A dialog's widget governs the
+/// splitter by its own one.
 void AdjustmentSession::FollowPreviewToggle()
 {
-    auto* const toggle = m_widget->findChild<QCheckBox*>(QStringLiteral("m_pPreviewSlider"));
-    if (toggle && m_view)
-        connect(m_view, &KVDocumentView::SplitterHiddenChanged, toggle, &QCheckBox::setChecked);
+    auto* const toggle = m_dialog->findChild<QCheckBox*>(QStringLiteral("m_pPreviewSlider"));
+    if (!toggle || !m_view)
+        return;
+    connect(m_view, &KVDocumentView::SplitterHiddenChanged, toggle, &QCheckBox::setChecked);
+    if (!m_overlay)
+        return;
+    toggle->setChecked(
+        KVApplication::GetUserValue(KVApplication::GetName(KVApplication::HidePreviewSlider), false));
+    connect(toggle, &QCheckBox::toggled, m_view, &KVDocumentView::HideSplitter);
 }
 
 void AdjustmentSession::OnDataChanged()
@@ -161,18 +175,18 @@ void AdjustmentSession::Deliver()
 {
     const RGBA32iImage adjusted = Result();
     const bool isChangeMissed = std::exchange(m_isChangeMissed, false);
+    const QString why = m_overlay ? m_overlay->Error() : QString();
     if (m_isCurrent && !isChangeMissed && !adjusted.IsEmpty()) {
         m_state = State::Ended;
         emit Accepted(adjusted);
         HideAll();
         deleteLater();
-    } else if (isChangeMissed || !m_isRetry) {
+    } else if (isChangeMissed || (!m_isRetry && why.isEmpty())) {
         m_isRetry = !isChangeMissed;
         Restart();
         AwaitResult();
     } else {
         Reopen();
-        const QString why = m_overlay ? m_overlay->Error() : QString();
         Messages::ShowError(m_dialog, tr("The adjustment could not be computed."),
                             why.isEmpty() ? tr("There may be too little memory for this picture.") : why);
     }

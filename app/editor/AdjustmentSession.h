@@ -55,6 +55,7 @@ private:
 
     void ConnectWidget();
     void UseOverlay(const AdjustmentEntry& entry);
+    void OnOverlayReady();
     void FollowPreviewToggle();
     void OnDataChanged();
     void OnResultReady();

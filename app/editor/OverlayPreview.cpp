@@ -1,5 +1,6 @@
 #include "editor/OverlayPreview.h"
 
+#include "YDAdjustmentWidget.h"
 #include "catalog/AdjustmentCatalog.h"
 #include "editor/BackgroundTask.h"
 
@@ -9,7 +10,7 @@ constexpr int DelayMs = 50;
 
 } // namespace
 
-OverlayPreview::OverlayPreview(const AdjustmentEntry& entry, YDAdjustmentWidget& widget, QObject* parent)
+OverlayPreview::OverlayPreview(const AdjustmentEntry& entry, YDAdjustmentWidget* widget, QObject* parent)
     : QObject(parent), m_entry(entry), m_widget(widget)
 {
     m_delay.setSingleShot(true);
@@ -42,21 +43,29 @@ void OverlayPreview::Flush()
 
 void OverlayPreview::Draw()
 {
-    if (m_isCopying)
-        return; // what is drawn on the copy are the settings of that moment
-    m_isCopying = true;
+    m_isStale = m_isDrawing;
+    if (m_isDrawing || !m_widget)
+        return;
+    m_isDrawing = true;
     BackgroundTask::Run(
-        this, [picture = m_picture] { return picture.DeepCopy(); },
-        [this](const RGBA32iImage& copy) { OnCopied(copy); });
+        this,
+        [picture = m_picture, mask = m_mask, draw = m_entry.makeDrawing(*m_widget)] {
+            Drawn drawn{picture.DeepCopy(), QString()};
+            if (!drawn.picture.IsEmpty())
+                drawn.error = draw(drawn.picture, mask.Coverage(), mask.Offset(), mask.BoundingRect());
+            return drawn;
+        },
+        [this](const Drawn& drawn) { OnDrawn(drawn); });
 }
 
-void OverlayPreview::OnCopied(RGBA32iImage copy)
+void OverlayPreview::OnDrawn(const Drawn& drawn)
 {
-    m_isCopying = false;
-    m_delay.stop();
-    m_error.clear();
-    if (!copy.IsEmpty())
-        m_error = m_entry.apply(m_widget, copy, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect());
-    m_result = m_error.isEmpty() ? copy : RGBA32iImage();
+    m_isDrawing = false;
+    if (m_isStale)
+        Draw();
+    if (IsBusy())
+        return;
+    m_error = drawn.error;
+    m_result = m_error.isEmpty() ? drawn.picture : RGBA32iImage();
     emit Ready();
 }

@@ -4,6 +4,7 @@
 #include "image/KVImage.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 class YDAdjustmentWidget;
@@ -12,14 +13,14 @@ struct AdjustmentEntry;
 /// The preview of an adjustment whose dialog computes none and whose settings the host draws: a stamp, a
 /// text.
 ///
-/// The picture is copied on the thread pool, the drawing is done on the GUI thread, and a burst of changes
-/// is drawn once.
+/// The settings are read on the GUI thread; the picture is copied and drawn on by the thread pool. A burst of
+/// changes is drawn once, and what was drawn of former settings is never shown.
 class OverlayPreview : public QObject
 {
     Q_OBJECT
 
 public:
-    OverlayPreview(const AdjustmentEntry& entry, YDAdjustmentWidget& widget, QObject* parent = nullptr);
+    OverlayPreview(const AdjustmentEntry& entry, YDAdjustmentWidget* widget, QObject* parent = nullptr);
     ~OverlayPreview() override;
 
     /// The picture to draw on; draws at once. Nobody may write to its pixels from now on.
@@ -30,7 +31,7 @@ public:
     void Flush();
 
     /// Whether a newer result than Result() is still to come.
-    bool IsBusy() const { return m_isCopying || m_delay.isActive(); }
+    bool IsBusy() const { return m_isDrawing || m_delay.isActive(); }
     /// Empty when the last settings cannot be drawn; Error() then says why, unless memory is short.
     RGBA32iImage Result() const { return m_result; }
     QString Error() const { return m_error; }
@@ -40,15 +41,22 @@ signals:
     void Ready();
 
 private:
+    struct Drawn
+    {
+        RGBA32iImage picture;
+        QString error;
+    };
+
     void Draw();
-    void OnCopied(RGBA32iImage copy);
+    void OnDrawn(const Drawn& drawn);
 
     const AdjustmentEntry& m_entry;
-    YDAdjustmentWidget& m_widget;
+    const QPointer<YDAdjustmentWidget> m_widget;
     RGBA32iImage m_picture;
     SelectionMask m_mask;
     RGBA32iImage m_result;
     QString m_error;
     QTimer m_delay;
-    bool m_isCopying = false;
+    bool m_isDrawing = false;
+    bool m_isStale = false; ///< the settings changed since that drawing began
 };
