@@ -29,6 +29,12 @@ public:
     /// A zeroed picture. Empty where a side is below 1, or where no memory is to be had.
     KVImage(int width, int height) : KVImage(width, height, PixelBuffer::Content::Zeroed) {}
 
+    /// Pixels from row to row of a picture so wide, at least 1.
+    static constexpr qint64 RowLengthOf(int width)
+    {
+        return (qint64(width) + TileWidth - 1) / TileWidth * TileWidth;
+    }
+
     /// A picture with pixels that the caller writes before they are read.
     static KVImage Uninitialized(int width, int height)
     {
@@ -44,6 +50,13 @@ public:
 
     /// The shared pixels, row after row; null for an empty picture.
     Pixel* Pixels() const { return static_cast<Pixel*>(m_pixels.get()); }
+
+    /// A handle of the pixels' bytes that keeps them alive; null for an empty picture. Equal owners, equal
+    /// pixels.
+    std::shared_ptr<const unsigned char> SharedPixels() const
+    {
+        return {m_pixels, static_cast<const unsigned char*>(m_pixels.get())};
+    }
 
     /// Row `y`, 0 at the top; `y` must be inside the picture.
     Pixel* Row(int y) const { return Pixels() + qsizetype(y) * m_rowLength; }
@@ -69,7 +82,7 @@ private:
     {
         if (width < 1 || height < 1 || width > std::numeric_limits<int>::max() - TileWidth)
             return;
-        const int rowLength = (width + TileWidth - 1) / TileWidth * TileWidth;
+        const int rowLength = static_cast<int>(RowLengthOf(width));
         m_pixels = PixelBuffer::Allocate(qsizetype(rowLength) * height * qsizetype(sizeof(Pixel)), content);
         if (!m_pixels)
             return;

@@ -128,6 +128,21 @@ private:
     std::vector<Block> m_blocks;
 };
 
+/// Lets a buffer go, and knows where it lies.
+struct LetGo
+{
+    Block block;
+    bool isRecycled = false;
+
+    void operator()(void*) const
+    {
+        if (isRecycled)
+            Recycler::Instance().Keep(block);
+        else
+            ::operator delete(block.memory, std::align_val_t(CacheLine));
+    }
+};
+
 std::shared_ptr<void> AllocateSmall(qsizetype bytes, PixelBuffer::Content content)
 {
     const auto size = static_cast<std::size_t>(bytes);
@@ -136,7 +151,7 @@ std::shared_ptr<void> AllocateSmall(qsizetype bytes, PixelBuffer::Content conten
         return {};
     if (content == PixelBuffer::Content::Zeroed)
         std::memset(memory, 0, size);
-    return {memory, [](void* p) { ::operator delete(p, std::align_val_t(CacheLine)); }};
+    return {memory, LetGo{{memory, bytes}, false}};
 }
 
 void ZeroOnAllCores(const Block& block)
@@ -167,7 +182,17 @@ std::shared_ptr<void> PixelBuffer::Allocate(qsizetype bytes, Content content)
     }
     if (!block.memory)
         return {};
-    return {block.memory, [block](void*) { Recycler::Instance().Keep(block); }};
+    return {block.memory, LetGo{block, true}};
+}
+
+bool PixelBuffer::HasBytes(const std::shared_ptr<const unsigned char>& handle, qint64 bytes)
+{
+    const LetGo* const buffer = std::get_deleter<LetGo>(handle);
+    if (!buffer)
+        return true;
+    const auto* const start = static_cast<const unsigned char*>(buffer->block.memory);
+    const qint64 before = handle.get() - start;
+    return before >= 0 && bytes >= 0 && bytes <= buffer->block.bytes - before;
 }
 
 void PixelBuffer::Trim() { Recycler::Instance().Clear(); }

@@ -22,6 +22,10 @@ enum class Content
 /// 0 bytes or fewer.
 std::shared_ptr<void> Allocate(qsizetype bytes, Content content);
 
+/// Whether `handle`, which shares in a buffer of Allocate(), has `bytes` readable bytes from its address on.
+/// Of memory that came from elsewhere nothing is known: true.
+bool HasBytes(const std::shared_ptr<const unsigned char>& handle, qint64 bytes);
+
 /// Gives the buffers kept for recycling back to the system.
 void Trim();
 
