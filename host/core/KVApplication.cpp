@@ -10,6 +10,7 @@ namespace {
 constexpr int DefaultProgressTimeoutMs = 500;
 
 QString ProgressTimeoutKey() { return QStringLiteral("progress/timeoutMs"); }
+QString GpuUseKey() { return QStringLiteral("gpu/use"); }
 QString PathOpenKey() { return QStringLiteral("paths/open"); }
 
 } // namespace
@@ -25,6 +26,13 @@ bool KVApplication::GetUserValue(const QString& key, bool fallback)
 }
 
 void KVApplication::SetUserValue(const QString& key, bool value) { QSettings().setValue(key, value); }
+
+QString KVApplication::GetGpuUse()
+{
+    return QSettings().value(GpuUseKey(), QStringLiteral("auto")).toString();
+}
+
+void KVApplication::SetGpuUse(const QString& use) { QSettings().setValue(GpuUseKey(), use); }
 
 int KVApplication::GetProgressTimeout()
 {

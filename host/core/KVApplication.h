@@ -21,6 +21,11 @@ QString GetName(int id);
 bool GetUserValue(const QString& key, bool fallback);
 void SetUserValue(const QString& key, bool value);
 
+/// The devices that pictures may be adjusted on, as the user wrote it under the key "gpu/use": "off", "auto"
+/// or "any"; "auto" where nothing was written.
+QString GetGpuUse();
+void SetGpuUse(const QString& use);
+
 /// Milliseconds that an operation may take before its progress is shown. 0 or more.
 int GetProgressTimeout();
 /// Stores the time-out; a negative number counts as 0.
