@@ -58,7 +58,6 @@ YDAngleSlider::YDAngleSlider(QWidget* parent) : QDial(parent)
 {
     setRange(1 - FullTurn / 2, FullTurn / 2);
     setPageStep(PageStep);
-    setWrapping(true);
     setFocusPolicy(Qt::StrongFocus); // not by the wheel
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
@@ -90,9 +89,7 @@ void YDAngleSlider::mousePressEvent(QMouseEvent* event)
 
 void YDAngleSlider::mouseMoveEvent(QMouseEvent* event)
 {
-    if (isSliderDown() && !(event->buttons() & Qt::LeftButton))
-        setSliderDown(false); // a release that another window had
-    if (isSliderDown())
+    if (isSliderDown() && (event->buttons() & Qt::LeftButton)) // another window may have had the release
         TurnTo(*event);
     else
         event->ignore();
@@ -137,17 +134,17 @@ void YDAngleSlider::focusInEvent(QFocusEvent* event)
     QDial::focusInEvent(event);
 }
 
-/// The largest circle inside, in the middle of a pixel or between two, so that it is as sharp on all sides.
+/// A circle inside that leaves room for its line.
 YDAngleSlider::Face YDAngleSlider::DialFace() const
 {
     const int side = std::min(width(), height());
     return {QRectF(rect()).center(), side / 2.0 - FocusLine};
 }
 
-/// The middle of the dial is no direction.
+/// The middle of the dial is no direction. The mouse is at the middle of the unit that it is told to be at.
 void YDAngleSlider::TurnTo(const QMouseEvent& event)
 {
-    const QPointF arm = event.localPos() - DialFace().center;
+    const QPointF arm = event.localPos() + QPointF(0.5, 0.5) - DialFace().center;
     if (arm.isNull())
         return;
     const double degrees = std::atan2(arm.y(), arm.x()) * (FullTurn / 2) / Pi;

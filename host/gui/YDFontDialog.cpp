@@ -50,9 +50,17 @@ YDFontDialog::YDFontDialog(const QFont& font, QWidget* parent, Qt::WindowFlags f
         setWindowFlags((flags & Qt::WindowType_Mask) != 0 ? flags : flags | Qt::Dialog);
     setOption(DontUseNativeDialog); // as the colour dialog beside it
     setCurrentFont(Showable(font));
+    m_shown = currentFont();
     connect(this, &QFontDialog::currentFontChanged, this, &YDFontDialog::OnCurrentFontChanged);
 }
 
 int YDFontDialog::Exec() { return exec(); }
 
-void YDFontDialog::OnCurrentFontChanged(const QFont& font) { m_font = font; }
+/// Also called when the user accepts what the dialog began with.
+void YDFontDialog::OnCurrentFontChanged(const QFont& font)
+{
+    if (font == m_shown)
+        return;
+    m_shown = font;
+    m_font = font;
+}

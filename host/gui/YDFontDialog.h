@@ -26,4 +26,5 @@ private slots:
 
 private:
     QFont m_font;
+    QFont m_shown; ///< the dialog's own form of it
 };
