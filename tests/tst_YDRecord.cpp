@@ -2,6 +2,7 @@
 #include "YDRecord.h"
 
 #include <QBuffer>
+#include <QFont>
 #include <QTest>
 
 #include <algorithm>
@@ -108,6 +109,12 @@ private slots:
     void AColourModelThatThereIsNotIsBlack();
     void ACutColourFails();
     void ColoursOfAnOldStreamAreRead();
+    void FontsAreAsQtStoresThem_data();
+    void FontsAreAsQtStoresThem();
+    void AFamilyCountBeyondTheBytesThereAllocatesNothing_data();
+    void AFamilyCountBeyondTheBytesThereAllocatesNothing();
+    void ACutFontFails();
+    void ReadingAFontLeavesTheStreamsVersion();
     void AnOlderTagIsTold_data();
     void AnOlderTagIsTold();
     void AnOlderTagLeavesTheStreamAtTheFields();
@@ -494,6 +501,108 @@ void TestYDRecord::ColoursOfAnOldStreamAreRead()
     QColor color;
     YDRecord::ReadField(in, color);
     QCOMPARE(color, QColor(1, 2, 3));
+}
+
+namespace {
+
+QFont SampleFont()
+{
+    QFont font(QStringLiteral("No Such Family"), 33, QFont::Bold, true);
+    font.setFamilies({QStringLiteral("A"), QString(), QStringLiteral("B")});
+    font.setStyleName(QStringLiteral("Condensed"));
+    font.setLetterSpacing(QFont::AbsoluteSpacing, 3);
+    font.setCapitalization(QFont::SmallCaps);
+    font.setStretch(150);
+    return font;
+}
+
+QByteArray Stored(const QFont& font, int version = QDataStream::Qt_5_15)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(version);
+    stream << font;
+    return bytes;
+}
+
+} // namespace
+
+void TestYDRecord::FontsAreAsQtStoresThem_data()
+{
+    QTest::addColumn<int>("version");
+    QTest::newRow("4.0") << int(QDataStream::Qt_4_0);
+    QTest::newRow("5.4") << int(QDataStream::Qt_5_4);
+    QTest::newRow("5.12, the last without families") << int(QDataStream::Qt_5_12);
+    QTest::newRow("5.13, the first with families") << int(QDataStream::Qt_5_13);
+    QTest::newRow("5.15") << int(QDataStream::Qt_5_15);
+}
+
+void TestYDRecord::FontsAreAsQtStoresThem()
+{
+    QFETCH(int, version);
+    const QByteArray bytes = Stored(SampleFont(), version);
+    QDataStream ours(bytes);
+    QDataStream qts(bytes);
+    ours.setVersion(version);
+    qts.setVersion(version);
+    QFont read;
+    QFont expected;
+    YDRecord::ReadField(ours, read);
+    qts >> expected;
+    QCOMPARE(read, expected);
+    QCOMPARE(Stored(read), Stored(expected));
+    QCOMPARE(ours.status(), QDataStream::Ok);
+    QVERIFY(ours.atEnd());
+}
+
+void TestYDRecord::AFamilyCountBeyondTheBytesThereAllocatesNothing_data()
+{
+    QTest::addColumn<quint32>("count");
+    QTest::newRow("one too many") << quint32(4);
+    QTest::newRow("a million") << quint32(0x00100000);
+    QTest::newRow("just more than a container holds") << quint32(0x10000000);
+    QTest::newRow("the highest int") << quint32(0x7fffffff);
+    QTest::newRow("the highest count") << quint32(0xffffffff);
+}
+
+void TestYDRecord::AFamilyCountBeyondTheBytesThereAllocatesNothing()
+{
+    QFETCH(quint32, count);
+    QByteArray bytes = Stored(SampleFont());
+    constexpr int BytesOfFamilies = 4 + 6 + 4 + 6;
+    bytes.replace(bytes.size() - BytesOfFamilies, 4, CountAndBytes(count, 0));
+    for (const bool isSequential : {false, true}) {
+        QBuffer buffer(&bytes);
+        QVERIFY(buffer.open(QIODevice::ReadOnly));
+        Pipe pipe(bytes);
+        QDataStream stream(isSequential ? static_cast<QIODevice*>(&pipe) : &buffer);
+        QFont font;
+        YDRecord::ReadField(stream, font);
+        QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
+        QVERIFY(font.families().size() <= 3);
+    }
+}
+
+void TestYDRecord::ACutFontFails()
+{
+    const QByteArray whole = Stored(SampleFont());
+    for (int length = 0; length < whole.size(); ++length) {
+        QDataStream stream(whole.left(length));
+        QFont font;
+        YDRecord::ReadField(stream, font);
+        QVERIFY2(stream.status() != QDataStream::Ok, qPrintable(QString::number(length)));
+    }
+}
+
+void TestYDRecord::ReadingAFontLeavesTheStreamsVersion()
+{
+    for (const int version : {int(QDataStream::Qt_5_6), int(QDataStream::Qt_5_15)}) {
+        QDataStream stream(Stored(SampleFont(), version));
+        stream.setVersion(version);
+        QFont font;
+        YDRecord::ReadField(stream, font);
+        QCOMPARE(stream.version(), version);
+    }
 }
 
 void TestYDRecord::AnOlderTagIsTold_data()
