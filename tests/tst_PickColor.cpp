@@ -26,6 +26,7 @@ private slots:
     void WithoutAPreviewOnlyAnAcceptedColourIsTaken_data();
     void WithoutAPreviewOnlyAnAcceptedColourIsTaken();
     void TheDialogBeginsWithTitleAndColour();
+    void TheDialogIsTheKindOfWindowThatIsAskedFor();
     void TheColourBeforeSurvivesThePreview();
     void NoDialogIsLeft();
     void NothingIsCalledOnceTheOwnerIsGone();
@@ -107,6 +108,17 @@ void TestPickColor::TheDialogBeginsWithTitleAndColour()
     bool isTaken = false;
     PickColor(&owner, QStringLiteral("A title"), Before, [&isTaken](const QColor&) { isTaken = true; });
     QVERIFY(!isTaken);
+}
+
+void TestPickColor::TheDialogIsTheKindOfWindowThatIsAskedFor()
+{
+    QWidget owner;
+    for (const Qt::WindowType type : {Qt::Dialog, Qt::Tool}) {
+        InTheDialog([type](KVColorDialog& dialog) { QCOMPARE(dialog.windowType(), type); });
+        PickColor(
+            &owner, QString(), Before, [](const QColor&) {}, {},
+            type == Qt::Dialog ? Qt::WindowFlags() : type);
+    }
 }
 
 void TestPickColor::TheColourBeforeSurvivesThePreview()
