@@ -1,6 +1,7 @@
 #include "TestColors.h"
 #include "catalog/FieldJson.h"
 
+#include <QDataStream>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
@@ -27,7 +28,8 @@ QString Compact(const Field& field)
 
 } // namespace
 
-/// Lists, points, colours and single precision; other numbers and texts are tested through the catalogue.
+/// Lists, points, rectangles, colours, fonts and single precision; other numbers and texts are tested through
+/// the catalogue.
 class TestFieldJson : public QObject
 {
     Q_OBJECT
@@ -47,6 +49,17 @@ private slots:
     void SinglePrecisionIsWrittenWithItsFewestDigits_data();
     void SinglePrecisionIsWrittenWithItsFewestDigits();
     void SinglePrecisionSurvives();
+    void RectanglesAreTheirEdges_data();
+    void RectanglesAreTheirEdges();
+    void RectanglesThatDoNotFitAreRefused_data();
+    void RectanglesThatDoNotFitAreRefused();
+    void FontsSurvive_data();
+    void FontsSurvive();
+    void AFamilyAloneIsAFont();
+    void TextsThatAreNoFontAreRefused_data();
+    void TextsThatAreNoFontAreRefused();
+    void AFontOfAnySizeIsWritten();
+    void AlignmentsAreTheirFlags();
     void ListsAreTypedAsJson();
     void TypesHaveNames();
 };
@@ -214,6 +227,149 @@ void TestFieldJson::SinglePrecisionSurvives()
     }
 }
 
+void TestFieldJson::RectanglesAreTheirEdges_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::newRow("margins") << QByteArray("[5,6,7,8]");
+    QTest::newRow("left beyond right") << QByteArray("[900,800,3,0]");
+    QTest::newRow("as far as numbers go") << QByteArray("[2147483647,-2147483648,-2147483648,2147483647]");
+}
+
+void TestFieldJson::RectanglesAreTheirEdges()
+{
+    QFETCH(QByteArray, json);
+    QRect rect;
+    QCOMPARE(FieldJson::FromJson(Json(json), std::nullopt, rect), QString());
+    QCOMPARE(rect.left(), Json(json)[0].toInt());
+    QCOMPARE(rect.top(), Json(json)[1].toInt());
+    QCOMPARE(rect.right(), Json(json)[2].toInt());
+    QCOMPARE(rect.bottom(), Json(json)[3].toInt());
+    QCOMPARE(Compact(rect), QString::fromLatin1(json));
+    QCOMPARE(FieldJson::FromText(QString::fromLatin1(json), &rect), Json(json));
+}
+
+void TestFieldJson::RectanglesThatDoNotFitAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("three edges") << QByteArray("[1,2,3]") << "a list of 4 elements is expected";
+    QTest::newRow("five edges") << QByteArray("[1,2,3,4,5]") << "a list of 4 elements is expected";
+    QTest::newRow("too large") << QByteArray("[1,2,3,256]") << "[3]: 256 is outside 0..255";
+    QTest::newRow("too small") << QByteArray("[-1,2,3,4]") << "[0]: -1 is outside 0..255";
+    QTest::newRow("a fraction") << QByteArray("[1,2.5,3,4]") << "[1]: a whole number is expected";
+    QTest::newRow("a text") << QByteArray("[1,2,\"3\",4]") << "[2]: a number is expected";
+}
+
+void TestFieldJson::RectanglesThatDoNotFitAreRefused()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QString, problem);
+    QRect rect(QPoint(9, 8), QPoint(7, 6));
+    QCOMPARE(FieldJson::FromJson(Json(json), Levels, rect), problem);
+    QCOMPARE(rect, QRect(QPoint(9, 8), QPoint(7, 6)));
+}
+
+void TestFieldJson::FontsSurvive_data()
+{
+    QTest::addColumn<QFont>("font");
+    QFont decorated(QStringLiteral("No Such Family"), 24, QFont::Bold, true);
+    decorated.setUnderline(true);
+    decorated.setStrikeOut(true);
+    QFont inPixels(QStringLiteral("F"));
+    inPixels.setPixelSize(30);
+    QFont styled(QStringLiteral("F"), 10);
+    styled.setStyleName(QStringLiteral("Condensed"));
+    QFont fractional(QStringLiteral("F"));
+    fractional.setPointSizeF(10.5);
+    QTest::newRow("plain") << QFont(QStringLiteral("F"), 12);
+    QTest::newRow("decorated") << decorated;
+    QTest::newRow("in pixels") << inPixels;
+    QTest::newRow("with a style") << styled;
+    QTest::newRow("a fraction of a point") << fractional;
+}
+
+void TestFieldJson::FontsSurvive()
+{
+    QFETCH(QFont, font);
+    QFont read;
+    QCOMPARE(FieldJson::FromJson(FieldJson::ToJson(font), std::nullopt, read), QString());
+    QCOMPARE(read, font);
+    QCOMPARE(FieldJson::FromText(font.toString(), &font), FieldJson::ToJson(font));
+}
+
+void TestFieldJson::AFamilyAloneIsAFont()
+{
+    QFont font;
+    QCOMPARE(FieldJson::FromJson(QStringLiteral("DejaVu Sans"), std::nullopt, font), QString());
+    QCOMPARE(font.family(), QStringLiteral("DejaVu Sans"));
+    QCOMPARE(font.pointSizeF(), QFont().pointSizeF());
+    QCOMPARE(FieldJson::FromJson(QStringLiteral("DejaVu Sans,36.5"), std::nullopt, font), QString());
+    QCOMPARE(font.pointSizeF(), 36.5);
+}
+
+void TestFieldJson::TextsThatAreNoFontAreRefused_data()
+{
+    QTest::addColumn<QJsonValue>("json");
+    QTest::newRow("nothing") << QJsonValue(QString());
+    QTest::newRow("a number") << QJsonValue(12);
+    QTest::newRow("a size alone") << QJsonValue(QStringLiteral(",12"));
+    QTest::newRow("no size") << QJsonValue(QStringLiteral("F,"));
+    QTest::newRow("size zero") << QJsonValue(QStringLiteral("F,0"));
+    QTest::newRow("a negative size") << QJsonValue(QStringLiteral("F,-12"));
+    QTest::newRow("in no pixels either") << QJsonValue(QStringLiteral("F,-1"));
+    QTest::newRow("infinite") << QJsonValue(QStringLiteral("F,inf"));
+    QTest::newRow("no number") << QJsonValue(QStringLiteral("F,nan"));
+    QTest::newRow("a text for a size") << QJsonValue(QStringLiteral("F,large"));
+    QTest::newRow("three parts") << QJsonValue(QStringLiteral("F,12,-1"));
+    QTest::newRow("nine parts") << QJsonValue(QStringLiteral("F,12,-1,5,50,0,0,0,0"));
+    QTest::newRow("twelve parts") << QJsonValue(QStringLiteral("F,12,-1,5,50,0,0,0,0,0,Bold,x"));
+    QTest::newRow("a text for a weight") << QJsonValue(QStringLiteral("F,12,-1,5,bold,0,0,0,0,0"));
+    QTest::newRow("a number too large") << QJsonValue(QStringLiteral("F,12,-1,5,99999999999,0,0,0,0,0"));
+    QTest::newRow("size zero in pixels") << QJsonValue(QStringLiteral("F,-1,0,5,50,0,0,0,0,0"));
+}
+
+void TestFieldJson::TextsThatAreNoFontAreRefused()
+{
+    QFETCH(QJsonValue, json);
+    QFont font(QStringLiteral("F"), 12);
+    QCOMPARE(FieldJson::FromJson(json, std::nullopt, font),
+             QStringLiteral("a font as \"family,points\" is expected"));
+    QCOMPARE(font, QFont(QStringLiteral("F"), 12));
+}
+
+void TestFieldJson::AFontOfAnySizeIsWritten()
+{
+    for (const double points : {0.0, -3.0, 1e300, std::numeric_limits<double>::infinity(),
+                                std::numeric_limits<double>::quiet_NaN()}) {
+        QByteArray bytes;
+        QDataStream writer(&bytes, QIODevice::WriteOnly);
+        writer.setVersion(QDataStream::Qt_4_0);
+        writer << QStringLiteral("F") << points << qint32(-1) << quint8(5) << quint8(1) << quint8(0)
+               << quint8(50) << quint8(0);
+        QDataStream reader(bytes);
+        reader.setVersion(QDataStream::Qt_4_0);
+        QFont font;
+        reader >> font;
+        QVERIFY(FieldJson::ToJson(font).toString().startsWith(QLatin1String("F,")));
+    }
+}
+
+void TestFieldJson::AlignmentsAreTheirFlags()
+{
+    for (const int flags : {33, 0, 66, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+        Qt::Alignment alignment;
+        QCOMPARE(FieldJson::FromJson(flags, std::nullopt, alignment), QString());
+        QCOMPARE(int(alignment), flags);
+        QCOMPARE(FieldJson::ToJson(alignment), QJsonValue(flags));
+        QCOMPARE(FieldJson::FromText(QString::number(flags), &alignment), QJsonValue(flags));
+    }
+    Qt::Alignment alignment = Qt::AlignRight;
+    QVERIFY(!FieldJson::FromJson(2.5, std::nullopt, alignment).isEmpty());
+    QVERIFY(!FieldJson::FromJson(QStringLiteral("right"), std::nullopt, alignment).isEmpty());
+    QVERIFY(FieldJson::FromText(QStringLiteral("right"), &alignment).isUndefined());
+    QCOMPARE(alignment, Qt::Alignment(Qt::AlignRight));
+}
+
 void TestFieldJson::ListsAreTypedAsJson()
 {
     const QString text = QStringLiteral("[[1, 2], [3, 4]]");
@@ -232,6 +388,9 @@ void TestFieldJson::TypesHaveNames()
     QCOMPARE(FieldJson::TypeName(static_cast<const QVector<QPoint>*>(nullptr)),
              QStringLiteral("list of points"));
     QCOMPARE(FieldJson::TypeName(static_cast<const QColor*>(nullptr)), QStringLiteral("colour"));
+    QCOMPARE(FieldJson::TypeName(static_cast<const QRect*>(nullptr)), QStringLiteral("list"));
+    QCOMPARE(FieldJson::TypeName(static_cast<const QFont*>(nullptr)), QStringLiteral("font"));
+    QCOMPARE(FieldJson::TypeName(static_cast<const Qt::Alignment*>(nullptr)), QStringLiteral("whole number"));
 }
 
 QTEST_APPLESS_MAIN(TestFieldJson)

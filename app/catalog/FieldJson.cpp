@@ -5,12 +5,19 @@
 #include <QJsonDocument>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
 
 namespace {
+
+// A font as text: the family, its size in points, whole numbers, the size in pixels first among them, and
+// perhaps the name of a style.
+constexpr int FontParts = 10;
+constexpr int FirstWholeFontPart = 2;
+constexpr double NoPoints = -1; ///< of a font whose size is in pixels
 
 QString Tr(const char* text) { return QCoreApplication::translate("FieldJson", text); }
 
@@ -40,6 +47,27 @@ double ShortestDecimal(float number)
     const double decimal = QByteArray(text.data(), int(end - text.data())).toDouble();
     // Reading goes by way of a double, which rounds twice.
     return static_cast<float>(decimal) == number ? decimal : double(number);
+}
+
+/// Whether QFont takes the text for a font without bending it. QFont alone would take an infinite size, and
+/// any text for a number.
+bool IsFont(const QString& text)
+{
+    const QStringList parts = text.split(QLatin1Char(','));
+    if (parts.first().isEmpty() ||
+        (parts.size() > 2 && parts.size() != FontParts && parts.size() != FontParts + 1))
+        return false;
+    const auto isNumber = [&parts](int part) {
+        bool isIt = false;
+        parts.at(part).toInt(&isIt);
+        return isIt;
+    };
+    for (int part = FirstWholeFontPart; part < std::min(parts.size(), FontParts); ++part)
+        if (!isNumber(part))
+            return false;
+    const double points = parts.size() > 1 ? parts.at(1).toDouble() : 1;
+    const int pixels = parts.size() > FirstWholeFontPart ? parts.at(FirstWholeFontPart).toInt() : 0;
+    return (points > 0 && std::isfinite(points)) || (points == NoPoints && pixels > 0);
 }
 
 } // namespace
@@ -78,6 +106,15 @@ QJsonValue FieldJson::ToJson(const QVector<QPoint>& field)
         list.append(ToJson(point));
     return list;
 }
+
+QJsonValue FieldJson::ToJson(const QRect& field)
+{
+    return QJsonArray{field.left(), field.top(), field.right(), field.bottom()};
+}
+
+QJsonValue FieldJson::ToJson(const QFont& field) { return field.toString(); }
+
+QJsonValue FieldJson::ToJson(Qt::Alignment field) { return int(field); }
 
 QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange& range, int& field)
 {
@@ -162,6 +199,33 @@ QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange& range,
     return {};
 }
 
+QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange& range, QRect& field)
+{
+    std::array<int, 4> edges{};
+    const QString problem = FromJson(value, range, edges);
+    if (problem.isEmpty())
+        field.setCoords(edges[0], edges[1], edges[2], edges[3]);
+    return problem;
+}
+
+QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange&, QFont& field)
+{
+    QFont font;
+    if (!IsFont(value.toString()) || !font.fromString(value.toString()))
+        return Tr("a font as \"family,points\" is expected");
+    field = font;
+    return {};
+}
+
+QString FieldJson::FromJson(const QJsonValue& value, const OptionalRange& range, Qt::Alignment& field)
+{
+    int flags = 0;
+    const QString problem = FromJson(value, range, flags);
+    if (problem.isEmpty())
+        field = Qt::Alignment(QFlag(flags));
+    return problem;
+}
+
 QString FieldJson::ProblemIn(const QString& place, const QString& problem)
 {
     // The place in an inner list stands behind that in the outer one, without a colon between.
@@ -181,6 +245,10 @@ QString FieldJson::TypeName(const bool*) { return Tr("true or false"); }
 QString FieldJson::TypeName(const QString*) { return Tr("text"); }
 QString FieldJson::TypeName(const QColor*) { return Tr("colour"); }
 QString FieldJson::TypeName(const QVector<QPoint>*) { return Tr("list of points"); }
+
+QString FieldJson::TypeName(const QRect*) { return Tr("list"); }
+QString FieldJson::TypeName(const QFont*) { return Tr("font"); }
+QString FieldJson::TypeName(const Qt::Alignment*) { return Tr("whole number"); }
 
 QJsonValue FieldJson::FromText(const QString& text, const double*)
 {
@@ -212,6 +280,14 @@ QJsonValue FieldJson::FromText(const QString& text, const QString*) { return tex
 QJsonValue FieldJson::FromText(const QString& text, const QColor*) { return text; }
 
 QJsonValue FieldJson::FromText(const QString& text, const QVector<QPoint>*) { return ListFromText(text); }
+
+QJsonValue FieldJson::FromText(const QString& text, const QRect*) { return ListFromText(text); }
+QJsonValue FieldJson::FromText(const QString& text, const QFont*) { return text; }
+
+QJsonValue FieldJson::FromText(const QString& text, const Qt::Alignment*)
+{
+    return FromText(text, static_cast<const double*>(nullptr));
+}
 
 QJsonValue FieldJson::ListFromText(const QString& text)
 {

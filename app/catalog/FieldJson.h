@@ -4,9 +4,11 @@
 
 #include <QColor>
 #include <QCoreApplication>
+#include <QFont>
 #include <QJsonArray>
 #include <QJsonValue>
 #include <QPoint>
+#include <QRect>
 #include <QString>
 #include <QVector>
 
@@ -17,8 +19,12 @@
 ///
 /// The FromJson functions change `field` only when the value fits: a number within `range` where there is
 /// one, a colour as "#rrggbb" or "#aarrggbb", a list of exactly as many elements, any number of points
-/// [x, y] with both coordinates within `range`. They answer with an empty text then, and with what is wrong
-/// otherwise, behind the place in the list: "[1][0]: 300 is outside 0..255".
+/// [x, y] with both coordinates within `range`, the edges [left, top, right, bottom] of a rectangle likewise.
+/// They answer with an empty text then, and with what is wrong otherwise, behind the place in the list:
+/// "[1][0]: 300 is outside 0..255".
+///
+/// A font is a text as QFont::toString() writes it, or only its beginning, the family or "family,points". The
+/// text has no room for a name with a comma and for spacings, capitals and stretching, which are lost.
 namespace FieldJson {
 
 using OptionalRange = std::optional<YDRecord::Range>;
@@ -31,6 +37,9 @@ QJsonValue ToJson(const QString& field);
 QJsonValue ToJson(const QColor& field);
 QJsonValue ToJson(const QPoint& field);
 QJsonValue ToJson(const QVector<QPoint>& field);
+QJsonValue ToJson(const QRect& field);
+QJsonValue ToJson(const QFont& field);
+QJsonValue ToJson(Qt::Alignment field);
 
 [[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, int& field);
 [[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, double& field);
@@ -40,6 +49,9 @@ QJsonValue ToJson(const QVector<QPoint>& field);
 [[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, QColor& field);
 [[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, QPoint& field);
 [[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, QVector<QPoint>& field);
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, QRect& field);
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, QFont& field);
+[[nodiscard]] QString FromJson(const QJsonValue& value, const OptionalRange& range, Qt::Alignment& field);
 
 /// `problem`, which is in the part of a field that `place` names.
 QString ProblemIn(const QString& place, const QString& problem);
@@ -74,7 +86,7 @@ template <class Element, std::size_t Size>
 }
 
 /// What kind of value a field takes, for people: "number", "whole number", "true or false", "text",
-/// "colour", "list of points" or "list".
+/// "colour", "font", "list of points" or "list".
 QString TypeName(const int*);
 QString TypeName(const double*);
 QString TypeName(const float*);
@@ -82,6 +94,9 @@ QString TypeName(const bool*);
 QString TypeName(const QString*);
 QString TypeName(const QColor*);
 QString TypeName(const QVector<QPoint>*);
+QString TypeName(const QRect*);
+QString TypeName(const QFont*);
+QString TypeName(const Qt::Alignment*);
 template <class Element, std::size_t Size>
 QString TypeName(const std::array<Element, Size>*)
 {
@@ -89,7 +104,7 @@ QString TypeName(const std::array<Element, Size>*)
 }
 
 /// The JSON value that `text`, as typed on a command line for a field of this type, stands for; undefined
-/// if it stands for none. Texts and colours are typed as they are, lists as JSON.
+/// if it stands for none. Texts, fonts and colours are typed as they are, lists as JSON.
 QJsonValue FromText(const QString& text, const int*);
 QJsonValue FromText(const QString& text, const double*);
 QJsonValue FromText(const QString& text, const float*);
@@ -97,6 +112,9 @@ QJsonValue FromText(const QString& text, const bool*);
 QJsonValue FromText(const QString& text, const QString*);
 QJsonValue FromText(const QString& text, const QColor*);
 QJsonValue FromText(const QString& text, const QVector<QPoint>*);
+QJsonValue FromText(const QString& text, const QRect*);
+QJsonValue FromText(const QString& text, const QFont*);
+QJsonValue FromText(const QString& text, const Qt::Alignment*);
 QJsonValue ListFromText(const QString& text);
 template <class Element, std::size_t Size>
 QJsonValue FromText(const QString& text, const std::array<Element, Size>*)
