@@ -118,6 +118,7 @@ void YDAdjustmentWidget::CancelProcessing() { SetCancelProcessing(true); }
 void YDAdjustmentWidget::SetImage(const RGBA32iImage& source, const RGBA32iImage& selection,
                                   const QPoint& offset, const QRect& boundingRect)
 {
+    ++m_pictureNumber;
     m_source = source;
     m_selection = selection;
     m_selectionOffset = offset;
@@ -130,6 +131,7 @@ void YDAdjustmentWidget::SetImage(const RGBA32iImage& source, const RGBA32iImage
 void YDAdjustmentWidget::ClearData()
 {
     AbortRunningJob();
+    ++m_pictureNumber;
     m_source = RGBA32iImage();
     m_adjusted = RGBA32iImage();
     m_cancelled = false;
@@ -200,6 +202,8 @@ void YDAdjustmentWidget::SetCancelProcessing(bool cancel)
 }
 
 void YDAdjustmentWidget::OnReset() { Reset(); }
+
+void YDAdjustmentWidget::AbortJob() {}
 
 QWidget* YDAdjustmentWidget::GetUIContent() { return m_isDialog ? m_ui->m_pContent : this; }
 
@@ -322,8 +326,10 @@ void YDAdjustmentWidget::OnProgressValueChanged(int value) { m_progressValue = v
 void YDAdjustmentWidget::AbortRunningJob()
 {
     bool expected = false;
-    if (m_processing && m_dataChanged.compare_exchange_strong(expected, true))
-        disconnect(m_watcher, &JobWatcher::resultReadyAt, this, &YDAdjustmentWidget::OnResultReadyAt);
+    if (!m_processing || !m_dataChanged.compare_exchange_strong(expected, true))
+        return;
+    disconnect(m_watcher, &JobWatcher::resultReadyAt, this, &YDAdjustmentWidget::OnResultReadyAt);
+    AbortJob();
 }
 
 void YDAdjustmentWidget::StopTimer(int& timerId)

@@ -140,6 +140,14 @@ protected:
     QPoint GetSelectionOffset() const { return m_selectionOffset; }
     QRect GetSelectionBoundingRect() const { return m_selectionBoundingRect; }
 
+    /// Counts the pictures that the widget was given: the same number stands for the same pixels.
+    quint64 PictureNumber() const { return m_pictureNumber; }
+
+    /// Called once when the running job is told to stop. A job that does not look at the abort flag, because
+    /// another device computes it, finishes its future here: the widget may be about to wait for it. The base
+    /// does nothing.
+    virtual void AbortJob();
+
     /// Set while the running job shall stop; the abort flag of every background job.
     std::atomic<bool>& DataChangedFlag() { return m_dataChanged; }
 
@@ -215,6 +223,7 @@ private:
     static void ForwardProgress(const YDAdjustmentProcessing& processing, const YDAdjustmentJob& job);
 
     RGBA32iImage m_source;
+    quint64 m_pictureNumber = 0;
     RGBA32iImage m_adjusted;
     RGBA32iImage m_selection;
     QRect m_selectionBoundingRect;
