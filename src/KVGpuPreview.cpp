@@ -1,0 +1,124 @@
+#include "KVGpuPreview.h"
+
+#include "image/YDSelectionArea.h"
+
+#include <utility>
+
+namespace {
+
+/// The bytes at `pixels` of `image`, under a handle that no other call has given.
+std::shared_ptr<const unsigned char> NewHandle(const RGBA32iImage& image, const YDRGBA32i* pixels)
+{
+    const auto owner = std::make_shared<const RGBA32iImage>(image);
+    return {owner, reinterpret_cast<const unsigned char*>(pixels)};
+}
+
+} // namespace
+
+KVGpuPreview::KVGpuPreview(KVGpuService& service, std::chrono::milliseconds patience) : m_service(&service)
+{
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(patience);
+    connect(&m_patience, &QTimer::timeout, this, &KVGpuPreview::Fail);
+    connect(&service, &KVGpuService::dropped, this, &KVGpuPreview::OnDropped);
+    connect(&service, &QObject::destroyed, this, &KVGpuPreview::Fail);
+}
+
+KVGpuPreview::~KVGpuPreview()
+{
+    Abort();
+    EndFilter();
+}
+
+void KVGpuPreview::BeginFilter(int width, int height)
+{
+    if (!m_service)
+        return;
+    m_service->begin_filter(width, height);
+    if (m_isFilterActive)
+        m_service->end_filter(); // of the one before; only now, so that the service keeps its pictures
+    m_isFilterActive = true;
+    m_hasFailed = false;
+}
+
+void KVGpuPreview::EndFilter()
+{
+    if (std::exchange(m_isFilterActive, false) && m_service)
+        m_service->end_filter();
+}
+
+bool KVGpuPreview::Start(QFutureWatcher<RGBA32iImage>* watcher, const YDAdjustmentJob& job,
+                         quint64 pictureNumber, const SelectiveParamsList& params)
+{
+    Abort();
+    if (!m_service || m_hasFailed)
+        return false;
+    const bool isSelected = !job.selectionBoundingRect.isEmpty();
+    const YDSelectionArea area(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect);
+    if (isSelected && (area.Width() == 0 || area.Height() == 0))
+        return false;
+    ForgetAllBut(pictureNumber);
+    m_pictureNumber = pictureNumber;
+    if (!m_pixels)
+        m_pixels = NewHandle(job.image, job.image.Pixels());
+    if (isSelected && !m_mask)
+        m_mask = NewHandle(job.selection, area.MaskRow(job.selection, 0));
+    m_request = m_service->process_selective_color(
+        m_pixels, job.image.Width(), job.image.Height(), params.targets, params.mode, m_mask, area.Width(),
+        area.Height(), area.Covered().x(), area.Covered().y(), false, this, job.selection.RowLength());
+    if (m_request == 0)
+        return false;
+    m_preview = QFutureInterface<RGBA32iImage>();
+    m_preview.reportStarted();
+    watcher->setFuture(m_preview.future());
+    m_patience.start();
+    return true;
+}
+
+void KVGpuPreview::Take(const RGBA32iImage& answer)
+{
+    if (m_request == 0 || !m_service || m_service->request_of(answer) != m_request)
+        return;
+    m_preview.reportResult(answer);
+    Finish();
+}
+
+void KVGpuPreview::Abort()
+{
+    if (m_request == 0)
+        return;
+    const quint64 request = m_request;
+    m_preview.cancel();
+    Finish();
+    if (m_service)
+        m_service->cancel(request);
+}
+
+void KVGpuPreview::ForgetAllBut(quint64 pictureNumber)
+{
+    if (pictureNumber == m_pictureNumber)
+        return;
+    m_pixels.reset();
+    m_mask.reset();
+}
+
+void KVGpuPreview::OnDropped(quint64 request)
+{
+    if (request == m_request)
+        Fail();
+}
+
+void KVGpuPreview::Fail()
+{
+    if (m_request == 0)
+        return;
+    m_hasFailed = true;
+    emit Failed();
+}
+
+void KVGpuPreview::Finish()
+{
+    m_request = 0;
+    m_patience.stop();
+    m_preview.reportFinished();
+}
