@@ -112,6 +112,7 @@ const std::vector<Neutral>& NeutralSettings()
         {"color-enhancer", {R"({"amount": 0})"}},
         {"replace-color", {R"({"opacity": 0})", R"({"opacity": 0, "tolerance": 255, "position": 3})"}},
         {"fill-color", {R"({"opacity": 0})"}},
+        {"selective-colors", {"{}", R"({"mode": 1})"}},
     };
     return all;
 }

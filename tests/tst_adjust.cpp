@@ -98,6 +98,9 @@ private slots:
     void FullStandardOutputIsAFailure();
     void NamesBeyondAsciiWork();
     void AnInterruptLeavesWholeFilesOnly();
+    void SelectiveColorsTravelAsAPreset();
+    void SelectiveColorsAreTheSameOnEveryDevice_data();
+    void SelectiveColorsAreTheSameOnEveryDevice();
 
 private:
     QString Path(const QString& name) const { return m_folder->filePath(name); }
@@ -690,6 +693,62 @@ void TestAdjust::AnInterruptLeavesWholeFilesOnly()
     for (const QString& name : written) {
         QVERIFY2(name.endsWith(QLatin1String(".bmp")), qPrintable(name));
         QCOMPARE(Picture("out/" + name).size(), QSize(1500, 1000));
+    }
+}
+
+void TestAdjust::SelectiveColorsTravelAsAPreset()
+{
+    const QString targets =
+        QStringLiteral("[[1,2,3,4],[5,6,7,8],[0,0,0,0],[0.5,0,0,0],[0,0,0,0],[0,0,0,0],[0,0,0,0],[0,0,0,0],"
+                       "[-100,100,0,0]]");
+    QCOMPARE(Run({"preset", "selective-colors", "targets=" + targets, "mode=1", "-o", "p"}).status, 0);
+    QVERIFY(BytesOf(Path("p")).startsWith("KVSelectiveColors 1.00000"));
+    const Outcome shown = Run({"show", "p", "--json"});
+    QCOMPARE(shown.status, 0);
+    const QJsonObject object = QJsonDocument::fromJson(shown.out.toUtf8()).object();
+    QCOMPARE(object.value("adjustment").toString(), QStringLiteral("selective-colors"));
+    QCOMPARE(object.value("fields").toObject(),
+             (QJsonObject{{"targets", QJsonDocument::fromJson(targets.toUtf8()).array()}, {"mode", 1}}));
+    for (const char* const wrong : {"targets=[[1,2,3,4]]", "targets=[1,2]", "targets=[]", "mode=2", "mode=-1",
+                                    "mode=0.5", "targets=reds"})
+        QCOMPARE(Run({"preset", "selective-colors", wrong, "-o", "q"}).status, 2);
+}
+
+void TestAdjust::SelectiveColorsAreTheSameOnEveryDevice_data()
+{
+    QTest::addColumn<QString>("device");
+    QTest::newRow("the processor") << "off";
+    QTest::newRow("whatever OpenCL offers") << "any";
+}
+
+/// Pure red belongs to the reds alone: half of full cyan is 127 levels, and all its yellow is taken away.
+void TestAdjust::SelectiveColorsAreTheSameOnEveryDevice()
+{
+    QFETCH(QString, device);
+    QProcessEnvironment environment = Environment();
+    environment.insert(QStringLiteral("ADJUSTMENTGUI_GPU"), device);
+    environment.insert(QStringLiteral("POCL_CACHE_DIR"), Path("cache"));
+    QImage red(50, 40, QImage::Format_RGB32);
+    red.fill(qRgb(255, 0, 0));
+    StorePicture("in.png", red);
+    QImage mask(10, 10, QImage::Format_RGB32);
+    mask.fill(Qt::white);
+    StorePicture("mask.png", mask);
+    const QString reds =
+        QStringLiteral("selective-colors "
+                       "targets=[[50,0,-100,0],[0,0,0,0],[0,0,0,0],[0,0,0,0],[0,0,0,0],[0,0,0,0],[0,0,0,0],"
+                       "[0,0,0,0],[0,0,0,0]] mode=");
+    for (const auto& [mode, expected] : {std::pair{"0", qRgb(255, 0, 255)}, {"1", qRgb(128, 0, 255)}}) {
+        const Outcome outcome = Run({"apply", "-a", reds + mode, "-s", "mask.png", "--offset", "20,10",
+                                     "--force", "in.png", "-o", "out.png"},
+                                    environment);
+        QCOMPARE(outcome.err, QString());
+        QCOMPARE(outcome.status, 0);
+        QImage adjusted = red;
+        for (int y = 10; y < 20; ++y)
+            for (int x = 20; x < 30; ++x)
+                adjusted.setPixel(x, y, expected);
+        QCOMPARE(Picture("out.png").convertToFormat(QImage::Format_RGB32), adjusted);
     }
 }
 

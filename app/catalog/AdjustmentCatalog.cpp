@@ -1,6 +1,7 @@
 #include "catalog/AdjustmentCatalog.h"
 
 #include "KVFillColorWidget.h"
+#include "KVSelectiveColorsWidget.h"
 #include "YDBlackAndWhiteWidget.h"
 #include "YDBrightnessContrastWidget.h"
 #include "YDColorBalanceWidget.h"
@@ -20,7 +21,9 @@
 #include "catalog/GammaFields.h"
 #include "catalog/PosterizeFields.h"
 #include "catalog/RecordSettings.h"
+#include "catalog/SelectiveColorsFields.h"
 #include "catalog/StreamlessSettings.h"
+#include "gpu/KVGpuService.h"
 
 #include <QCoreApplication>
 
@@ -52,11 +55,11 @@ QString Convert(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iIma
 }
 
 /// What a dialog with the panel's settings makes of the picture.
-template <class Widget>
+template <class Widget, class Params = typename Widget::Params>
 QString TakePreview(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
                     const QPoint& offset, const QRect& boundingRect)
 {
-    RecordSettings<Widget> settings;
+    RecordSettings<Widget, Params> settings;
     settings.TakeFrom(panel);
     const auto dialog = MakeWidget<Widget>(true, nullptr);
     settings.ShowIn(*dialog);
@@ -64,11 +67,11 @@ QString TakePreview(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32
 }
 
 /// An adjustment whose widget keeps a record and converts pictures.
-template <class Widget>
+template <class Widget, class Params = typename Widget::Params>
 AdjustmentEntry RecordEntry(const char* name, const char* title)
 {
-    return {QString::fromLatin1(name), title, MakeWidget<Widget>, MakeSettings<RecordSettings<Widget>>,
-            Convert};
+    return {QString::fromLatin1(name), title, MakeWidget<Widget>,
+            MakeSettings<RecordSettings<Widget, Params>>, Convert};
 }
 
 /// An adjustment whose widget keeps a record, and changes pixels in the preview of its dialog alone.
@@ -87,6 +90,23 @@ AdjustmentEntry StreamlessEntry(const char* name, const char* title)
 {
     return {QString::fromLatin1(name), title, MakeWidget<Widget>,
             MakeSettings<StreamlessSettings<Widget, Fields>>, Convert};
+}
+
+/// The selective colours are the same either way, but only previews are computed by the GPU service.
+QString ApplySelectiveColors(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
+                             const QPoint& offset, const QRect& boundingRect)
+{
+    const auto apply =
+        KVGpuService::get_instance() ? TakePreview<KVSelectiveColorsWidget, SelectiveColorsFields> : Convert;
+    return apply(panel, image, selection, offset, boundingRect);
+}
+
+AdjustmentEntry SelectiveColorsEntry()
+{
+    auto entry = RecordEntry<KVSelectiveColorsWidget, SelectiveColorsFields>(
+        "selective-colors", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Selective Colors"));
+    entry.apply = ApplySelectiveColors;
+    return entry;
 }
 
 std::vector<AdjustmentEntry> ToneEntries()
@@ -133,6 +153,7 @@ std::vector<AdjustmentEntry> FillEntries()
         PreviewEntry<YDReplaceColorWidget>("replace-color",
                                            QT_TRANSLATE_NOOP("AdjustmentCatalog", "Replace Color")),
         PreviewEntry<KVFillColorWidget>("fill-color", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Fill Color")),
+        SelectiveColorsEntry(),
     };
 }
 

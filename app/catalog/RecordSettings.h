@@ -10,12 +10,13 @@
 #include <type_traits>
 
 /// The settings of an adjustment whose widget keeps a parameter record with a stream.
-template <class Widget>
-class RecordSettings : public FieldSettings<typename Widget::Params>
+///
+/// `Params` is the widget's own record, or one that lists the fields of a record which cannot list them
+/// itself, and converts to and from it.
+template <class Widget, class Params = typename Widget::Params>
+class RecordSettings : public FieldSettings<Params>
 {
 public:
-    using Params = typename Widget::Params;
-
     bool HasPreset() const override { return true; }
 
     QByteArray ToPreset() const override
