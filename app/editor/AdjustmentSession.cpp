@@ -55,6 +55,7 @@ void AdjustmentSession::OnOverlayReady()
 void AdjustmentSession::Start(const RGBA32iImage& picture, const SelectionMask& mask)
 {
     m_isCurrent = false;
+    m_widget->SetupActivation(picture.Width(), picture.Height());
     // A host-drawn widget is given no picture: it would wait for a job of its own for ever.
     if (m_overlay)
         m_overlay->Start(picture, mask);
