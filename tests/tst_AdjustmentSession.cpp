@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QMessageBox>
@@ -105,6 +106,8 @@ private slots:
     void ThePreviewIsShownInTheView();
     void OkDeliversWhatThePanelApplies_data();
     void OkDeliversWhatThePanelApplies();
+    void OkDeliversTheFill();
+    void OkDeliversTheReplacedColourWhateverIsSelected();
     void OkTakesAChangeThatIsLessThan50MsOld();
     void OkWithoutAChangeDeliversThePicture();
     void CancelHidesDialogAndPreviewAtOnce();
@@ -196,6 +199,39 @@ void TestAdjustmentSession::OkDeliversWhatThePanelApplies()
     QVERIFY(!TestPictures::AreEqual(expected, picture));
     QVERIFY(TestPictures::AreEqual(bench.accepted.first(), expected));
     QVERIFY2(TestPictures::AreEqual(picture, TestPictures::Noise(300, 200)), "the source stays as it is");
+}
+
+void TestAdjustmentSession::OkDeliversTheFill()
+{
+    QPainterPath left;
+    left.addRect(0, 0, 10, Height);
+    Bench bench(*AdjustmentCatalog::Find(QStringLiteral("fill-color")),
+                TestPictures::Grey(Width, Height, 100), MaskOfShape(left, 0, QSize(Width, Height)));
+    QTRY_COMPARE_WITH_TIMEOUT(bench.PreviewGrey(), 0, PatienceMs); // black at first
+    bench.Dialog().findChild<QSlider*>(QStringLiteral("horizontalSlider"))->setValue(50);
+    bench.PressOk();
+    QTRY_COMPARE_WITH_TIMEOUT(bench.accepted.size(), 1, PatienceMs);
+    QCOMPARE(int(bench.accepted.first().Row(5)[9].g), 50); // 100 * 128 / 255
+    QCOMPARE(int(bench.accepted.first().Row(5)[10].g), 100);
+}
+
+void TestAdjustmentSession::OkDeliversTheReplacedColourWhateverIsSelected()
+{
+    QPainterPath left;
+    left.addRect(0, 0, 10, Height);
+    const RGBA32iImage picture = TestPictures::Grey(Width, Height, 100);
+    for (int y = 0; y < Height; ++y)
+        picture.Row(y)[20] = YDRGBA32i(7, 7, 7, 255); // a wall between two areas
+    Bench bench(*AdjustmentCatalog::Find(QStringLiteral("replace-color")), picture,
+                MaskOfShape(left, 0, QSize(Width, Height)));
+    bench.Dialog().findChild<QComboBox*>(QStringLiteral("m_pPositionType"))->setCurrentIndex(3);
+    bench.PressOk();
+    QTRY_COMPARE_WITH_TIMEOUT(bench.accepted.size(), 1, PatienceMs);
+    for (const int x : {0, 19})
+        QCOMPARE(int(bench.accepted.first().Row(5)[x].g), 100);
+    QCOMPARE(int(bench.accepted.first().Row(5)[20].g), 7);
+    for (const int x : {21, Width - 1})
+        QCOMPARE(int(bench.accepted.first().Row(5)[x].g), 255);
 }
 
 void TestAdjustmentSession::OkTakesAChangeThatIsLessThan50MsOld()

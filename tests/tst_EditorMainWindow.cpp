@@ -35,9 +35,33 @@
 #include <QToolButton>
 #include <QUrl>
 
+#include <functional>
+#include <utility>
+
 namespace {
 
 constexpr int PatienceMs = 20000;
+
+/// Calls `work` once in the event loop of an adjustment that waits for a preview, when its job tells
+/// something.
+class WhilePreviewing : public QObject
+{
+public:
+    explicit WhilePreviewing(const std::function<void()>& work) : m_work(work)
+    {
+        qApp->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::FutureCallOut && QGuiApplication::overrideCursor() && m_work)
+            std::exchange(m_work, {})();
+        return false;
+    }
+
+private:
+    std::function<void()> m_work;
+};
 
 QVector<QMessageBox*> MessageBoxes()
 {
@@ -151,6 +175,10 @@ private slots:
     void ACurveIsDrawnResetDrawnAgainAndUndone();
     void ThePanelAppliesItsSettings();
     void ThePanelKeepsToTheSelection();
+    void ThePanelAppliesWhatADialogPreviews_data();
+    void ThePanelAppliesWhatADialogPreviews();
+    void WhatThePanelWaitsForMayGo_data();
+    void WhatThePanelWaitsForMayGo();
     void ThePanelOutlivesADocumentItIsAdjusting_data();
     void ThePanelOutlivesADocumentItIsAdjusting();
     void SavingWritesTheFile();
@@ -475,6 +503,71 @@ void TestEditorMainWindow::ThePanelKeepsToTheSelection()
     QTRY_COMPARE_WITH_TIMEOUT(applied.count(), 1, PatienceMs);
     QCOMPARE(int(document.Picture().Row(20)[29].g), 140);
     QCOMPARE(int(document.Picture().Row(20)[30].g), 100);
+}
+
+void TestEditorMainWindow::ThePanelAppliesWhatADialogPreviews_data()
+{
+    QTest::addColumn<QString>("slider");
+    QTest::newRow("replace-color") << "m_pDestinationOpacity";
+    QTest::newRow("fill-color") << "horizontalSlider";
+}
+
+void TestEditorMainWindow::ThePanelAppliesWhatADialogPreviews()
+{
+    QFETCH(QString, slider);
+    MainWindow window;
+    window.show();
+    Document& document = *Open(window, MakePicture("one.png"))->GetDocument();
+    const bool isBlack = slider == QLatin1String("horizontalSlider");
+    AdjustmentPanel& panel = *window.Panel();
+    panel.Choose(*AdjustmentCatalog::Find(QString::fromLatin1(QTest::currentDataTag())));
+    panel.Widget()->findChild<QSlider*>(slider)->setValue(50);
+    QSignalSpy applied(&panel, &AdjustmentPanel::Applied);
+    panel.findChild<QPushButton*>(QStringLiteral("ApplyButton"))->click();
+    QVERIFY(document.IsLocked());
+    QTRY_COMPARE_WITH_TIMEOUT(applied.count(), 1, PatienceMs);
+    // 100 * 128 / 255, and 255 * 127 / 255 more
+    QCOMPARE(int(document.Picture().Row(39)[59].g), isBlack ? 50 : 177);
+    QVERIFY(!document.IsLocked());
+    QVERIFY(panel.isEnabled());
+    QVERIFY(!QGuiApplication::overrideCursor());
+    document.UndoStack()->undo();
+    QCOMPARE(int(document.Picture().Row(39)[59].g), 100);
+}
+
+void TestEditorMainWindow::WhatThePanelWaitsForMayGo_data()
+{
+    QTest::addColumn<bool>("panelGoes");
+    QTest::addColumn<bool>("documentGoes");
+    QTest::newRow("the document") << false << true;
+    QTest::newRow("the panel") << true << false;
+    QTest::newRow("both") << true << true;
+}
+
+void TestEditorMainWindow::WhatThePanelWaitsForMayGo()
+{
+    QFETCH(bool, panelGoes);
+    QFETCH(bool, documentGoes);
+    auto document = std::make_unique<Document>(TestDocuments::Opened(TestPictures::Grey(60, 40, 100)));
+    auto panel = std::make_unique<AdjustmentPanel>();
+    panel->Choose(*AdjustmentCatalog::Find(QStringLiteral("fill-color")));
+    panel->SetDocument(document.get());
+    bool hasGone = false;
+    const WhilePreviewing interruption([&] {
+        hasGone = true;
+        if (documentGoes)
+            document.reset();
+        if (panelGoes)
+            panel.reset();
+    });
+    panel->Apply();
+    QTRY_VERIFY_WITH_TIMEOUT(hasGone && !QGuiApplication::overrideCursor(), PatienceMs);
+    if (document) {
+        QVERIFY(!document->IsLocked());
+        QCOMPARE(int(document->Picture().Row(0)[0].g), 100);
+    }
+    if (panel)
+        QVERIFY(panel->isEnabled());
 }
 
 void TestEditorMainWindow::ThePanelOutlivesADocumentItIsAdjusting_data()

@@ -94,9 +94,16 @@ private slots:
     void TellsOfFurtherPages();
     void ReadsFurtherKindsAndSizesWhenTold();
     void KindsAndSizesConcernTheMaskToo();
+    void PresetsOfTheFillsAreTheirStreams_data();
+    void PresetsOfTheFillsAreTheirStreams();
+    void FillsWhatIsSelected();
+    void ReplacesTheColourInACornerWhateverIsSelected();
+    void ComputesThePreviewsOfManyPictures_data();
+    void ComputesThePreviewsOfManyPictures();
     void NeedsNoDisplay();
     void FullStandardOutputIsAFailure();
     void NamesBeyondAsciiWork();
+    void AnInterruptLeavesWholeFilesOnly_data();
     void AnInterruptLeavesWholeFilesOnly();
     void SelectiveColorsTravelAsAPreset();
     void SelectiveColorsAreTheSameOnEveryDevice_data();
@@ -197,6 +204,11 @@ void TestAdjust::RefusesWrongCalls_data()
     row({"preset", "brightness-contrast", "brightness=101", "-o", "new"}, "-100..100");
     row({"preset", "brightness-contrast", "brightness=1e99", "-o", "new"}, "-100..100");
     row({"preset", "brightness-contrast", "brightness=nan", "-o", "new"}, "nan");
+    row({"preset", "replace-color", "tolerance=256", "-o", "new"}, "256 is outside 0..255");
+    row({"preset", "replace-color", "position=4", "-o", "new"}, "4 is outside 0..3");
+    row({"preset", "replace-color", "opacity=-1", "-o", "new"}, "-1 is outside 0..100");
+    row({"preset", "replace-color", "color=red", "-o", "new"}, "#rrggbb");
+    row({"preset", "fill-color", "opacity=101", "-o", "new"}, "101 is outside 0..100");
     row({"show"}, "one file");
     row({"show", "a", "b"}, "one file");
     row({"apply", "-a", step, "-o", "new.png"}, "no picture");
@@ -637,6 +649,107 @@ void TestAdjust::KindsAndSizesConcernTheMaskToo()
     QCOMPARE(Run(call + QStringList{"--max-megapixels", "2"}).status, 0);
 }
 
+void TestAdjust::PresetsOfTheFillsAreTheirStreams_data()
+{
+    QTest::addColumn<QStringList>("settings");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QJsonObject>("fields");
+    QTest::newRow("replace-color")
+        << QStringList{"tolerance=32", "position=3", "color=#ff8000", "opacity=50"}
+        << "KVReplaceColor 1.00000" +
+               QByteArray::fromHex("00000020 00000003 01 ffff ffff 8080 0000 0000 00000032")
+        << QJsonObject{{"tolerance", 32}, {"position", 3}, {"color", "#ff8000"}, {"opacity", 50}};
+    QTest::newRow("fill-color") << QStringList{"color=#40ff8000", "opacity=7"}
+                                << "KVFillColor 1.00000" +
+                                       QByteArray::fromHex("01 4040 ffff 8080 0000 0000 00000007")
+                                << QJsonObject{{"color", "#40ff8000"}, {"opacity", 7}};
+}
+
+void TestAdjust::PresetsOfTheFillsAreTheirStreams()
+{
+    QFETCH(QStringList, settings);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QJsonObject, fields);
+    const QString name = QString::fromLatin1(QTest::currentDataTag());
+    const Outcome outcome = Run(QStringList{"preset", name} + settings + QStringList{"-o", "p"});
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(BytesOf(Path("p")), bytes);
+    const QJsonObject shown = QJsonDocument::fromJson(Run({"show", "--json", "p"}).out.toUtf8()).object();
+    QCOMPARE(shown.value("adjustment").toString(), name);
+    QCOMPARE(shown.value("fields").toObject(), fields);
+}
+
+void TestAdjust::FillsWhatIsSelected()
+{
+    StorePicture("in.png", Ramp());
+    QImage mask(10, 8, QImage::Format_RGB32);
+    mask.fill(Qt::white);
+    StorePicture("mask.png", mask);
+    QCOMPARE(Run({"preset", "fill-color", "color=#ff8000", "-o", "p"}).status, 0);
+    const Outcome outcome =
+        Run({"apply", "-p", "p", "-s", "mask.png", "--offset", "35,4", "in.png", "-o", "out.png"});
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.status, 0);
+    QImage expected = Ramp();
+    for (int y = 4; y < 12; ++y)
+        for (int x = 35; x < 40; ++x)
+            expected.setPixel(x, y, qRgb(255, 128, 0));
+    QCOMPARE(Picture("out.png"), expected);
+}
+
+void TestAdjust::ReplacesTheColourInACornerWhateverIsSelected()
+{
+    QImage picture(40, 30, QImage::Format_RGB32);
+    picture.fill(qRgb(10, 20, 30));
+    for (int y = 0; y < 30; ++y)
+        picture.setPixel(17, y, qRgb(200, 200, 200)); // a wall between two areas
+    StorePicture("in.png", picture);
+    QImage mask(40, 30, QImage::Format_RGB32);
+    mask.fill(Qt::black);
+    StorePicture("mask.png", mask);
+    const Outcome outcome = Run({"apply", "-a", "replace-color position=3 tolerance=5 color=#ff8000", "-s",
+                                 "mask.png", "in.png", "-o", "out.png"});
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.status, 0);
+    for (int y = 0; y < 30; ++y)
+        for (int x = 18; x < 40; ++x)
+            picture.setPixel(x, y, qRgb(255, 128, 0));
+    QCOMPARE(Picture("out.png"), picture);
+}
+
+void TestAdjust::ComputesThePreviewsOfManyPictures_data() { WritesManyPicturesIntoAFolder_data(); }
+
+/// Each of these adjustments waits in an event loop, in which other pictures come in.
+void TestAdjust::ComputesThePreviewsOfManyPictures()
+{
+    QFETCH(QString, jobs);
+    QStringList call{"apply",
+                     "-a",
+                     "fill-color color=#000000 opacity=0",
+                     "-a",
+                     "brightness-contrast brightness=20",
+                     "-a",
+                     "replace-color color=#ff8000",
+                     "-j",
+                     jobs,
+                     "-o",
+                     "out"};
+    QStringList names;
+    for (int i = 0; i < 20; ++i) {
+        names.append(QStringLiteral("%1.png").arg(i, 2, 10, QLatin1Char('0')));
+        StorePicture(names.last(), Ramp(40 + i, 30));
+    }
+    const Outcome outcome = Run(call + names);
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(Files("out"), names);
+    for (int i = 0; i < 20; ++i) {
+        QImage expected = Brighter(Ramp(40 + i, 30), 20, Ramp(40 + i, 30).rect());
+        expected.setPixel(0, 0, qRgb(255, 128, 0)); // no neighbour is of its colour
+        QCOMPARE(Picture("out/" + names[i]), expected);
+    }
+}
+
 void TestAdjust::NeedsNoDisplay()
 {
     StorePicture("in.png", Ramp());
@@ -670,9 +783,18 @@ void TestAdjust::NamesBeyondAsciiWork()
     QCOMPARE(Files("out"), QStringList(name));
 }
 
+void TestAdjust::AnInterruptLeavesWholeFilesOnly_data()
+{
+    QTest::addColumn<QString>("step");
+    QTest::newRow("converted") << "brightness-contrast brightness=20";
+    QTest::newRow("filled by a preview") << "fill-color opacity=20";
+    QTest::newRow("replaced by a preview") << "replace-color tolerance=255";
+}
+
 void TestAdjust::AnInterruptLeavesWholeFilesOnly()
 {
-    QStringList call{"apply", "-a", "brightness-contrast brightness=20", "-j", "2", "-o", "out"};
+    QFETCH(QString, step);
+    QStringList call{"apply", "-a", step, "-j", "2", "-o", "out"};
     for (int i = 0; i < 40; ++i) {
         StorePicture(QStringLiteral("%1.bmp").arg(i), Ramp(1500, 1000));
         call.append(QStringLiteral("%1.bmp").arg(i));
