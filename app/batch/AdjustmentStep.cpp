@@ -34,11 +34,30 @@ QString AdjustmentStep::TakePreset(const QString& path)
     return preset.error;
 }
 
+bool AdjustmentStep::CanDraw()
+{
+    if (!m_drawing && m_entry->makeDrawing)
+        m_drawing = m_entry->makeDrawing(Panel());
+    return bool(m_drawing);
+}
+
+QString AdjustmentStep::Draw(const RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
+                             const QRect& boundingRect) const
+{
+    return m_drawing(image, selection, offset, boundingRect);
+}
+
 QString AdjustmentStep::Apply(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
                               const QRect& boundingRect)
 {
+    return m_entry->apply(Panel(), image, selection, offset, boundingRect);
+}
+
+/// Shows the settings again for each picture: some panels change with what they analyse.
+YDAdjustmentWidget& AdjustmentStep::Panel()
+{
     if (!m_panel)
         m_panel = m_entry->makeWidget(false, nullptr);
-    m_settings->ShowIn(*m_panel); // again for each picture: some panels change with what they analyse
-    return m_entry->apply(*m_panel, image, selection, offset, boundingRect);
+    m_settings->ShowIn(*m_panel);
+    return *m_panel;
 }

@@ -25,12 +25,20 @@ public:
     const AdjustmentEntry& Entry() const { return *m_entry; }
     const AdjustmentSettings& Settings() const { return *m_settings; }
 
+    /// Whether Draw() applies the step, on any thread, so that Apply() need not. GUI thread.
+    [[nodiscard]] bool CanDraw();
+    [[nodiscard]] QString Draw(const RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
+                               const QRect& boundingRect) const;
+
     /// Applies the step to the picture, in place; an error text, empty for none. GUI thread.
     [[nodiscard]] QString Apply(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
                                 const QRect& boundingRect);
 
 private:
+    YDAdjustmentWidget& Panel();
+
     const AdjustmentEntry* m_entry = nullptr;
     std::unique_ptr<AdjustmentSettings> m_settings;
     std::unique_ptr<YDAdjustmentWidget> m_panel; ///< made when it is first needed
+    AdjustmentEntry::Drawing m_drawing;          ///< likewise
 };

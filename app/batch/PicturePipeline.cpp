@@ -101,42 +101,58 @@ void PicturePipeline::Read(Picture& picture) const
 
 void PicturePipeline::OnRead(const PicturePointer& picture)
 {
-    const KVImageFileManager::ReadResult& content = picture->content;
-    if (m_stopped || !content.error.isEmpty()) {
-        if (!m_stopped)
-            Fail(content.error);
-        End();
-        return;
-    }
-    if (content.depthReduced)
-        Console::Complain(WholeFile::Error(picture->item.input, tr("note: its depth is reduced to 8 bits")));
-    if (content.hasMorePictures)
-        Console::Complain(WholeFile::Error(
-            picture->item.input, tr("note: it holds several pictures; only the first one is taken")));
-    if (!content.metadataError.isEmpty())
-        Console::Complain(WholeFile::Error(
-            picture->item.input, tr("note: some metadata cannot be read (%1)").arg(content.metadataError)));
-    const QString problem = Adjust(*picture);
-    if (m_stopped || !problem.isEmpty()) {
-        if (!m_stopped)
-            Fail(WholeFile::Error(picture->item.input, problem));
-        End();
-        return;
-    }
-    Queue(picture, &PicturePipeline::Write, &PicturePipeline::OnWritten);
+    picture->problem = picture->content.error;
+    if (!m_stopped && picture->problem.isEmpty())
+        Tell(*picture);
+    Adjust(picture);
 }
 
-QString PicturePipeline::Adjust(Picture& picture)
+void PicturePipeline::Tell(const Picture& picture) const
 {
-    for (AdjustmentStep& step : m_steps) {
-        if (m_stopped)
-            break;
+    const KVImageFileManager::ReadResult& content = picture.content;
+    if (content.depthReduced)
+        Console::Complain(WholeFile::Error(picture.item.input, tr("note: its depth is reduced to 8 bits")));
+    if (content.hasMorePictures)
+        Console::Complain(WholeFile::Error(
+            picture.item.input, tr("note: it holds several pictures; only the first one is taken")));
+    if (!content.metadataError.isEmpty())
+        Console::Complain(WholeFile::Error(
+            picture.item.input, tr("note: some metadata cannot be read (%1)").arg(content.metadataError)));
+}
+
+/// Goes on with the next step. What any thread may draw is drawn on the pool, and comes back here after that.
+void PicturePipeline::Adjust(const PicturePointer& picture)
+{
+    while (!m_stopped && picture->problem.isEmpty() && picture->stepsDone < m_steps.size()) {
+        AdjustmentStep& step = m_steps[picture->stepsDone];
+        if (step.CanDraw()) {
+            Queue(picture, &PicturePipeline::Draw, &PicturePipeline::Adjust);
+            return;
+        }
         const QString problem =
-            step.Apply(picture.pixels, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect());
-        if (!problem.isEmpty())
-            return problem;
+            step.Apply(picture->pixels, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect());
+        FinishStep(*picture, problem);
     }
-    return {};
+    if (!m_stopped && picture->problem.isEmpty()) {
+        Queue(picture, &PicturePipeline::Write, &PicturePipeline::OnWritten);
+        return;
+    }
+    if (!m_stopped)
+        Fail(picture->problem);
+    End();
+}
+
+void PicturePipeline::Draw(Picture& picture) const
+{
+    const AdjustmentStep& step = m_steps[picture.stepsDone];
+    FinishStep(picture, step.Draw(picture.pixels, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect()));
+}
+
+void PicturePipeline::FinishStep(Picture& picture, const QString& problem)
+{
+    ++picture.stepsDone;
+    if (!problem.isEmpty())
+        picture.problem = WholeFile::Error(picture.item.input, problem);
 }
 
 void PicturePipeline::Write(Picture& picture) const

@@ -14,8 +14,8 @@
 
 /// Takes pictures through reading, adjusting and writing.
 ///
-/// Reading and writing run on a pool of its own, adjusting on the GUI thread, where the widgets live and
-/// which fans out to all cores by itself. At most `picturesAtOnce` pictures are in memory. A picture that
+/// Reading, writing and drawing run on a pool of its own, adjusting on the GUI thread, where the widgets live
+/// and which fans out to all cores by itself. At most `picturesAtOnce` pictures are in memory. A picture that
 /// fails is reported and the others go on.
 class PicturePipeline : public QObject
 {
@@ -50,6 +50,8 @@ private:
         OutputPlan::Item item;
         KVImageFileManager::ReadResult content;
         RGBA32iImage pixels;
+        std::size_t stepsDone = 0;
+        QString problem; ///< why the picture cannot go on; empty for nothing
         KVImageFileManager::WriteResult written;
     };
     using PicturePointer = std::shared_ptr<Picture>;
@@ -57,7 +59,10 @@ private:
     void StartNext();
     void Read(Picture& picture) const;
     void OnRead(const PicturePointer& picture);
-    [[nodiscard]] QString Adjust(Picture& picture);
+    void Tell(const Picture& picture) const;
+    void Adjust(const PicturePointer& picture);
+    void Draw(Picture& picture) const;
+    static void FinishStep(Picture& picture, const QString& problem);
     void Write(Picture& picture) const;
     void OnWritten(const PicturePointer& picture);
     void Fail(const QString& error);

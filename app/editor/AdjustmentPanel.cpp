@@ -14,6 +14,8 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace {
 
 constexpr int Margin = 12;
@@ -116,7 +118,12 @@ void AdjustmentPanel::Apply()
     const QPointer<Document> document = m_document;
     document->SetLocked(true);
     connect(document, &QObject::destroyed, this, &AdjustmentPanel::EndApplying);
-    document->WithMask(this, [this, document](const SelectionMask& mask) { CopyAndApply(document, mask); });
+    document->WithMask(this, [this, document](const SelectionMask& mask) {
+        if (Chosen().makeDrawing)
+            CopyAndDraw(document, mask);
+        else
+            CopyAndApply(document, mask);
+    });
 }
 
 void AdjustmentPanel::showEvent(QShowEvent* event)
@@ -188,6 +195,24 @@ void AdjustmentPanel::CopyAndApply(const QPointer<Document>& document, const Sel
         [this, document, mask](const RGBA32iImage& copy) { ApplyTo(document, copy, mask); });
 }
 
+void AdjustmentPanel::CopyAndDraw(const QPointer<Document>& document, const SelectionMask& mask)
+{
+    using Drawn = std::pair<RGBA32iImage, QString>;
+    BackgroundTask::Run(
+        this,
+        [picture = document->Picture(), mask, draw = Chosen().makeDrawing(*Widget())] {
+            Drawn drawn{picture.DeepCopy(), QString()};
+            if (!drawn.first.IsEmpty())
+                drawn.second = draw(drawn.first, mask.Coverage(), mask.Offset(), mask.BoundingRect());
+            return drawn;
+        },
+        [this, document, title = Chosen().Title()](const Drawn& drawn) {
+            if (document)
+                Deliver(document, drawn.first, title,
+                        drawn.first.IsEmpty() ? TooLittleMemory() : drawn.second);
+        });
+}
+
 void AdjustmentPanel::ApplyTo(const QPointer<Document>& document, RGBA32iImage copy,
                               const SelectionMask& mask)
 {
@@ -195,7 +220,7 @@ void AdjustmentPanel::ApplyTo(const QPointer<Document>& document, RGBA32iImage c
         return;
     const QPointer<AdjustmentPanel> self(this);
     const QString title = Chosen().Title();
-    QString problem = tr("There is too little memory for this picture.");
+    QString problem = TooLittleMemory();
     if (!copy.IsEmpty()) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         problem = Chosen().apply(*Widget(), copy, mask.Coverage(), mask.Offset(), mask.BoundingRect());
@@ -204,8 +229,15 @@ void AdjustmentPanel::ApplyTo(const QPointer<Document>& document, RGBA32iImage c
     // Some adjustments run an event loop, in which panel and document may have gone.
     if (!self && document)
         document->SetLocked(false);
-    if (!self || !document)
-        return;
+    if (self && document)
+        Deliver(document, copy, title, problem);
+}
+
+QString AdjustmentPanel::TooLittleMemory() { return tr("There is too little memory for this picture."); }
+
+void AdjustmentPanel::Deliver(const QPointer<Document>& document, const RGBA32iImage& adjusted,
+                              const QString& title, const QString& problem)
+{
     EndApplying();
     disconnect(document, &QObject::destroyed, this, &AdjustmentPanel::EndApplying);
     document->SetLocked(false);
@@ -213,7 +245,7 @@ void AdjustmentPanel::ApplyTo(const QPointer<Document>& document, RGBA32iImage c
         Messages::ShowError(this, tr("The adjustment could not be computed."), problem);
         return;
     }
-    document->Commit(copy, title);
+    document->Commit(adjusted, title);
     emit Applied();
 }
 

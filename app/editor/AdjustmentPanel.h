@@ -19,8 +19,8 @@ class YDAdjustmentWidget;
 /// Any adjustment of the catalogue as an embedded panel, applied to the current document at a press of a
 /// button.
 ///
-/// The picture is copied on the thread pool. The adjustment itself then runs on the GUI thread, as the
-/// widget belongs to it, and on all cores, under a wait cursor.
+/// The picture is copied on the thread pool, and what the host draws is drawn there too. Any other adjustment
+/// then runs on the GUI thread, as the widget belongs to it, and on all cores, under a wait cursor.
 class AdjustmentPanel : public QWidget
 {
     Q_OBJECT
@@ -54,7 +54,11 @@ private:
     void ShowPicture();
     void UpdateButtons();
     void CopyAndApply(const QPointer<Document>& document, const SelectionMask& mask);
+    void CopyAndDraw(const QPointer<Document>& document, const SelectionMask& mask);
     void ApplyTo(const QPointer<Document>& document, RGBA32iImage copy, const SelectionMask& mask);
+    void Deliver(const QPointer<Document>& document, const RGBA32iImage& adjusted, const QString& title,
+                 const QString& problem);
+    static QString TooLittleMemory();
     void EndApplying();
 
     QPointer<Document> m_document;
