@@ -13,9 +13,11 @@ struct BlackAndWhiteRule;
 struct ColorBalanceRule;
 struct ColorEnhancerRule;
 struct ColorizeRule;
+struct FillRule;
 struct HueSaturationRule;
 struct LinearGreyRule;
 struct PhotoFilterRule;
+struct SelectiveColorsRule;
 struct TemperatureRule;
 
 /// What the module of vector kernels exports; found by these names through AVX2LIB::Find.
@@ -62,7 +64,11 @@ Q_DECL_EXPORT void ColorBalanceRow(YDRGBA32i* row, int count, const ColorBalance
 Q_DECL_EXPORT void ColorizeRow(YDRGBA32i* row, int count, const ColorizeRule* rule);
 Q_DECL_EXPORT void HueSaturationRow(YDRGBA32i* row, int count, const HueSaturationRule* rule);
 Q_DECL_EXPORT void PhotoFilterRow(YDRGBA32i* row, int count, const PhotoFilterRule* rule);
+Q_DECL_EXPORT void SelectiveColorsRow(YDRGBA32i* row, int count, const SelectiveColorsRule* rule);
 Q_DECL_EXPORT void TemperatureRow(YDRGBA32i* row, int count, const TemperatureRule* rule);
+
+/// FillRule on `count` pixels in place, the alpha included.
+Q_DECL_EXPORT void FillRow(YDRGBA32i* row, int count, const FillRule* rule);
 
 /// ColorEnhancerRule on `count` pixels of `row`, in place, with their levelled copies; the rows must not
 /// overlap.
