@@ -2,6 +2,8 @@
 
 #include "YDAverageTintRGB32.h"
 #include "gui/YodiCustomSlider.h"
+#include "image/KVFillTransformation.h"
+#include "image/KVIterativeSelectiveColorsTransformation.h"
 #include "image/KVIterativeWBTransformation.h"
 #include "image/YDColorEnhancerTransformation.h"
 #include "image/YDHueSaturationTransformation.h"
@@ -17,6 +19,7 @@
 #include "image/YDIterativePosterizeTransformation.h"
 #include "image/YDTemperatureCorrection.h"
 #include "image/YDThresholdRGB32.h"
+#include "image/YDTintRGB32.h"
 
 #include <array>
 
@@ -80,6 +83,25 @@ BenchAdjustment::Rule EnhancedColours()
     enhancer.SetLevels(YDLevelsTransformation(Input, Output, Gamma, 100));
     enhancer.SetAmountData(60);
     return RuleOf(enhancer);
+}
+
+BenchAdjustment::Rule FilledWith(QRgb color)
+{
+    KVFillTransformation fill;
+    fill.SetData(color);
+    return RuleOf(fill);
+}
+
+/// Every range and every ink.
+BenchAdjustment::Rule ShiftedInks()
+{
+    SelectiveParamsList list;
+    float percentage = -80.0f;
+    for (SelectiveParams& params : list.targets) {
+        params = {percentage, -percentage, percentage / 2.0f, 10.0f};
+        percentage += 20.0f;
+    }
+    return RuleOf(KVIterativeSelectiveColorsTransformation(list));
 }
 
 } // namespace
@@ -146,6 +168,7 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          "m_pAmount",
          "value",
          {60, 30}},
+        {"tint-by-channel", RuleOf(YDTintRGB32(0xff050608u, 0xffaad1ffu, 75)), nullptr, nullptr, {}},
         {"temperature",
          WarmedLight(),
          "m_pTemperature",
@@ -154,6 +177,9 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          R"({"tint": 20, "strength": 80})"},
         {"white-balance", AnalysedBalance, "m_pWBStrength", "value", {60, 30}},
         {"color-enhancer", EnhancedColours(), "m_pAmount", "value", {60, 30}},
+        {"fill-color", FilledWith(qRgba(20, 120, 200, 127)), nullptr, nullptr, {}}, // 50 %
+        {"fill-color-opaque", FilledWith(qRgb(20, 120, 200)), nullptr, nullptr, {}},
+        {"selective-colors", ShiftedInks(), nullptr, nullptr, {}},
     };
     return adjustments;
 }
