@@ -1,5 +1,7 @@
 #include "image/OverlayRule.h"
 
+#include "utilities/AVX2LIB.h"
+
 namespace {
 
 KVCompositionMode ModeOf(int number)
@@ -12,7 +14,7 @@ KVCompositionMode ModeOf(int number)
 } // namespace
 
 OverlayRule::OverlayRule(int modeNumber, double opacity)
-    : mode(ModeOf(modeNumber)), weight(opacity > 0.0 ? float(std::min(opacity, 1.0)) / White : 0.0f)
+    : mode(ModeOf(modeNumber)), weight(opacity > 0.0 ? float(std::min(opacity, 1.0)) * PartOfLevel : 0.0f)
 {}
 
 void OverlayRule::operator()(const YDRGBA32i& over, YDRGBA32i& under) const
@@ -22,6 +24,12 @@ void OverlayRule::operator()(const YDRGBA32i& over, YDRGBA32i& under) const
 
 void OverlayRule::ProcessRow(const YDRGBA32i* over, YDRGBA32i* under, int count) const
 {
+    using Kernel = void (*)(const YDRGBA32i*, YDRGBA32i*, int, const OverlayRule*);
+    static const auto kernel = AVX2LIB::Find<Kernel>("OverlayRow");
+    if (kernel) {
+        kernel(over, under, count, this);
+        return;
+    }
     WithMode(mode, [&](auto which) {
         for (int x = 0; x < count; ++x)
             Lay<which()>(over[x], under[x], weight);

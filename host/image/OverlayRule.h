@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
 
 /// How a pixel of an overlay is laid onto one of a picture: with one of the modes of KVCompositionMode, the
 /// overlay's alpha counting as far as the opacity says.
@@ -15,6 +16,9 @@
 /// bytes, whatever its alpha.
 struct OverlayRule
 {
+    static constexpr float White = 255.0f;
+    static constexpr float PartOfLevel = 1.0f / White; ///< times 255 it is 1 exactly
+
     KVCompositionMode mode = KVCompositionMode::Normal;
     float weight = 0; ///< of a whole overlay pixel's alpha byte; 1 / 255 for full opacity
 
@@ -44,8 +48,6 @@ struct OverlayRule
     static void WithMode(KVCompositionMode mode, const Use& use);
 
 private:
-    static constexpr float White = 255.0f;
-
     static float Multiply(float over, float under) { return over * under; }
     static float Screen(float over, float under) { return over + under - over * under; }
     static float HardLight(float over, float under)
@@ -117,15 +119,16 @@ void OverlayRule::Lay(const YDRGBA32i& over, YDRGBA32i& under, float weight)
     const float overAlpha = over.a * weight;
     if (!(overAlpha > 0.0f))
         return;
-    const float underAlpha = under.a / White;
+    const float underAlpha = under.a * PartOfLevel;
     const float underShare = underAlpha * (1.0f - overAlpha);
     const float overShare = overAlpha * (1.0f - underAlpha);
     const float bothShare = overAlpha * underAlpha;
     constexpr bool Adds = Mode == KVCompositionMode::Addition;
-    const float alpha = Adds ? std::min(1.0f, overAlpha + underAlpha) : overAlpha + underShare;
+    const float covered = Adds ? std::min(1.0f, overAlpha + underAlpha) : overAlpha + underShare;
+    const float alpha = underAlpha < 1.0f ? covered : 1.0f; // which the sum need not be to the last bit;
     const auto mix = [=](quint8 overLevel, quint8 underLevel) {
-        const float above = overLevel / White;
-        const float below = underLevel / White;
+        const float above = overLevel * PartOfLevel;
+        const float below = underLevel * PartOfLevel;
         if constexpr (Adds)
             return Level(std::min(1.0f, overAlpha * above + underAlpha * below) / alpha);
         else

@@ -16,6 +16,7 @@ struct ColorizeRule;
 struct FillRule;
 struct HueSaturationRule;
 struct LinearGreyRule;
+struct OverlayRule;
 struct PhotoFilterRule;
 struct SelectiveColorsRule;
 struct TemperatureRule;
@@ -82,6 +83,9 @@ Q_DECL_EXPORT void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* desti
 /// YDBlend::YDSourceOver<0> with `opacity`, 0..256, over `count` pixels of two rows, which must not overlap.
 /// Made for opaque pixels; others are no faster than one by one.
 Q_DECL_EXPORT void SourceOverRow(const YDRGBA32i* source, YDRGBA32i* destination, int count, int opacity);
+
+/// OverlayRule over `count` pixels of two rows, which must not overlap.
+Q_DECL_EXPORT void OverlayRow(const YDRGBA32i* over, YDRGBA32i* under, int count, const OverlayRule* rule);
 
 /// The instruction sets that the kernels may use now, a bit each, the best in the lowest bit. Diagnostic.
 Q_DECL_EXPORT qint64 SupportedTargets();
