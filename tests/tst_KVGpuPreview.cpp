@@ -1,4 +1,6 @@
+#include "AdjustmentProbe.h"
 #include "KVGpuPreview.h"
+#include "KVSelectiveColorsWidget.h"
 #include "TestPictures.h"
 #include "YDAdjustmentWidget.h"
 #include "core/KVApplication.h"
@@ -7,6 +9,7 @@
 #include "gui/YDOperationProgressDlg.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
@@ -73,6 +76,9 @@ private:
     Gate& m_gate;
 };
 
+/// The service that the running application has.
+KVGpuService* theService = nullptr;
+
 /// An adjustment whose previews the service computes.
 class GpuWidget : public YDAdjustmentWidget
 {
@@ -123,8 +129,14 @@ struct Bench
     explicit Bench(std::chrono::milliseconds patience = 1h)
         : service(std::make_unique<KVGpuService>(std::make_unique<GatedDevice>(gate))),
           widget(std::make_unique<GpuWidget>(*service, patience))
-    {}
-    ~Bench() { gate.isOpen = true; }
+    {
+        theService = service.get();
+    }
+    ~Bench()
+    {
+        gate.isOpen = true;
+        theService = nullptr;
+    }
 
     /// Gives the widget a picture while the gate is closed, and waits until the device is at it.
     void BeginPreview(int percent)
@@ -172,6 +184,9 @@ void WhenWaitDialogShows(QObject* context, Work work)
 
 } // namespace
 
+/// Stands before the library's own, so that panels ask the test's service.
+KVGpuService* KVGpuService::get_instance() { return theService; }
+
 class TestKVGpuPreview : public QObject
 {
     Q_OBJECT
@@ -203,6 +218,10 @@ private slots:
     void ALaterFilterTakesThePlaceOfTheEarlier();
     void TheDestructorEndsTheFilter();
     void TwoWidgetsGetTheirOwnAnswers();
+    void ThePanelAsksForWhatItShows();
+    void HidingThePanelEndsItsFilterOnce();
+    void ThePanelsEndDoesNotWaitForTheDevice();
+    void OkInThePanelWaitsForTheDevice();
 };
 
 void TestKVGpuPreview::initTestCase()
@@ -539,6 +558,94 @@ void TestKVGpuPreview::TwoWidgetsGetTheirOwnAnswers()
     other.FlushPendingChange();
     QTRY_COMPARE_WITH_TIMEOUT(Shown(*b.widget), 11, PatienceMs);
     QTRY_COMPARE_WITH_TIMEOUT(Shown(other), 51, PatienceMs);
+}
+
+void TestKVGpuPreview::ThePanelAsksForWhatItShows()
+{
+    Bench b;
+    KVSelectiveColorsWidget panel(true, nullptr, Qt::WindowFlags());
+    SelectiveParamsList params;
+    for (int i = 0; i < params.targets.size(); ++i)
+        params.targets[i] = {float(i), float(2 * i), float(3 * i), float(-i)};
+    params.mode = Mode::Absolute;
+    panel.SetValue(params);
+    QSignalSpy ready(&panel, &YDAdjustmentWidget::ImageReady);
+    panel.SetImage(RGBA32iImage(20, 10), {}, {}, {});
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+    const SelectiveColorsRule expected(params.targets, params.mode);
+    const SelectiveColorsJob job = b.LastJob();
+    QVERIFY(!job.rule.relative);
+    for (int range = 0; range < SelectiveParamsList::Ranges; ++range)
+        for (int ink = 0; ink < SelectiveColorsRule::Inks; ++ink)
+            QCOMPARE(job.rule.shift[range][ink], expected.shift[range][ink]);
+    QCOMPARE(job.source.width, 20);
+    QCOMPARE(job.source.height, 10);
+    AdjustmentProbe::Child<QComboBox>(panel, "m_pColors")->setCurrentIndex(3);
+    QTest::qWait(QuietMs);
+    QCOMPARE(b.gate.begun.load(), 1);
+}
+
+void TestKVGpuPreview::HidingThePanelEndsItsFilterOnce()
+{
+    Bench b;
+    b.service->begin_filter(1, 1); // of somebody else
+    KVSelectiveColorsWidget panel(true, nullptr, Qt::WindowFlags());
+    panel.show();
+    panel.SetupActivation(20, 10);
+    panel.hide();
+    panel.hide();
+    panel.show();
+    panel.hide(); // not activated again
+    QSignalSpy ready(&panel, &YDAdjustmentWidget::ImageReady);
+    panel.SetImage(RGBA32iImage(20, 10), {}, {}, {});
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+    QTest::qWait(QuietMs);
+    QCOMPARE(b.gate.released.load(), 0); // the other's filter goes on
+    panel.show();
+    panel.SetupActivation(20, 10);
+    b.service->end_filter();
+    QTest::qWait(QuietMs);
+    QCOMPARE(b.gate.released.load(), 0); // the panel's does now
+    panel.hide();
+    QTRY_COMPARE_WITH_TIMEOUT(b.gate.released.load(), 1, PatienceMs);
+}
+
+void TestKVGpuPreview::ThePanelsEndDoesNotWaitForTheDevice()
+{
+    Bench b;
+    b.gate.isStubborn = true;
+    b.gate.isOpen = false;
+    auto panel = std::make_unique<KVSelectiveColorsWidget>(true, nullptr, Qt::WindowFlags());
+    panel->SetupActivation(20, 10);
+    panel->show();
+    panel->SetImage(RGBA32iImage(20, 10), {}, {}, {});
+    QTRY_COMPARE_WITH_TIMEOUT(b.gate.begun.load(), 1, PatienceMs);
+    QVERIFY(!panel->WaitForProcessingFinished(false));
+    panel.reset(); // would hang here
+    QCOMPARE(b.gate.ended.load(), 0);
+    QVERIFY(!QApplication::overrideCursor());
+    b.gate.isOpen = true;
+    QTRY_COMPARE_WITH_TIMEOUT(b.gate.released.load(), 1, PatienceMs);
+}
+
+void TestKVGpuPreview::OkInThePanelWaitsForTheDevice()
+{
+    Bench b;
+    b.gate.isStubborn = true;
+    b.gate.isOpen = false;
+    KVSelectiveColorsWidget panel(true, nullptr, Qt::WindowFlags());
+    auto* const cyan = AdjustmentProbe::Child<QSpinBox>(panel, "m_pCyan");
+    cyan->setValue(30);
+    panel.SetImage(RGBA32iImage(20, 10), {}, {}, {});
+    QTRY_COMPARE_WITH_TIMEOUT(b.gate.begun.load(), 1, PatienceMs);
+    cyan->setValue(40); // the first answer will be too old
+    panel.FlushPendingChange();
+    QSignalSpy finished(&panel, &YDAdjustmentWidget::Finished);
+    QVERIFY(!panel.WaitForProcessingFinished(false));
+    WhenWaitDialogShows(&panel, [&] { b.gate.isOpen = true; });
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, PatienceMs);
+    QCOMPARE(finished.first().first().toInt(), 1);
+    QCOMPARE(Shown(panel), 40);
 }
 
 QTEST_MAIN(TestKVGpuPreview)
