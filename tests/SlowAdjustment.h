@@ -3,6 +3,7 @@
 #include "YDAdjustmentWidget.h"
 #include "catalog/AdjustmentCatalog.h"
 
+#include <QSize>
 #include <QThread>
 
 #include <algorithm>
@@ -29,6 +30,10 @@ public:
         emit DataChanged();
     }
 
+    /// What the widget was activated with; empty before that.
+    QSize Activation() const { return m_activation; }
+
+    void SetupActivation(int width, int height) override { m_activation = {width, height}; }
     void Reset() override { SetGrey(0); }
     void StartJobWatching(JobWatcher* watcher) override
     {
@@ -105,4 +110,5 @@ private:
     }
 
     int m_grey = 0;
+    QSize m_activation;
 };

@@ -103,6 +103,7 @@ private slots:
     void init();
     void cleanup();
 
+    void TheWidgetIsToldThePicturesSize();
     void ThePreviewIsShownInTheView();
     void OkDeliversWhatThePanelApplies_data();
     void OkDeliversWhatThePanelApplies();
@@ -157,6 +158,12 @@ void TestAdjustmentSession::cleanup()
     SlowAdjustment::mayEnd = true;
     QTRY_COMPARE_WITH_TIMEOUT(SlowAdjustment::jobsEnded.load(), SlowAdjustment::jobsBegun.load(), PatienceMs);
     QVERIFY(!QApplication::overrideCursor());
+}
+
+void TestAdjustmentSession::TheWidgetIsToldThePicturesSize()
+{
+    Bench b(SlowAdjustment::Entry());
+    QCOMPARE(b.Slow().Activation(), QSize(Width, Height));
 }
 
 void TestAdjustmentSession::ThePreviewIsShownInTheView()
