@@ -5,6 +5,7 @@
 #include "PreviewProbe.h"
 #include "VectorTargets.h"
 #include "YDAdjustmentWidget.h"
+#include "catalog/AdjustmentCatalog.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -65,15 +66,29 @@ private:
     std::unique_ptr<PreviewProbe> m_probe;
 };
 
+/// Puts what `adjustment` makes of it in the place of `image`.
+void Apply(const BenchAdjustment& adjustment, YDAdjustmentWidget& widget, RGBA32iImage& image,
+           const RGBA32iImage& mask, const QRect& bounds)
+{
+    if (!adjustment.isPreviewOnly) {
+        widget.ConvertImage(image, mask, QPoint(), bounds);
+        return;
+    }
+    const AdjustmentEntry& entry = *AdjustmentCatalog::Find(QString::fromStdString(adjustment.name));
+    const QString problem = entry.apply(widget, image, mask, QPoint(), bounds);
+    if (!problem.isEmpty())
+        qFatal("%s: %s", adjustment.name.c_str(), qPrintable(problem));
+}
+
 BenchRow ConversionRow(const BenchAdjustment& adjustment, bool isSelected)
 {
     const auto probe = std::make_shared<ProbeOfRow>(adjustment);
-    const auto pass = [probe, isSelected](const BenchPictures& pictures) {
+    const auto pass = [probe, isSelected, &adjustment](const BenchPictures& pictures) {
         YDAdjustmentWidget& widget = probe->On(pictures).Widget();
         const RGBA32iImage mask = isSelected ? pictures.mask : RGBA32iImage();
         const QRect bounds = isSelected ? pictures.Bounds() : QRect();
         RGBA32iImage image = pictures.work;
-        return TimeOf([&] { widget.ConvertImage(image, mask, QPoint(), bounds); });
+        return TimeOf([&] { Apply(adjustment, widget, image, mask, bounds); });
     };
     return {pass, RestoreWork, [probe] { probe->LetGo(); }};
 }
@@ -142,17 +157,21 @@ void RegisterAdjustmentRows(const BenchAdjustment& adjustment, int megapixels)
     const auto add = [&adjustment, megapixels](const std::string& name, const BenchRow& row) {
         RegisterRow(megapixels, adjustment.name + '/' + name, row);
     };
-    add("generic", RuleRow(adjustment, Road::Generic));
-    add("vector", RuleRow(adjustment, Road::Vector));
-    for (const VectorTargets::Target& target : VectorTargets::All())
-        add("vector-" + target.name.toLower().toStdString(), RestrictedRuleRow(adjustment, target.bit));
-    add("copy+vector", CopyAndRuleRow(adjustment));
+    if (adjustment.rule) {
+        add("generic", RuleRow(adjustment, Road::Generic));
+        add("vector", RuleRow(adjustment, Road::Vector));
+        for (const VectorTargets::Target& target : VectorTargets::All())
+            add("vector-" + target.name.toLower().toStdString(), RestrictedRuleRow(adjustment, target.bit));
+        add("copy+vector", CopyAndRuleRow(adjustment));
+    }
     if (!adjustment.control)
         return;
-    add("convert", ConversionRow(adjustment, false));
-    add("convert-selected", ConversionRow(adjustment, true));
+    const std::string conversion = adjustment.isPreviewOnly ? "apply" : "convert";
+    add(conversion, ConversionRow(adjustment, false));
+    add(conversion + "-selected", ConversionRow(adjustment, true));
     add("preview", PreviewRow(adjustment));
-    add("abort", AbortRow(adjustment));
+    if (adjustment.rule) // nothing else stops in the middle
+        add("abort", AbortRow(adjustment));
     RegisterSingleRow(megapixels, adjustment.name + "/preview-memory",
                       [&adjustment, megapixels](benchmark::State& state) {
                           MeasurePreviewMemory(state, adjustment, megapixels);

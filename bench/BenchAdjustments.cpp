@@ -177,7 +177,22 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          R"({"tint": 20, "strength": 80})"},
         {"white-balance", AnalysedBalance, "m_pWBStrength", "value", {60, 30}},
         {"color-enhancer", EnhancedColours(), "m_pAmount", "value", {60, 30}},
-        {"fill-color", FilledWith(qRgba(20, 120, 200, 127)), nullptr, nullptr, {}}, // 50 %
+        {"replace-color",
+         nullptr,
+         "m_pDestinationOpacity",
+         "value",
+         {50, 60},
+         R"({"tolerance": 60, "color": "#1478c8"})",
+         nullptr,
+         true},
+        {"fill-color",
+         FilledWith(qRgba(20, 120, 200, 127)), // 50 %
+         "m_pOpacity",
+         "value",
+         {50, 60},
+         R"({"color": "#1478c8"})",
+         nullptr,
+         true},
         {"fill-color-opaque", FilledWith(qRgb(20, 120, 200)), nullptr, nullptr, {}},
         {"selective-colors", ShiftedInks(), nullptr, nullptr, {}},
     };

@@ -22,13 +22,14 @@ struct BenchAdjustment
     using Rule = std::function<void(const RGBA32iImage& image, Road road)>;
 
     std::string name;            ///< in the catalogue, unless there is no control
-    Rule rule;                   ///< runs the bare transformation over a picture, in place
+    Rule rule;                   ///< runs the bare transformation over a picture, in place; null: it is none
     const char* control;         ///< object name of a control in the panel; null: the bare rule alone
     const char* property;        ///< of the control, such as "value"
     QVariant values[2];          ///< what the property is set to in turn; each asks for a new preview
     const char* settings = "{}"; ///< JSON of what the dialog shows at first besides its defaults
     /// How the control is set where that is no property of it; false if it is not the control meant.
     bool (*set)(QObject* control, const QVariant& value) = nullptr;
+    bool isPreviewOnly = false; ///< the widget converts nothing; what the catalogue makes of it is measured
 };
 
 /// Every adjustment that is measured, a line each.
