@@ -194,7 +194,7 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          nullptr,
          true},
         {"fill-color-opaque", FilledWith(qRgb(20, 120, 200)), nullptr, nullptr, {}},
-        {"selective-colors", ShiftedInks(), nullptr, nullptr, {}},
+        {"selective-colors", ShiftedInks(), "m_pCyan", "value", {30, -30}},
     };
     return adjustments;
 }
