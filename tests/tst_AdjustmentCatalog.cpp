@@ -8,11 +8,13 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QDialog>
+#include <QFile>
 #include <QJsonDocument>
 #include <QLabel>
 #include <QPushButton>
 #include <QSet>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -52,6 +54,16 @@ QString ChangedColor(const QString& name)
     return name == QLatin1String("#336699") ? QStringLiteral("#996633") : QStringLiteral("#336699");
 }
 
+/// A picture file to put onto pictures.
+QString StampFile()
+{
+    static const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("stamp.png"));
+    if (!QFile::exists(path) && !ImageToQImage(TestPictures::Noise(20, 10)).save(path))
+        qFatal("no picture file could be written");
+    return path;
+}
+
 /// A value of the field that differs from its default and that its control can show.
 QJsonValue Changed(const SettingsField& field)
 {
@@ -63,6 +75,10 @@ QJsonValue Changed(const SettingsField& field)
         return Changed(value.toDouble(), range, field.typeName == QLatin1String("whole number"));
     if (value.isArray())
         return Changed(value.toArray(), range);
+    if (field.typeName == QLatin1String("font"))
+        return QLatin1Char('x') + value.toString(); // another family
+    if (field.name == QLatin1String("fileName"))
+        return StampFile();
     return field.typeName == QLatin1String("colour") ? ChangedColor(value.toString())
                                                      : value.toString() + QLatin1Char('x');
 }
@@ -113,6 +129,8 @@ const std::vector<Neutral>& NeutralSettings()
         {"replace-color", {R"({"opacity": 0})", R"({"opacity": 0, "tolerance": 255, "position": 3})"}},
         {"fill-color", {R"({"opacity": 0})"}},
         {"selective-colors", {"{}", R"({"mode": 1})"}},
+        {"sign", {"{}", R"({"opacity": 0, "blendingMode": 13})"}},
+        {"watermark", {R"({"opacity": 0})", R"({"text": ""})", R"({"color": "#00ffffff"})"}},
     };
     return all;
 }
@@ -165,20 +183,23 @@ private slots:
     void EveryNumberHasANameToBeRead();
     void NeutralSettingsChangeNoPixel_data() { Adjustments(); }
     void NeutralSettingsChangeNoPixel();
-    void DialogsPreviewWhatPanelsApply_data() { Adjustments(); }
+    void DialogsPreviewWhatPanelsApply_data() { Dialogs(); }
     void DialogsPreviewWhatPanelsApply();
     void EverySliderAndSpinBoxHasAnAccessibleName_data() { Adjustments(); }
     void EverySliderAndSpinBoxHasAnAccessibleName();
     void ReturnInAPanelPressesNoneOfItsButtons_data() { Adjustments(); }
     void ReturnInAPanelPressesNoneOfItsButtons();
-    void TheFocusGoesThroughThePanelFirst_data() { Adjustments(); }
+    void TheFocusGoesThroughThePanelFirst_data() { Dialogs(); }
     void TheFocusGoesThroughThePanelFirst();
+    void WhatTheHostDrawsIsAPanelAndWhatItApplies();
+    void WhatCannotBeDrawnIsToldAndLeavesThePicture();
     void WhatFollowsFromTheFieldsIsShown();
     void TextIsParsedByTheFieldsType_data();
     void TextIsParsedByTheFieldsType();
 
 private:
     static void Adjustments();
+    static void Dialogs();
     static const AdjustmentEntry& Entry()
     {
         QFETCH(QString, name);
@@ -198,6 +219,15 @@ void TestAdjustmentCatalog::Adjustments()
     QTest::addColumn<QString>("name");
     for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries())
         QTest::newRow(qPrintable(entry.name)) << entry.name;
+}
+
+/// Those that have a dialog of their own.
+void TestAdjustmentCatalog::Dialogs()
+{
+    QTest::addColumn<QString>("name");
+    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries())
+        if (!entry.makeDrawing)
+            QTest::newRow(qPrintable(entry.name)) << entry.name;
 }
 
 std::unique_ptr<AdjustmentSettings> TestAdjustmentCatalog::ChangedSettings(const AdjustmentEntry& entry)
@@ -462,6 +492,44 @@ void TestAdjustmentCatalog::TheFocusGoesThroughThePanelFirst()
     } while (QApplication::focusWidget() != first && outside.size() < 10);
     QCOMPARE(outside.size(), 4); // the preview toggle and three buttons
     QCOMPARE(outside.first(), QStringLiteral("m_pPreviewSlider"));
+}
+
+void TestAdjustmentCatalog::WhatTheHostDrawsIsAPanelAndWhatItApplies()
+{
+    QStringList drawn;
+    const RGBA32iImage source = TestPictures::Noise(700, 600); // larger than the margins
+    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries()) {
+        if (!entry.makeDrawing)
+            continue;
+        drawn.append(entry.name);
+        const auto settings = ChangedSettings(entry);
+        AdjustmentEntry::Drawing draw;
+        for (const bool isDialog : {false, true}) {
+            const auto panel = entry.makeWidget(isDialog, nullptr);
+            QVERIFY(!panel->findChild<QWidget*>(QStringLiteral("m_pButtons")));
+            settings->ShowIn(*panel);
+            draw = entry.makeDrawing(*panel);
+        }
+        const RGBA32iImage image = source.DeepCopy();
+        QCOMPARE(draw(image, RGBA32iImage(), QPoint(), QRect()), QString()); // the panel is gone
+        QVERIFY(TestPictures::AreEqual(image, Applied(entry, *settings, source)));
+        QVERIFY(!TestPictures::AreEqual(image, source));
+    }
+    QCOMPARE(drawn, QStringList({QStringLiteral("sign"), QStringLiteral("watermark")}));
+}
+
+void TestAdjustmentCatalog::WhatCannotBeDrawnIsToldAndLeavesThePicture()
+{
+    const AdjustmentEntry* const sign = AdjustmentCatalog::Find(QStringLiteral("sign"));
+    const auto settings = sign->makeSettings();
+    QCOMPARE(settings->SetFromText(QStringLiteral("fileName=/no/such/stamp.png")), QString());
+    const auto panel = sign->makeWidget(false, nullptr);
+    settings->ShowIn(*panel);
+    const RGBA32iImage source = TestPictures::Noise(30, 20);
+    RGBA32iImage image = source.DeepCopy();
+    const QString problem = sign->apply(*panel, image, RGBA32iImage(), QPoint(), QRect());
+    QVERIFY2(problem.contains(QStringLiteral("/no/such/stamp.png")), qPrintable(problem));
+    QVERIFY(TestPictures::AreEqual(image, source));
 }
 
 void TestAdjustmentCatalog::WhatFollowsFromTheFieldsIsShown()

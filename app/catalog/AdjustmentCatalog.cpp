@@ -12,13 +12,16 @@
 #include "YDLevelsWidget.h"
 #include "YDPhotoFilterWidget.h"
 #include "YDReplaceColorWidget.h"
+#include "YDSignWidget.h"
 #include "YDTemperatureWidget.h"
 #include "YDThresholdWidget.h"
 #include "YDTintWidget.h"
 #include "YDWBWidget.h"
+#include "YDWatermarkWidget.h"
 #include "catalog/ApplyThroughDialog.h"
 #include "catalog/ExposureFields.h"
 #include "catalog/GammaFields.h"
+#include "catalog/OverlayDrawings.h"
 #include "catalog/PosterizeFields.h"
 #include "catalog/RecordSettings.h"
 #include "catalog/SelectiveColorsFields.h"
@@ -81,6 +84,27 @@ AdjustmentEntry PreviewEntry(const char* name, const char* title)
     AdjustmentEntry entry = RecordEntry<Widget>(name, title);
     entry.apply = TakePreview<Widget>;
     return entry;
+}
+
+template <class Widget>
+std::unique_ptr<YDAdjustmentWidget> MakePanel(bool, QWidget* parent)
+{
+    return std::make_unique<Widget>(parent, Qt::WindowFlags());
+}
+
+template <AdjustmentEntry::Drawing (*MakeDrawing)(const YDAdjustmentWidget&)>
+QString Draw(YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
+             const QPoint& offset, const QRect& boundingRect)
+{
+    return MakeDrawing(panel)(image, selection, offset, boundingRect);
+}
+
+/// An adjustment whose widget is a panel only and keeps a record, which the host draws.
+template <class Widget, AdjustmentEntry::Drawing (*MakeDrawing)(const YDAdjustmentWidget&)>
+AdjustmentEntry OverlayEntry(const char* name, const char* title)
+{
+    return {QString::fromLatin1(name), title,      MakePanel<Widget>, MakeSettings<RecordSettings<Widget>>,
+            Draw<MakeDrawing>,         MakeDrawing};
 }
 
 /// An adjustment whose widget keeps its values in the controls, as `Fields` lists them, and converts
@@ -157,6 +181,16 @@ std::vector<AdjustmentEntry> FillEntries()
     };
 }
 
+std::vector<AdjustmentEntry> OverlayEntries()
+{
+    return {
+        OverlayEntry<YDSignWidget, OverlayDrawings::OfSign>("sign",
+                                                            QT_TRANSLATE_NOOP("AdjustmentCatalog", "Sign")),
+        OverlayEntry<YDWatermarkWidget, OverlayDrawings::OfWatermark>(
+            "watermark", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Watermark")),
+    };
+}
+
 std::vector<AdjustmentEntry> MakeEntries()
 {
     std::vector<AdjustmentEntry> all;
@@ -169,6 +203,7 @@ std::vector<AdjustmentEntry> MakeEntries()
     append(AdjustmentGroup::Tone, ToneEntries());
     append(AdjustmentGroup::Color, ColorEntries());
     append(AdjustmentGroup::Fill, FillEntries());
+    append(AdjustmentGroup::Overlay, OverlayEntries());
     return all;
 }
 
