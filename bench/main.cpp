@@ -3,6 +3,7 @@
 #include "BenchPictures.h"
 #include "CurveMoveRow.h"
 #include "EventLoopGaps.h"
+#include "FloodFillRows.h"
 #include "LimitRows.h"
 #include "ManyPassRows.h"
 #include "TableReporter.h"
@@ -27,6 +28,7 @@ void RegisterRows()
         for (const BenchAdjustment& adjustment : BenchAdjustments())
             RegisterAdjustmentRows(adjustment, megapixels);
         RegisterManyPassRows(megapixels);
+        RegisterFloodFillRows(megapixels);
         if (megapixels == EditorMegapixels) {
             RegisterCurveMoveRow(megapixels);
             RegisterEventLoopGaps(BenchAdjustments().front(), megapixels);
