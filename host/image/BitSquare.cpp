@@ -6,7 +6,8 @@
 
 namespace {
 
-quint64 BitOfRow(int y) { return quint64(1) << y; }
+constexpr quint64 AllBits = ~quint64(0);
+
 int LowestBit(quint64 bits) { return static_cast<int>(qCountTrailingZeroBits(bits)); }
 int HighestBit(quint64 bits) { return BitSquare::Side - 1 - static_cast<int>(qCountLeadingZeroBits(bits)); }
 
@@ -15,14 +16,15 @@ quint64 RunsWith(quint64 seeds, quint64 open)
 {
     // Towards higher bits: a seed that is added to its run carries to the run's end and clears what it
     // passes; a further seed of the same run is put where nothing is left to carry.
-    quint64 filled = (((open + seeds) ^ open) & open) | seeds;
+    const quint64 higher = ((open + seeds) ^ open) & open;
     // Towards lower bits, twice as far at each step; `passable` are the bits from which so far all is open.
+    quint64 lower = seeds;
     quint64 passable = open;
     for (int step = 1; step < BitSquare::Side; step *= 2) {
-        filled |= passable & (filled >> step);
+        lower |= passable & (lower >> step);
         passable &= passable >> step;
     }
-    return filled;
+    return higher | lower;
 }
 
 /// Lets the bits of a square flow from row to row until nothing moves.
@@ -33,10 +35,13 @@ public:
 
     void Run()
     {
-        for (int y = 0; y < BitSquare::Side; ++y)
-            if (m_filled[std::size_t(y)] != 0)
-                Seed(y, m_filled[std::size_t(y)]);
-        while (m_toGoDown != 0) {
+        const auto seededRows =
+            std::count_if(m_filled.begin(), m_filled.end(), [](quint64 row) { return row != 0; });
+        if (seededRows < SeededRowsForSweep)
+            SeedRows();
+        else
+            SweepBothWays();
+        while ((m_toGoDown | m_toGoUp) != 0) {
             GoDown();
             GoUp();
         }
@@ -44,18 +49,55 @@ public:
 
 private:
     using Rows = std::array<quint64, BitSquare::Side>;
+    static constexpr std::size_t LastRow = BitSquare::Side - 1;
 
-    /// Fills the runs of row `y` with these open bits; the row has news for both its neighbours then.
-    void Seed(int y, quint64 seeds)
+    /// From so many rows on it pays to sweep over all of them.
+    static constexpr std::ptrdiff_t SeededRowsForSweep = 16;
+
+    void SeedRows()
     {
-        m_filled[std::size_t(y)] |= RunsWith(seeds, m_open[std::size_t(y)]);
-        m_toGoDown |= BitOfRow(y);
-        m_toGoUp |= BitOfRow(y);
+        for (std::size_t y = 0; y <= LastRow; ++y)
+            if (m_filled[y] != 0)
+                Seed(y, m_filled[y]);
     }
 
-    void Enter(int y, quint64 bits)
+    /// Takes all rows along once, downwards and upwards by turns, without a look at what changes: neither
+    /// sweep waits for the other, so the processor works on both at once.
+    void SweepBothWays()
     {
-        const quint64 seeds = bits & m_open[std::size_t(y)] & ~m_filled[std::size_t(y)];
+        Widen(0);
+        Widen(LastRow);
+        for (std::size_t i = 1; i <= LastRow; ++i) {
+            TakeAlong(i, i - 1);
+            TakeAlong(LastRow - i, LastRow - i + 1);
+        }
+        for (std::size_t y = 0; y < LastRow; ++y) {
+            m_toGoDown |= quint64(Missing(y + 1, m_filled[y]) != 0) << y;
+            m_toGoUp |= quint64(Missing(y, m_filled[y + 1]) != 0) << (y + 1);
+        }
+    }
+
+    void Widen(std::size_t y) { m_filled[y] = RunsWith(m_filled[y], m_open[y]); }
+
+    void TakeAlong(std::size_t y, std::size_t neighbour)
+    {
+        m_filled[y] = RunsWith(m_filled[y] | (m_filled[neighbour] & m_open[y]), m_open[y]);
+    }
+
+    /// Which of `bits` row `y` could have and has not.
+    quint64 Missing(std::size_t y, quint64 bits) const { return bits & m_open[y] & ~m_filled[y]; }
+
+    /// Fills the runs of row `y` with these open bits; the row has news for both its neighbours then.
+    void Seed(std::size_t y, quint64 seeds)
+    {
+        m_filled[y] |= RunsWith(seeds, m_open[y]);
+        m_toGoDown |= quint64(y < LastRow) << y;
+        m_toGoUp |= quint64(y > 0) << y;
+    }
+
+    void Enter(std::size_t y, quint64 bits)
+    {
+        const quint64 seeds = Missing(y, bits);
         if (seeds != 0)
             Seed(y, seeds);
     }
@@ -63,20 +105,18 @@ private:
     void GoDown()
     {
         while (m_toGoDown != 0) {
-            const int y = LowestBit(m_toGoDown);
-            m_toGoDown &= ~BitOfRow(y);
-            if (y + 1 < BitSquare::Side)
-                Enter(y + 1, m_filled[std::size_t(y)]);
+            const auto y = std::size_t(LowestBit(m_toGoDown));
+            m_toGoDown &= m_toGoDown - 1;
+            Enter(y + 1, m_filled[y]);
         }
     }
 
     void GoUp()
     {
         while (m_toGoUp != 0) {
-            const int y = HighestBit(m_toGoUp);
-            m_toGoUp &= ~BitOfRow(y);
-            if (y > 0)
-                Enter(y - 1, m_filled[std::size_t(y)]);
+            const auto y = std::size_t(HighestBit(m_toGoUp));
+            m_toGoUp &= ~(quint64(1) << y);
+            Enter(y - 1, m_filled[y]);
         }
     }
 
@@ -141,4 +181,12 @@ QRect BitSquare::Bounds() const
             QPoint(HighestBit(columns), HighestBit(usedRows))};
 }
 
-void BitSquare::SpreadThrough(const BitSquare& open) { Flow(*this, open).Run(); }
+void BitSquare::SpreadThrough(const BitSquare& open)
+{
+    const bool isAllOpen =
+        std::all_of(open.rows.begin(), open.rows.end(), [](quint64 row) { return row == AllBits; });
+    if (!isAllOpen)
+        Flow(*this, open).Run();
+    else if (!IsEmpty())
+        rows.fill(AllBits);
+}

@@ -35,8 +35,8 @@ QRect FloodFill::Run()
     const std::size_t first = NumberAt(m_start);
     Know(first);
     Queue(first);
-    Work([this] { return m_waiting < WaitingForHelp; });
-    const std::function<void()> work = [this] { Work([] { return true; }); };
+    WorkAlone();
+    const std::function<void()> work = [this] { WorkWithOthers(); };
     if (m_waiting > 0)
         RunPoolTasks(std::max(QThread::idealThreadCount(), 1) - 1, work, work);
     return m_painted;
@@ -47,67 +47,71 @@ std::size_t FloodFill::NumberAt(const QPoint& pixel) const
     return std::size_t(pixel.y() / Side) * m_columns + std::size_t(pixel.x() / Side);
 }
 
-QRect FloodFill::AreaOf(std::size_t number) const
+PixelSquare FloodFill::PixelsOf(std::size_t number) const
 {
-    const QPoint corner(int(number % m_columns) * Side, int(number / m_columns) * Side);
-    return {corner, QSize(std::min(Side, m_image.Width() - corner.x()),
-                          std::min(Side, m_image.Height() - corner.y()))};
+    return {m_image, QPoint(int(number % m_columns) * Side, int(number / m_columns) * Side)};
 }
 
-/// Visits squares until none is left or `goesOn` says no.
-template <class Continue>
-void FloodFill::Work(const Continue& goesOn)
+/// Visits squares until none is left or so many wait that others shall help.
+void FloodFill::WorkAlone()
+{
+    while (m_waiting > 0 && m_waiting < WaitingForHelp) {
+        Visit visit;
+        Begin(visit, Take());
+        m_painted |= WorkOn(visit, None);
+        End(visit);
+    }
+}
+
+/// Visits squares until none is left; on any number of threads at once.
+void FloodFill::WorkWithOthers()
 {
     QRect painted;
-    Visit visit;
+    std::size_t next = None; // taken beforehand, so that its pixels can be asked for in time
     std::unique_lock<std::mutex> lock(m_mutex);
-    while (goesOn() && Begin(visit, lock)) {
+    for (;;) {
+        const std::size_t number = next != None ? next : TakeOrWait(lock);
+        if (number == None)
+            break;
+        Visit visit;
+        Begin(visit, number);
+        next = m_waiting > 0 && m_idle == 0 ? Take() : None;
         lock.unlock();
-        painted |= WorkOn(visit);
+        painted |= WorkOn(visit, next);
         lock.lock();
         End(visit);
+        if (m_idle > 0)
+            CallTheIdle(next != None);
     }
     m_painted |= painted;
 }
 
 /// The visit itself. Returns the smallest rectangle around what was painted.
-QRect FloodFill::WorkOn(Visit& visit) const
+QRect FloodFill::WorkOn(Visit& visit, std::size_t next) const
 {
-    const QRect area = AreaOf(visit.number);
-    BitSquare open = visit.isMatched ? Load(visit.number) : Match(area);
+    const PixelSquare pixels = PixelsOf(visit.number);
+    BitSquare open = visit.isMatched ? Load(visit.number) : MatchesOf(pixels, next);
     BitSquare filled;
     filled.Add(visit.entrances);
     if (!visit.isMatched && visit.number == NumberAt(m_start))
         filled.rows[std::size_t(m_start.y() % Side)] |= quint64(1) << m_start.x() % Side;
     filled.Keep(open);
     filled.SpreadThrough(open);
-    Paint(area, filled);
+    pixels.Fill(m_fill, filled);
     open.Remove(filled);
     if (!open.IsEmpty())
         Store(visit.number, open);
     visit.exits = filled.Edges();
     visit.open = open.Edges();
-    return filled.Bounds().translated(area.topLeft());
+    return filled.Bounds().translated(pixels.Area().topLeft());
 }
 
-BitSquare FloodFill::Match(const QRect& area) const
+BitSquare FloodFill::MatchesOf(const PixelSquare& pixels, std::size_t next) const
 {
-    BitSquare matches;
-    for (int y = 0; y < area.height(); ++y) {
-        const YDRGBA32i* const pixels = m_image.Row(area.top() + y) + area.left();
-        for (int x = 0; x < area.width(); ++x)
-            matches.rows[std::size_t(y)] |= quint64(m_range.Holds(pixels[x])) << x;
-    }
-    return matches;
-}
-
-void FloodFill::Paint(const QRect& area, const BitSquare& bits) const
-{
-    for (int y = 0; y < area.height(); ++y) {
-        YDRGBA32i* const pixels = m_image.Row(area.top() + y) + area.left();
-        for (quint64 left = bits.rows[std::size_t(y)]; left != 0; left &= left - 1)
-            m_fill(pixels[qCountTrailingZeroBits(left)]);
-    }
+    if (next == None)
+        return pixels.Match(m_range, nullptr);
+    const PixelSquare nextPixels = PixelsOf(next);
+    return pixels.Match(m_range, &nextPixels);
 }
 
 BitSquare FloodFill::Load(std::size_t number) const
@@ -122,25 +126,40 @@ void FloodFill::Store(std::size_t number, const BitSquare& open) const
     std::copy_n(open.rows.begin(), m_openRows, m_open.At(number * m_openRows));
 }
 
-/// Takes the square that has waited longest; false when all is done.
-bool FloodFill::Begin(Visit& visit, std::unique_lock<std::mutex>& lock)
+/// Takes the square that has waited longest; None when all is done.
+std::size_t FloodFill::TakeOrWait(std::unique_lock<std::mutex>& lock)
 {
-    // Who waits here, waits for a thread that visits a square, never for one that is yet to be started.
+    // Who waits here, waits for a thread that is at work on a square, never for one that is yet to start.
     ++m_idle;
-    m_news.wait(lock, [this] { return m_waiting > 0 || m_visited == 0; });
+    m_news.wait(lock, [this] { return m_waiting > 0 || m_taken == 0; });
     --m_idle;
-    if (m_waiting == 0)
-        return false;
-    visit.number = m_first;
-    Square& square = m_squares[visit.number];
-    m_first = square.next;
+    return m_waiting > 0 ? Take() : None;
+}
+
+std::size_t FloodFill::Take()
+{
+    const std::size_t number = m_first;
+    m_first = m_squares[number].next;
     --m_waiting;
-    ++m_visited;
+    ++m_taken;
+    return number;
+}
+
+void FloodFill::CallTheIdle(bool hasNext)
+{
+    // One that waits is for the thread that has just ended a visit, if it has none yet.
+    if (m_waiting > (hasNext ? 0 : 1) || m_taken + m_waiting == 0)
+        m_news.notify_all();
+}
+
+void FloodFill::Begin(Visit& visit, std::size_t number) const
+{
+    Square& square = m_squares[number];
+    visit.number = number;
     visit.entrances = square.entrances;
     visit.isMatched = square.isMatched;
     square.entrances = {};
     square.state = State::Visited;
-    return true;
 }
 
 /// Takes the news of a visit to its neighbours.
@@ -150,7 +169,7 @@ void FloodFill::End(const Visit& visit)
     square.open = visit.open;
     square.isMatched = true;
     square.state = State::Resting;
-    --m_visited;
+    --m_taken;
     Enter(visit.number, {}); // what came while it was visited
     const std::size_t column = visit.number % m_columns;
     const std::size_t row = visit.number / m_columns;
@@ -162,8 +181,6 @@ void FloodFill::End(const Visit& visit)
         Enter(visit.number - 1, {0, 0, 0, visit.exits.left});
     if (column + 1 < m_columns)
         Enter(visit.number + 1, {0, 0, visit.exits.right, 0});
-    if (m_idle > 0 && (m_waiting > 1 || (m_waiting == 0 && m_visited == 0)))
-        m_news.notify_all();
 }
 
 /// Makes the Square of a square that the fill comes to for the first time.

@@ -1,10 +1,8 @@
 #pragma once
 
-#include "image/BitSquare.h"
-#include "image/ColorRange.h"
-#include "image/FillRule.h"
 #include "image/KVImage.h"
 #include "image/LazyArray.h"
+#include "image/PixelSquare.h"
 
 #include <QPoint>
 #include <QRect>
@@ -34,6 +32,8 @@ public:
     QRect Run();
 
 private:
+    static constexpr std::size_t None = ~std::size_t(0);
+
     enum class State : quint8
     {
         Resting, ///< until the fill comes to it
@@ -62,17 +62,19 @@ private:
     };
 
     std::size_t NumberAt(const QPoint& pixel) const;
-    QRect AreaOf(std::size_t number) const;
+    PixelSquare PixelsOf(std::size_t number) const;
 
-    template <class Continue>
-    void Work(const Continue& goesOn);
-    QRect WorkOn(Visit& visit) const;
-    BitSquare Match(const QRect& area) const;
-    void Paint(const QRect& area, const BitSquare& bits) const;
+    void WorkAlone();
+    void WorkWithOthers();
+    QRect WorkOn(Visit& visit, std::size_t next) const;
+    BitSquare MatchesOf(const PixelSquare& pixels, std::size_t next) const;
     BitSquare Load(std::size_t number) const;
     void Store(std::size_t number, const BitSquare& open) const;
 
-    bool Begin(Visit& visit, std::unique_lock<std::mutex>& lock);
+    std::size_t TakeOrWait(std::unique_lock<std::mutex>& lock);
+    std::size_t Take();
+    void CallTheIdle(bool hasNext);
+    void Begin(Visit& visit, std::size_t number) const;
     void End(const Visit& visit);
     void Know(std::size_t number);
     void Enter(std::size_t number, const SquareEdges& entrances);
@@ -95,7 +97,7 @@ private:
     std::size_t m_first = 0; ///< of those that wait
     std::size_t m_last = 0;
     std::size_t m_waiting = 0;
-    int m_visited = 0; ///< squares, right now
-    int m_idle = 0;    ///< threads that wait for a square
+    std::size_t m_taken = 0; ///< by a thread that visits them or will do so next
+    int m_idle = 0;          ///< threads that wait for a square
     QRect m_painted;
 };

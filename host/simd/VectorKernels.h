@@ -12,6 +12,7 @@ class QRect;
 struct BlackAndWhiteRule;
 struct ColorBalanceRule;
 struct ColorEnhancerRule;
+struct ColorRange;
 struct ColorizeRule;
 struct FillRule;
 struct HueSaturationRule;
@@ -86,6 +87,17 @@ Q_DECL_EXPORT void SourceOverRow(const YDRGBA32i* source, YDRGBA32i* destination
 
 /// OverlayRule over `count` pixels of two rows, which must not overlap.
 Q_DECL_EXPORT void OverlayRow(const YDRGBA32i* over, YDRGBA32i* under, int count, const OverlayRule* rule);
+/// Matches a square of 64 pixels by `height`, 0..64, rows: bit x of `bits[y]` becomes whether `range` holds
+/// the colour of pixel x of row y. Rows lie `stride` pixels apart and are matched for all their 64 pixels.
+/// `next` is the first pixel of a square that will be worked on soon, which memory is asked for meanwhile; it
+/// may be null.
+Q_DECL_EXPORT void MatchSquare(const YDRGBA32i* pixels, int stride, int height, const ColorRange* range,
+                               quint64* bits, const YDRGBA32i* next);
+
+/// FillRule on those pixels of such a square whose bits are set; the others are written to as well, but do
+/// not change.
+Q_DECL_EXPORT void FillSquare(YDRGBA32i* pixels, int stride, int height, const quint64* bits,
+                              const FillRule* rule);
 
 /// The instruction sets that the kernels may use now, a bit each, the best in the lowest bit. Diagnostic.
 Q_DECL_EXPORT qint64 SupportedTargets();
