@@ -13,6 +13,24 @@ std::shared_ptr<const unsigned char> NewHandle(const RGBA32iImage& image, const 
     return {owner, reinterpret_cast<const unsigned char*>(pixels)};
 }
 
+/// The part of a selection's mask that counts, and where it lies in the picture.
+struct MaskPart
+{
+    const YDRGBA32i* pixels = nullptr; ///< null: none
+    int width = 0;
+    int height = 0;
+    QPoint place;
+};
+
+/// For a job with a selection.
+MaskPart MaskPartOf(const YDAdjustmentJob& job)
+{
+    const YDSelectionArea area(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect);
+    if (area.Width() == 0 || area.Height() == 0)
+        return {};
+    return {area.MaskRow(job.selection, 0), area.Width(), area.Height(), area.Covered().topLeft()};
+}
+
 } // namespace
 
 KVGpuPreview::KVGpuPreview(KVGpuService& service, std::chrono::milliseconds patience) : m_service(&service)
@@ -54,18 +72,18 @@ bool KVGpuPreview::Start(QFutureWatcher<RGBA32iImage>* watcher, const YDAdjustme
     if (!m_service || m_hasFailed)
         return false;
     const bool isSelected = !job.selectionBoundingRect.isEmpty();
-    const YDSelectionArea area(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect);
-    if (isSelected && (area.Width() == 0 || area.Height() == 0))
+    const MaskPart mask = isSelected ? MaskPartOf(job) : MaskPart();
+    if (isSelected && !mask.pixels)
         return false;
     ForgetAllBut(pictureNumber);
     m_pictureNumber = pictureNumber;
     if (!m_pixels)
         m_pixels = NewHandle(job.image, job.image.Pixels());
     if (isSelected && !m_mask)
-        m_mask = NewHandle(job.selection, area.MaskRow(job.selection, 0));
+        m_mask = NewHandle(job.selection, mask.pixels);
     m_request = m_service->process_selective_color(
-        m_pixels, job.image.Width(), job.image.Height(), params.targets, params.mode, m_mask, area.Width(),
-        area.Height(), area.Covered().x(), area.Covered().y(), false, this, job.selection.RowLength());
+        m_pixels, job.image.Width(), job.image.Height(), params.targets, params.mode, m_mask, mask.width,
+        mask.height, mask.place.x(), mask.place.y(), false, this, job.selection.RowLength());
     if (m_request == 0)
         return false;
     m_preview = QFutureInterface<RGBA32iImage>();

@@ -74,7 +74,7 @@ KVSelectiveColorsWidget::KVSelectiveColorsWidget(bool isDialog, QWidget* parent,
     m_ui->setupUi(GetUIContent());
     InsertTargetColors();
     Connect();
-    Reset();
+    KVSelectiveColorsWidget::Reset();
     qRegisterMetaType<SelectiveParams>("SelectiveParams");
     qRegisterMetaType<Mode>("Mode");
     qRegisterMetaType<RGBA32iImage>("RGBA32iImage");
