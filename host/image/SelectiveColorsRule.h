@@ -18,7 +18,7 @@ struct SelectiveColorsRule
     static constexpr int Inks = 3;
     static constexpr int ShiftBits = 20;
     static constexpr int Half = 1 << (ShiftBits - 1);
-    /// Of the 100 per cent that one level of weight changes an ink of one level by.
+    /// The shift for 100 per cent: with a weight of White it changes an ink by as much again.
     static constexpr double FullShift = double(1 << ShiftBits) / White;
 
     enum Range
