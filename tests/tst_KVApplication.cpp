@@ -19,6 +19,7 @@ private slots:
     void TheTimeoutHasADefaultAndIsNeverNegative();
     void ATimeoutThatIsNoNumberIsTheDefault();
     void FilesAreOpenedWhereTheLastOneWas();
+    void DevicesAreUsedAsTheUserSays();
 };
 
 void TestKVApplication::initTestCase()
@@ -84,6 +85,14 @@ void TestKVApplication::FilesAreOpenedWhereTheLastOneWas()
              QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
     KVApplication::SetPathOpen(QStringLiteral("/photos/2026"));
     QCOMPARE(KVApplication::GetPathOpen(), QStringLiteral("/photos/2026"));
+}
+
+void TestKVApplication::DevicesAreUsedAsTheUserSays()
+{
+    QCOMPARE(KVApplication::GetGpuUse(), QStringLiteral("auto"));
+    KVApplication::SetGpuUse(QStringLiteral("off"));
+    QCOMPARE(KVApplication::GetGpuUse(), QStringLiteral("off"));
+    QCOMPARE(QSettings().value(QStringLiteral("gpu/use")).toString(), QStringLiteral("off"));
 }
 
 QTEST_APPLESS_MAIN(TestKVApplication)

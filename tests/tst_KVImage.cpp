@@ -19,6 +19,9 @@ private slots:
     void TakesEveryFormatOfQImage();
     void ShowsItsPixelsWithoutACopy();
     void TheViewKeepsThePixelsAlive();
+    void AHandleKeepsThePixelsAlive();
+    void AHandleKnowsItsBytes_data();
+    void AHandleKnowsItsBytes();
 };
 
 void TestKVImage::IsEmptyWithoutASide_data()
@@ -156,6 +159,45 @@ void TestKVImage::TheViewKeepsThePixelsAlive()
         view = ImageToQImage(image);
     }
     QCOMPARE(view.pixel(4, 4), qRgba(9, 8, 7, 6));
+}
+
+void TestKVImage::AHandleKeepsThePixelsAlive()
+{
+    std::shared_ptr<const unsigned char> handle;
+    {
+        const RGBA32iImage image(3, 2);
+        image.Row(1)[2] = YDRGBA32i(10, 20, 30, 40);
+        handle = image.SharedPixels();
+        QCOMPARE(static_cast<const void*>(handle.get()), static_cast<const void*>(image.Pixels()));
+    }
+    QCOMPARE(handle.use_count(), 1L);
+    const unsigned char* const pixel = handle.get() + (128 + 2) * 4;
+    QCOMPARE(QByteArray(reinterpret_cast<const char*>(pixel), 4), QByteArray("\x0a\x14\x1e\x28"));
+    QVERIFY(!RGBA32iImage().SharedPixels());
+}
+
+void TestKVImage::AHandleKnowsItsBytes_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("small") << QSize(100, 3);
+    QTest::newRow("large") << QSize(4096, 512); // 8 MiB, whole pages even where these are huge
+}
+
+void TestKVImage::AHandleKnowsItsBytes()
+{
+    QFETCH(QSize, size);
+    const RGBA32iImage image(size.width(), size.height());
+    const std::shared_ptr<const unsigned char> handle = image.SharedPixels();
+    const qint64 bytes = image.BytesPerLine() * image.Height();
+    QVERIFY(PixelBuffer::HasBytes(handle, 0));
+    QVERIFY(PixelBuffer::HasBytes(handle, bytes));
+    QVERIFY(!PixelBuffer::HasBytes(handle, bytes + 1));
+    QVERIFY(!PixelBuffer::HasBytes(handle, -1));
+    QVERIFY(PixelBuffer::HasBytes({handle, handle.get() + 8}, bytes - 8));
+    QVERIFY(!PixelBuffer::HasBytes({handle, handle.get() + 8}, bytes));
+    static const unsigned char foreign = 0;
+    QVERIFY(PixelBuffer::HasBytes({std::shared_ptr<void>(), &foreign}, 1 << 20));
+    QVERIFY(PixelBuffer::HasBytes(nullptr, 1));
 }
 
 QTEST_APPLESS_MAIN(TestKVImage)
