@@ -2,6 +2,7 @@
 #include "BenchAdjustments.h"
 #include "BenchPictures.h"
 #include "CurveMoveRow.h"
+#include "DeviceRows.h"
 #include "EventLoopGaps.h"
 #include "FloodFillRows.h"
 #include "LimitRows.h"
@@ -29,6 +30,7 @@ void RegisterRows()
             RegisterAdjustmentRows(adjustment, megapixels);
         RegisterManyPassRows(megapixels);
         RegisterFloodFillRows(megapixels);
+        RegisterDeviceRows(megapixels);
         if (megapixels == EditorMegapixels) {
             RegisterCurveMoveRow(megapixels);
             RegisterEventLoopGaps(BenchAdjustments().front(), megapixels);
