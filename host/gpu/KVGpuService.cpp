@@ -75,12 +75,11 @@ std::unique_ptr<SelectiveColorsDevice> KVGpuService::FindDevice(GpuUse use, cons
 }
 
 KVGpuService::KVGpuService(std::unique_ptr<SelectiveColorsDevice> device, QObject* parent)
-    : QObject(parent), m_worker(std::make_unique<SelectiveColorsWorker>(std::move(device), [this] {
-          QMetaObject::invokeMethod(
-              this, [this] { OnAnswers(); }, Qt::QueuedConnection);
-      }))
+    : QObject(parent), m_worker(std::make_unique<SelectiveColorsWorker>(
+                           std::move(device), [this] { emit AnswersFound(QPrivateSignal()); }))
 {
     qRegisterMetaType<RGBA32iImage>("RGBA32iImage"); // so that the answers travel through queued connections
+    connect(this, &KVGpuService::AnswersFound, this, &KVGpuService::OnAnswers, Qt::QueuedConnection);
 }
 
 KVGpuService::~KVGpuService() = default;

@@ -84,6 +84,8 @@ signals:
     /// There will be no answer to `request`: another took its place, its requester is gone, it was cancelled,
     /// or there was no memory for the answer.
     void dropped(quint64 request);
+    /// The worker's, on its thread.
+    void AnswersFound(QPrivateSignal);
 
 private:
     struct Answered
