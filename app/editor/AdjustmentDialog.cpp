@@ -15,7 +15,9 @@ namespace {
 /// Sliders want room: a dialog as narrow as its labels allow would make them hard to set.
 constexpr int MinWidthInCharacters = 48;
 
-constexpr int FrameMargin = 9; ///< as the frames of the widgets have it
+// As the frames of the widgets have them.
+constexpr int FrameMargin = 9;
+constexpr int ToggleHeight = 40;
 
 } // namespace
 
@@ -51,6 +53,7 @@ void AdjustmentDialog::BuildFrame(QVBoxLayout& outer)
     m_problem->hide();
     auto* const toggle = new QCheckBox(tr("Hide preview slider"), this);
     toggle->setObjectName(QStringLiteral("m_pPreviewSlider"));
+    toggle->setMinimumHeight(ToggleHeight);
     m_buttons =
         new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Reset, this);
     m_buttons->setObjectName(QStringLiteral("m_pButtons"));
