@@ -25,7 +25,7 @@ cl_int SetArguments(const OpenClSession& session, const Values&... values)
         if (status == CL_SUCCESS)
             status = session.Library().setKernelArg(session.Kernel(), index++, size, value);
     };
-    (set(sizeof(values), &values), ...);
+    (set(sizeof(values), &values), ...); // NOLINT(bugprone-sizeof-expression): handles are passed as they are
     return status;
 }
 
