@@ -77,7 +77,8 @@ void MatchSquare(const YDRGBA32i* pixels, size_t stride, size_t height, const Co
 {
     const RowMatcher match(range);
     for (size_t y = 0; y < height; ++y) {
-        PrefetchAhead(next + y * stride, BitSquare::Side * sizeof(YDRGBA32i), 0);
+        if (next) // its lower rows may lie past the picture's end: no address to be reckoned by a pointer
+            PrefetchAhead(next, BitSquare::Side * sizeof(YDRGBA32i), y * stride * sizeof(YDRGBA32i));
         bits[y] = match(pixels + y * stride);
     }
 }
