@@ -116,6 +116,7 @@ private slots:
     void EscAndClosingAreCancel();
     void EnterIsOk();
     void KeysAdjustAtOnce();
+    void TheDialogIsActiveAgainAfterAModalOne();
     void OkDuringAJobThatEndsInTimeShowsNoDialog();
     void OkDuringALongJobWaitsInADialog();
     void AbortingTheWaitLeavesTheDialogOpen();
@@ -317,6 +318,23 @@ void TestAdjustmentSession::KeysAdjustAtOnce()
     QVERIFY(slider->value() > 0);
     QTest::keyClick(bench.Dialog().focusWidget(), Qt::Key_Return);
     QTRY_COMPARE_WITH_TIMEOUT(bench.accepted.size(), 1, PatienceMs);
+}
+
+void TestAdjustmentSession::TheDialogIsActiveAgainAfterAModalOne()
+{
+    Bench bench(*AdjustmentCatalog::Find(QStringLiteral("fill-color")));
+    bench.view.show();
+    bench.Dialog().activateWindow();
+    QTRY_VERIFY_WITH_TIMEOUT(bench.Dialog().isActiveWindow(), PatienceMs);
+    QTimer::singleShot(0, &bench.view, [&bench] {
+        auto* const modal = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        QVERIFY(modal);
+        QTRY_VERIFY_WITH_TIMEOUT(modal->isActiveWindow(), PatienceMs);
+        bench.view.activateWindow(); // as window managers do that pass over tool windows
+        modal->reject();
+    });
+    bench.Dialog().findChild<QPushButton*>(QStringLiteral("m_pColor"))->click();
+    QTRY_VERIFY_WITH_TIMEOUT(bench.Dialog().isActiveWindow(), PatienceMs);
 }
 
 void TestAdjustmentSession::OkDuringAJobThatEndsInTimeShowsNoDialog()

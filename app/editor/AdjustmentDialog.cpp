@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -132,3 +133,14 @@ void AdjustmentDialog::ShowProblem(const QString& problem)
 }
 
 void AdjustmentDialog::reject() { emit Dismissed(); }
+
+/// When a modal dialog closes, some window managers make the main window active, as they pass over windows of
+/// this kind. The keys would no longer go where the user was.
+bool AdjustmentDialog::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowBlocked)
+        m_wasActive = isActiveWindow();
+    else if (event->type() == QEvent::WindowUnblocked && m_wasActive)
+        activateWindow();
+    return QDialog::event(event);
+}

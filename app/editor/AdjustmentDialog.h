@@ -37,6 +37,7 @@ public:
     void ShowProblem(const QString& problem);
 
     void reject() override;
+    bool event(QEvent* event) override;
 
 signals:
     /// The frame's OK.
@@ -55,4 +56,5 @@ private:
     QLabel* m_problem = nullptr; ///< null, as the buttons, where the widget has a frame of its own
     QDialogButtonBox* m_buttons = nullptr;
     QPointer<QWidget> m_focus;
+    bool m_wasActive = false; ///< before a modal dialog came in front
 };
