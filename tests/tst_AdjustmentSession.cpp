@@ -534,16 +534,16 @@ void TestAdjustmentSession::AHostDrawnAdjustmentDeliversTheLastChange()
 void TestAdjustmentSession::WhatCannotBeDrawnIsSaidInTheDialog()
 {
     Bench bench(SlowAdjustment::HostDrawnEntry());
-    const auto* const problem = bench.Dialog().findChild<QLabel*>(QStringLiteral("Problem"));
-    QVERIFY(problem->isHidden());
+    const auto* const remark = bench.Dialog().findChild<QLabel*>(QStringLiteral("Remark"));
+    QVERIFY(remark->isHidden());
     bench.Slow().SetGrey(-1);
-    QTRY_VERIFY_WITH_TIMEOUT(problem->isVisible(), PatienceMs);
-    QVERIFY(problem->text().endsWith(QStringLiteral("where: there is no such grey")));
+    QTRY_VERIFY_WITH_TIMEOUT(remark->isVisible(), PatienceMs);
+    QVERIFY(remark->text().endsWith(QStringLiteral("where: there is no such grey")));
     QVERIFY(bench.view.Preview().IsEmpty());
     QVERIFY(!bench.Dialog().findChild<QMessageBox*>());
     bench.Slow().SetGrey(3);
     QTRY_COMPARE_WITH_TIMEOUT(bench.PreviewGrey(), 3, PatienceMs);
-    QVERIFY(problem->isHidden());
+    QVERIFY(remark->isHidden());
 }
 
 void TestAdjustmentSession::OkOnWhatCannotBeDrawnLeavesTheDialogOpen()

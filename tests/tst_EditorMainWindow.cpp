@@ -2,6 +2,7 @@
 #include "TestDocuments.h"
 #include "TestPictures.h"
 #include "YDCurvesWidget.h"
+#include "YDSignWidget.h"
 #include "core/KVApplication.h"
 #include "editor/AdjustmentDialog.h"
 #include "editor/AdjustmentPanel.h"
@@ -29,6 +30,7 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSlider>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -173,6 +175,8 @@ private slots:
     void AnOpenAdjustmentForbidsOtherChanges();
     void ColoursArePickedOnThePictureAndUndone();
     void ACurveIsDrawnResetDrawnAgainAndUndone();
+    void AStampIsPreviewedTakenAndUndone();
+    void ThePanelDrawsOrSaysWhyNot();
     void ThePanelAppliesItsSettings();
     void ThePanelKeepsToTheSelection();
     void ThePanelAppliesWhatADialogPreviews_data();
@@ -466,6 +470,74 @@ void TestEditorMainWindow::ACurveIsDrawnResetDrawnAgainAndUndone()
     QVERIFY(!TestPictures::AreEqual(expected, photograph));
     ActionOf(window, QStringLiteral("Undo"))->trigger();
     QVERIFY(TestPictures::AreEqual(picture.Picture(), photograph));
+}
+
+void TestEditorMainWindow::AStampIsPreviewedTakenAndUndone()
+{
+    const RGBA32iImage photograph =
+        Photographs::Load(QStringLiteral("seeding_by_Clements_Engelhardt.jpg"), 400);
+    const QString path = m_folder->filePath(QStringLiteral("photograph.png"));
+    QVERIFY(ImageToQImage(photograph).save(path));
+    MainWindow window;
+    DocumentWindow* const document = Open(window, path);
+    window.findChild<QAction*>(QStringLiteral("sign"))->trigger();
+    AdjustmentSession* const session = document->Session();
+    AdjustmentDialog& dialog = *session->Dialog();
+    auto& widget = *qobject_cast<YDSignWidget*>(dialog.Widget());
+    const auto* const remark = dialog.findChild<QLabel*>(QStringLiteral("Remark"));
+    QTRY_VERIFY_WITH_TIMEOUT(remark->text().contains(QStringLiteral("no image is chosen")), PatienceMs);
+    YDSignWidget::Params params;
+    params.fileName = m_folder->filePath(QStringLiteral("missing.png"));
+    widget.SetValue(params);
+    session->Restart();
+    QTRY_VERIFY_WITH_TIMEOUT(remark->text().contains(QStringLiteral("missing.png")), PatienceMs);
+    params.fileName = MakePicture("stamp.png", 200);
+    widget.SetValue(params);
+    dialog.findChild<QComboBox*>(QStringLiteral("m_pBlendCombo"))->setCurrentIndex(1); // multiply
+    dialog.findChild<QSpinBox*>(QStringLiteral("m_pLeftMargin"))->setValue(30);
+    RGBA32iImage expected = photograph.DeepCopy();
+    QCOMPARE(dialog.Entry().apply(widget, expected, RGBA32iImage(), QPoint(), QRect()), QString());
+    QVERIFY(!TestPictures::AreEqual(expected, photograph));
+    QTRY_VERIFY_WITH_TIMEOUT(TestPictures::AreEqual(document->View()->Preview(), expected), PatienceMs);
+    QVERIFY(!remark->isVisible());
+    QSignalSpy accepted(session, &AdjustmentSession::Accepted);
+    dialog.findChild<QDialogButtonBox*>(QStringLiteral("m_pButtons"))->button(QDialogButtonBox::Ok)->click();
+    QTRY_COMPARE_WITH_TIMEOUT(accepted.count(), 1, PatienceMs);
+    const Document& picture = *document->GetDocument();
+    QVERIFY(TestPictures::AreEqual(picture.Picture(), expected));
+    ActionOf(window, QStringLiteral("Undo"))->trigger();
+    QVERIFY(TestPictures::AreEqual(picture.Picture(), photograph));
+}
+
+void TestEditorMainWindow::ThePanelDrawsOrSaysWhyNot()
+{
+    MainWindow window;
+    window.show();
+    Document& document = *Open(window, MakePicture("one.png"))->GetDocument();
+    AdjustmentPanel& panel = *window.Panel();
+    panel.Choose(*AdjustmentCatalog::Find(QStringLiteral("sign")));
+    YDSignWidget::Params params;
+    params.fileName = m_folder->filePath(QStringLiteral("missing.png"));
+    qobject_cast<YDSignWidget*>(panel.Widget())->SetValue(params);
+    panel.Apply();
+    QTRY_COMPARE_WITH_TIMEOUT(MessageBoxes().size(), 1, PatienceMs);
+    QVERIFY(MessageBoxes().constFirst()->informativeText().startsWith(params.fileName + QLatin1String(": ")));
+    MessageBoxes().constFirst()->close();
+    QVERIFY(!document.IsLocked());
+    QVERIFY(!document.UndoStack()->canUndo());
+
+    params.fileName = MakePicture("stamp.png", 200);
+    params.margins.setCoords(20, 10, 0, 0);
+    qobject_cast<YDSignWidget*>(panel.Widget())->SetValue(params);
+    QSignalSpy applied(&panel, &AdjustmentPanel::Applied);
+    panel.Apply();
+    QVERIFY(document.IsLocked());
+    QTRY_COMPARE_WITH_TIMEOUT(applied.count(), 1, PatienceMs);
+    QCOMPARE(int(document.Picture().Row(10)[19].g), 100);
+    QCOMPARE(int(document.Picture().Row(10)[20].g), 200);
+    QVERIFY(panel.isEnabled());
+    document.UndoStack()->undo();
+    QCOMPARE(int(document.Picture().Row(10)[20].g), 100);
 }
 
 void TestEditorMainWindow::ThePanelAppliesItsSettings()

@@ -100,6 +100,12 @@ private slots:
     void ReplacesTheColourInACornerWhateverIsSelected();
     void ComputesThePreviewsOfManyPictures_data();
     void ComputesThePreviewsOfManyPictures();
+    void DrawsOnManyPictures_data();
+    void DrawsOnManyPictures();
+    void AnOverlayKeepsToTheMask();
+    void AStampThatCannotBeReadFailsEachPicture_data();
+    void AStampThatCannotBeReadFailsEachPicture();
+    void AStampWithoutAFileIsToldOf();
     void NeedsNoDisplay();
     void FullStandardOutputIsAFailure();
     void NamesBeyondAsciiWork();
@@ -750,6 +756,109 @@ void TestAdjust::ComputesThePreviewsOfManyPictures()
     }
 }
 
+void TestAdjust::DrawsOnManyPictures_data() { WritesManyPicturesIntoAFolder_data(); }
+
+/// What is drawn, what is converted, and what is drawn on that.
+void TestAdjust::DrawsOnManyPictures()
+{
+    QFETCH(QString, jobs);
+    QImage stamp(6, 5, QImage::Format_RGB32);
+    stamp.fill(qRgb(10, 20, 30));
+    StorePicture("stamp.png", stamp);
+    QStringList call{"apply", "-j", jobs, "-o", "out"};
+    call << "-a"
+         << "sign fileName=stamp.png alignment=66 margins=[0,0,3,2]"
+         << "-a"
+         << "brightness-contrast brightness=20"
+         << "-a"
+         << "sign fileName=stamp.png alignment=33 margins=[1,2,0,0] opacity=50"
+         << "-a"
+         << "watermark text=\"\"";
+    QStringList names;
+    for (int i = 0; i < 20; ++i) {
+        names.append(QStringLiteral("%1.png").arg(i, 2, 10, QLatin1Char('0')));
+        StorePicture(names.last(), Ramp(40 + i, 30));
+    }
+    const Outcome outcome = Run(call + names);
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(Files("out"), names);
+    const auto half = [](int under, int over) { return (under + over + 1) / 2; };
+    for (int i = 0; i < 20; ++i) {
+        QImage expected = Brighter(Ramp(40 + i, 30), 20, Ramp(40 + i, 30).rect());
+        for (int y = 0; y < 5; ++y) {
+            for (int x = 0; x < 6; ++x) {
+                expected.setPixel(31 + i + x, 23 + y, qRgb(30, 40, 50));
+                const QRgb under = expected.pixel(1 + x, 2 + y);
+                expected.setPixel(
+                    1 + x, 2 + y,
+                    qRgb(half(qRed(under), 10), half(qGreen(under), 20), half(qBlue(under), 30)));
+            }
+        }
+        QCOMPARE(Picture("out/" + names[i]), expected);
+    }
+}
+
+void TestAdjust::AnOverlayKeepsToTheMask()
+{
+    QImage stamp(40, 30, QImage::Format_RGB32);
+    stamp.fill(qRgb(1, 2, 3));
+    StorePicture("stamp.png", stamp);
+    QImage mask(5, 4, QImage::Format_RGB32);
+    mask.fill(Qt::white);
+    StorePicture("mask.png", mask);
+    StorePicture("in.png", Ramp());
+    const Outcome outcome = Run({"apply", "-a", "sign fileName=stamp.png margins=[0,0,0,0]", "-s", "mask.png",
+                                 "--offset", "7,9", "in.png", "-o", "out.png"});
+    QCOMPARE(outcome.err, QString());
+    QImage expected = Ramp();
+    for (int y = 9; y < 13; ++y)
+        for (int x = 7; x < 12; ++x)
+            expected.setPixel(x, y, qRgb(1, 2, 3));
+    QCOMPARE(Picture("out.png"), expected);
+}
+
+void TestAdjust::AStampThatCannotBeReadFailsEachPicture_data()
+{
+    QTest::addColumn<QString>("stamp");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("missing") << "missing.png"
+                             << "missing.png: No such file";
+    QTest::newRow("a pipe") << "pipe.png"
+                            << "pipe.png: it is not a regular file";
+    QTest::newRow("a folder") << "."
+                              << ".: it is a folder";
+    QTest::newRow("a text") << "text.png"
+                            << "text.png: ";
+}
+
+void TestAdjust::AStampThatCannotBeReadFailsEachPicture()
+{
+    QFETCH(QString, stamp);
+    QFETCH(QString, reason);
+    StorePicture("a.png", Ramp());
+    StorePicture("b.png", Ramp());
+    Store(Path("text.png"), "this is no picture");
+    QCOMPARE(::mkfifo(QFile::encodeName(Path("pipe.png")).constData(), 0600), 0);
+    const Outcome outcome = Run({"apply", "-a", "sign fileName=" + stamp, "a.png", "b.png", "-o", "out"});
+    QCOMPARE(outcome.status, 1);
+    for (const char* const input : {"a.png", "b.png"})
+        QVERIFY2(outcome.err.contains(QStringLiteral("adjust: %1: ").arg(QLatin1String(input)) + reason),
+                 qPrintable(outcome.err));
+    QCOMPARE(outcome.err.count(QStringLiteral("adjust: ")), 2);
+    QCOMPARE(Files("out"), QStringList());
+}
+
+void TestAdjust::AStampWithoutAFileIsToldOf()
+{
+    StorePicture("a.png", Ramp());
+    StorePicture("b.png", Ramp());
+    const Outcome outcome = Run({"apply", "-a", "sign", "a.png", "b.png", "-o", "out"});
+    QCOMPARE(outcome.err, QStringLiteral("adjust: note: sign: no image is chosen, so nothing is drawn\n"));
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(Picture("out/b.png"), Ramp());
+}
+
 void TestAdjust::NeedsNoDisplay()
 {
     StorePicture("in.png", Ramp());
@@ -787,6 +896,7 @@ void TestAdjust::AnInterruptLeavesWholeFilesOnly_data()
 {
     QTest::addColumn<QString>("step");
     QTest::newRow("converted") << "brightness-contrast brightness=20";
+    QTest::newRow("drawn") << "watermark text=Example vrtTiles=9 angle=30";
     QTest::newRow("filled by a preview") << "fill-color opacity=20";
     QTest::newRow("replaced by a preview") << "replace-color tolerance=255";
 }

@@ -17,6 +17,7 @@ private slots:
     void RenderingWritesWhatThePanelApplies();
     void RenderingShowsTheDialogInTheWindow();
     void RenderingLeavesTheUsersSettingsAlone();
+    void WhatCannotBeDrawnEndsTheRendering();
     void AWrongCallSaysWhy_data();
     void AWrongCallSaysWhy();
     void WhatFailsIsNamed_data();
@@ -91,6 +92,15 @@ void TestAdjustEditor::RenderingLeavesTheUsersSettingsAlone()
 {
     QCOMPARE(Run({"--render", "in.png", "--adjustment", "brightness-contrast"}).status, 0);
     QVERIFY(!QFile::exists(Path("config/adjustmentgui/adjust-editor.conf")));
+}
+
+void TestAdjustEditor::WhatCannotBeDrawnEndsTheRendering()
+{
+    const Answer answer = Run({"--render", "in.png", "--adjustment", "sign", "--set", "fileName=missing.png",
+                               "--output", "out.png"});
+    QCOMPARE(answer.status, 1);
+    QVERIFY2(answer.error.contains(QStringLiteral("missing.png: ")), qPrintable(answer.error));
+    QVERIFY(!QFile::exists(Path("out.png")));
 }
 
 void TestAdjustEditor::AWrongCallSaysWhy_data()

@@ -34,6 +34,11 @@ QString AdjustmentStep::TakePreset(const QString& path)
     return preset.error;
 }
 
+QString AdjustmentStep::WhatIsMissing()
+{
+    return m_entry->whatIsMissing ? m_entry->whatIsMissing(Panel()) : QString();
+}
+
 bool AdjustmentStep::CanDraw()
 {
     if (!m_drawing && m_entry->makeDrawing)

@@ -25,6 +25,9 @@ public:
     const AdjustmentEntry& Entry() const { return *m_entry; }
     const AdjustmentSettings& Settings() const { return *m_settings; }
 
+    /// What the settings lack without which the step does nothing, for people; empty for nothing. GUI thread.
+    [[nodiscard]] QString WhatIsMissing();
+
     /// Whether Draw() applies the step, on any thread, so that Apply() need not. GUI thread.
     [[nodiscard]] bool CanDraw();
     [[nodiscard]] QString Draw(const RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,

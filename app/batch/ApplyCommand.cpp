@@ -212,6 +212,9 @@ ApplyCommand::Problem ApplyCommand::TakeMask()
 
 ExitStatus ApplyCommand::Process()
 {
+    for (AdjustmentStep& step : m_steps)
+        if (const QString missing = step.WhatIsMissing(); !missing.isEmpty())
+            Console::Complain(tr("note: %1: %2").arg(step.Entry().name, missing));
     InterruptWatch interrupt;
     PicturePipeline pipeline(m_steps, m_mask, m_options);
     QObject::connect(&interrupt, &InterruptWatch::Interrupted, &pipeline, &PicturePipeline::Stop);

@@ -183,9 +183,11 @@ std::vector<AdjustmentEntry> FillEntries()
 
 std::vector<AdjustmentEntry> OverlayEntries()
 {
+    AdjustmentEntry sign = OverlayEntry<YDSignWidget, OverlayDrawings::OfSign>(
+        "sign", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Sign"));
+    sign.whatIsMissing = OverlayDrawings::WhatSignLacks;
     return {
-        OverlayEntry<YDSignWidget, OverlayDrawings::OfSign>("sign",
-                                                            QT_TRANSLATE_NOOP("AdjustmentCatalog", "Sign")),
+        sign,
         OverlayEntry<YDWatermarkWidget, OverlayDrawings::OfWatermark>(
             "watermark", QT_TRANSLATE_NOOP("AdjustmentCatalog", "Watermark")),
     };

@@ -53,6 +53,10 @@ struct AdjustmentEntry
 
     AdjustmentGroup group = AdjustmentGroup::Tone;
 
+    /// What a panel's settings lack, for people, where they do nothing without it; empty for nothing. Null
+    /// where no settings lack anything.
+    QString (*whatIsMissing)(const YDAdjustmentWidget& panel) = nullptr;
+
     /// The title in the user's language.
     QString Title() const;
 };

@@ -8,6 +8,8 @@
 #include "overlay/Stamp.h"
 #include "overlay/TextOverlay.h"
 
+#include <QCoreApplication>
+
 AdjustmentEntry::Drawing OverlayDrawings::OfSign(const YDAdjustmentWidget& panel)
 {
     const YDSignWidget::Params params = static_cast<const YDSignWidget&>(panel).GetValue();
@@ -17,6 +19,13 @@ AdjustmentEntry::Drawing OverlayDrawings::OfSign(const YDAdjustmentWidget& panel
                    const QRect& boundingRect) {
         return DrawStamp(stamp, OverlayCanvas(image, selection, offset, boundingRect));
     };
+}
+
+QString OverlayDrawings::WhatSignLacks(const YDAdjustmentWidget& panel)
+{
+    return static_cast<const YDSignWidget&>(panel).GetValue().fileName.isEmpty()
+               ? QCoreApplication::translate("OverlayDrawings", "no image is chosen, so nothing is drawn")
+               : QString();
 }
 
 AdjustmentEntry::Drawing OverlayDrawings::OfWatermark(const YDAdjustmentWidget& panel)

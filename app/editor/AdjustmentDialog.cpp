@@ -47,11 +47,11 @@ AdjustmentDialog::~AdjustmentDialog() = default;
 /// The parts and their names are those of the widgets' own frames.
 void AdjustmentDialog::BuildFrame(QVBoxLayout& outer)
 {
-    m_problem = new QLabel(this);
-    m_problem->setObjectName(QStringLiteral("Problem"));
-    m_problem->setTextFormat(Qt::PlainText);
-    m_problem->setWordWrap(true);
-    m_problem->hide();
+    m_remark = new QLabel(this);
+    m_remark->setObjectName(QStringLiteral("Remark"));
+    m_remark->setTextFormat(Qt::PlainText);
+    m_remark->setWordWrap(true);
+    m_remark->hide();
     auto* const toggle = new QCheckBox(tr("Hide preview slider"), this);
     toggle->setObjectName(QStringLiteral("m_pPreviewSlider"));
     toggle->setMinimumHeight(ToggleHeight);
@@ -66,7 +66,7 @@ void AdjustmentDialog::BuildFrame(QVBoxLayout& outer)
     auto* const grid = new QGridLayout;
     grid->setContentsMargins(FrameMargin, FrameMargin, FrameMargin, FrameMargin);
     grid->addWidget(m_widget, 0, 0, 1, 2);
-    grid->addWidget(m_problem, 1, 0, 1, 2);
+    grid->addWidget(m_remark, 1, 0, 1, 2);
     grid->addWidget(toggle, 2, 1, Qt::AlignRight);
     grid->addWidget(m_buttons, 3, 0, 1, 2);
     grid->setRowStretch(0, 1);
@@ -122,14 +122,14 @@ void AdjustmentDialog::SetControlsEnabled(bool enabled)
         m_focus->setFocus();
 }
 
-void AdjustmentDialog::ShowProblem(const QString& problem)
+void AdjustmentDialog::ShowRemark(const QString& remark)
 {
-    if (!m_problem)
+    if (!m_remark)
         return;
-    QString wrapping = problem;
+    QString wrapping = remark;
     wrapping.replace(QLatin1Char('/'), QStringLiteral("/\u200b")); // a long path may be broken there
-    m_problem->setText(wrapping);
-    m_problem->setVisible(!problem.isEmpty());
+    m_remark->setText(wrapping);
+    m_remark->setVisible(!remark.isEmpty());
 }
 
 void AdjustmentDialog::reject() { emit Dismissed(); }

@@ -33,8 +33,8 @@ public:
     /// Where the dialog is disabled, the focus stays in mind and comes back with the controls.
     void SetControlsEnabled(bool enabled);
 
-    /// A line that says why the settings cannot be drawn, for a widget that the host draws; empty for none.
-    void ShowProblem(const QString& problem);
+    /// A line below the settings of a widget that the host draws, such as why they cannot be; empty for none.
+    void ShowRemark(const QString& remark);
 
     void reject() override;
     bool event(QEvent* event) override;
@@ -53,7 +53,7 @@ private:
     const AdjustmentEntry& m_entry;
     YDAdjustmentWidget* m_widget;
     PresetMenu* m_presets;
-    QLabel* m_problem = nullptr; ///< null, as the buttons, where the widget has a frame of its own
+    QLabel* m_remark = nullptr; ///< null, as the buttons, where the widget has a frame of its own
     QDialogButtonBox* m_buttons = nullptr;
     QPointer<QWidget> m_focus;
     bool m_wasActive = false; ///< before a modal dialog came in front

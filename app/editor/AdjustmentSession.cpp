@@ -46,7 +46,7 @@ void AdjustmentSession::UseOverlay(const AdjustmentEntry& entry)
 void AdjustmentSession::OnOverlayReady()
 {
     if (m_state != State::Ended)
-        m_dialog->ShowProblem(m_overlay->Error());
+        m_dialog->ShowRemark(m_overlay->Remark());
     OnResultReady();
     if (m_state == State::Accepting)
         Deliver();
@@ -188,8 +188,9 @@ void AdjustmentSession::Deliver()
         AwaitResult();
     } else {
         Reopen();
-        Messages::ShowError(m_dialog, tr("The adjustment could not be computed."),
-                            why.isEmpty() ? tr("There may be too little memory for this picture.") : why);
+        const QString reason = why.isEmpty() ? tr("There may be too little memory for this picture.") : why;
+        Messages::ShowError(m_dialog, tr("The adjustment could not be computed."), reason);
+        emit Failed(reason);
     }
 }
 

@@ -42,6 +42,8 @@ signals:
     /// The result of the last settings; the dialog is closed.
     void Accepted(const RGBA32iImage& adjusted);
     void Rejected();
+    /// OK had no result, and the person was told why; the dialog stays open.
+    void Failed(const QString& why);
     /// The view shows the preview of the last settings, or soon will.
     void PreviewReady();
 

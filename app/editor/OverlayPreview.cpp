@@ -41,6 +41,13 @@ void OverlayPreview::Flush()
     Draw();
 }
 
+QString OverlayPreview::Remark() const
+{
+    if (!m_error.isEmpty() || !m_entry.whatIsMissing || !m_widget)
+        return m_error;
+    return m_entry.whatIsMissing(*m_widget);
+}
+
 void OverlayPreview::Draw()
 {
     m_isStale = m_isDrawing;

@@ -35,6 +35,8 @@ public:
     /// Empty when the last settings cannot be drawn; Error() then says why, unless memory is short.
     RGBA32iImage Result() const { return m_result; }
     QString Error() const { return m_error; }
+    /// What the person should know of the last settings: the error, or what they lack; empty for nothing.
+    QString Remark() const;
 
 signals:
     /// Result() is new, and of the last settings.

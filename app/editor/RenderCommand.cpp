@@ -75,6 +75,7 @@ void RenderCommand::OnSessionStarted(AdjustmentSession* session)
     session->Restart();
     connect(session, &AdjustmentSession::PreviewReady, this, &RenderCommand::OnPreview);
     connect(session, &AdjustmentSession::Accepted, this, &RenderCommand::WriteResult, Qt::QueuedConnection);
+    connect(session, &AdjustmentSession::Failed, this, &RenderCommand::Fail);
 }
 
 void RenderCommand::OnPreview() { m_quietTimer.start(); }
