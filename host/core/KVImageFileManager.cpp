@@ -13,6 +13,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <new>
 
 namespace {
 
@@ -38,6 +39,11 @@ QImage OverWhite(const QImage& image)
     return flat;
 }
 
+QString TooLittleMemory()
+{
+    return KVImageFileManager::tr("there is not enough memory to write the picture");
+}
+
 /// The pixels in the form that is written: no alpha where it says nothing, grey only where a grey profile
 /// asks for it.
 QImage Prepared(const QImage& source, const QByteArray& format, const KVImageMetadata& metadata)
@@ -61,9 +67,30 @@ QImage Prepared(const QImage& source, const QByteArray& format, const KVImageMet
     return image;
 }
 
+/// Fails where memory ends instead of throwing, as encoders written in C call it.
+class EncodedBytes : public QBuffer
+{
+public:
+    bool IsMemoryShort() const { return m_isMemoryShort; }
+
+protected:
+    qint64 writeData(const char* data, qint64 length) override
+    {
+        try {
+            return QBuffer::writeData(data, length);
+        } catch (const std::bad_alloc&) {
+            m_isMemoryShort = true;
+            return -1;
+        }
+    }
+
+private:
+    bool m_isMemoryShort = false;
+};
+
 QByteArray Encode(const QImage& image, const QByteArray& format, int quality, QString& reason)
 {
-    QBuffer buffer;
+    EncodedBytes buffer;
     QImageWriter writer(&buffer, format);
     if (format == "jpeg" || format == "webp")
         writer.setQuality(quality < 0 ? DefaultQuality : qMin(quality, 100));
@@ -71,6 +98,8 @@ QByteArray Encode(const QImage& image, const QByteArray& format, int quality, QS
         writer.setCompression(1); // LZW, which loses nothing
     if (!writer.write(image))
         reason = writer.errorString();
+    if (buffer.IsMemoryShort() || image.isNull())
+        reason = TooLittleMemory();
     return buffer.data();
 }
 
@@ -84,6 +113,31 @@ QByteArray Completed(const QByteArray& picture, const QByteArray& format, const 
     const QByteArray jpeg =
         PictureBlocks::JpegWithResolution(picture, metadata.dotsPerMeterX, metadata.dotsPerMeterY);
     return PictureBlocks::JpegWithTexts(jpeg, metadata.texts);
+}
+
+WholeFile::Existing RuleForExisting(const KVImageFileManager::WriteOptions& options)
+{
+    return options.overwrite ? WholeFile::Existing::Replace : WholeFile::Existing::Refuse;
+}
+
+KVImageFileManager::WriteResult EncodeAndWrite(const QString& path, const QImage& image,
+                                               const PictureFormats::Format& format,
+                                               const KVImageMetadata& metadata,
+                                               const KVImageFileManager::WriteOptions& options)
+{
+    const QImage prepared = Prepared(image, format.name, metadata);
+    QString reason;
+    const QByteArray pixels = Encode(prepared, format.name, options.quality, reason);
+    if (!reason.isEmpty())
+        return {{}, WholeFile::Error(path, reason)};
+    const bool isGrey = prepared.format() == QImage::Format_Grayscale8;
+    const MetadataCodec::Embedded embedded =
+        MetadataCodec::Embed(pixels, {format.name, prepared.size(), isGrey}, metadata);
+    if (!embedded.error.isEmpty())
+        return {{}, WholeFile::Error(path, embedded.error)};
+    const QString warning = embedded.warning.isEmpty() ? QString() : WholeFile::Error(path, embedded.warning);
+    return {warning, WholeFile::Write(path, Completed(embedded.bytes, format.name, metadata),
+                                      RuleForExisting(options))};
 }
 
 } // namespace
@@ -119,7 +173,6 @@ KVImageFileManager::WriteResult KVImageFileManager::Write(const QString& path, c
                                                           const KVImageMetadata& metadata,
                                                           const WriteOptions& options)
 {
-    const auto existing = options.overwrite ? WholeFile::Existing::Replace : WholeFile::Existing::Refuse;
     const PictureFormats::Format* format =
         PictureFormats::Find(options.format.isEmpty() ? FormatOfName(path) : options.format);
     if (!format || !QImageWriter::supportedImageFormats().contains(format->name))
@@ -131,18 +184,11 @@ KVImageFileManager::WriteResult KVImageFileManager::Write(const QString& path, c
                 WholeFile::Error(path, tr("%1 holds at most %2 pixels a side")
                                            .arg(QString::fromLatin1(format->title))
                                            .arg(format->maxSide))};
-    if (const QString error = WholeFile::WhyNotWritable(path, existing); !error.isEmpty())
+    if (const QString error = WholeFile::WhyNotWritable(path, RuleForExisting(options)); !error.isEmpty())
         return {{}, error};
-    const QImage prepared = Prepared(image, format->name, metadata);
-    QString reason;
-    const QByteArray pixels = Encode(prepared, format->name, options.quality, reason);
-    if (!reason.isEmpty())
-        return {{}, WholeFile::Error(path, reason)};
-    const bool isGrey = prepared.format() == QImage::Format_Grayscale8;
-    const MetadataCodec::Embedded embedded =
-        MetadataCodec::Embed(pixels, {format->name, prepared.size(), isGrey}, metadata);
-    if (!embedded.error.isEmpty())
-        return {{}, WholeFile::Error(path, embedded.error)};
-    const QString warning = embedded.warning.isEmpty() ? QString() : WholeFile::Error(path, embedded.warning);
-    return {warning, WholeFile::Write(path, Completed(embedded.bytes, format->name, metadata), existing)};
+    try {
+        return EncodeAndWrite(path, image, *format, metadata, options);
+    } catch (const std::bad_alloc&) {
+        return {{}, WholeFile::Error(path, TooLittleMemory())};
+    }
 }
