@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
@@ -34,6 +35,8 @@ private slots:
     void AsksForOneExistingFile();
     void CancellingGivesNoName();
     void StartsAtAFile();
+    void StartsAtHomeWhereThereIsNoSuchFolder_data();
+    void StartsAtHomeWhereThereIsNoSuchFolder();
     void AParentThatGoesMeanwhileGivesNoName();
 
 private:
@@ -89,6 +92,27 @@ void TestKVFileDialog::StartsAtAFile()
         dialog.reject();
     });
     Ask(nullptr, m_file);
+}
+
+void TestKVFileDialog::StartsAtHomeWhereThereIsNoSuchFolder_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("gone") << QStringLiteral("gone");
+    QTest::newRow("gone with its folder") << QStringLiteral("gone/too");
+    QTest::newRow("too long for a name") << QString(5000, QLatin1Char('n'));
+}
+
+void TestKVFileDialog::StartsAtHomeWhereThereIsNoSuchFolder()
+{
+    QFETCH(QString, name);
+    InTheDialog([](QFileDialog& dialog) {
+        QCOMPARE(dialog.directory().canonicalPath(), QDir::home().canonicalPath());
+        auto* const fileName = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        QVERIFY(fileName);
+        QCOMPARE(fileName->text(), QString()); // nothing that the user would have to delete
+        dialog.reject();
+    });
+    Ask(nullptr, m_folder->filePath(name));
 }
 
 void TestKVFileDialog::AParentThatGoesMeanwhileGivesNoName()

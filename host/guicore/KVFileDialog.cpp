@@ -1,7 +1,20 @@
 #include "guicore/KVFileDialog.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QPointer>
+
+namespace {
+
+/// A folder that there is: QFileDialog would take the last part of another for the name of a file.
+QString FolderOf(const QFileInfo& start)
+{
+    if (start.isFile())
+        return start.path();
+    return start.isDir() ? start.filePath() : QDir::homePath();
+}
+
+} // namespace
 
 // Not QFileDialog::getOpenFileName(), whose dialog is on the stack and would be deleted by a parent that
 // goes.
@@ -9,8 +22,7 @@ QString KVFileDialog::GetOpenFileName(QWidget* parent, const QString& caption, c
                                       const QString& filter)
 {
     const QFileInfo start(directory);
-    const QPointer<QFileDialog> dialog =
-        new QFileDialog(parent, caption, start.isFile() ? start.path() : directory, filter);
+    const QPointer<QFileDialog> dialog = new QFileDialog(parent, caption, FolderOf(start), filter);
     dialog->setFileMode(QFileDialog::ExistingFile);
     if (start.isFile())
         dialog->selectFile(start.fileName());
