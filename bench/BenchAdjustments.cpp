@@ -5,6 +5,7 @@
 #include "image/KVFillTransformation.h"
 #include "image/KVIterativeSelectiveColorsTransformation.h"
 #include "image/KVIterativeWBTransformation.h"
+#include "image/OverlayRule.h"
 #include "image/YDColorEnhancerTransformation.h"
 #include "image/YDHueSaturationTransformation.h"
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
@@ -20,6 +21,9 @@
 #include "image/YDTemperatureCorrection.h"
 #include "image/YDThresholdRGB32.h"
 #include "image/YDTintRGB32.h"
+#include "overlay/DrawText.h"
+#include "overlay/OverlayCanvas.h"
+#include "overlay/TextOverlay.h"
 
 #include <array>
 
@@ -102,6 +106,42 @@ BenchAdjustment::Rule ShiftedInks()
         percentage += 20.0f;
     }
     return RuleOf(KVIterativeSelectiveColorsTransformation(list));
+}
+
+/// A stamp as large as the picture: translucent colours, the same in every piece of a row.
+BenchAdjustment::Rule LaidOver(KVCompositionMode mode)
+{
+    using Piece = std::array<YDRGBA32i, OverlayCanvas::PiecePixels>;
+    Piece stamp;
+    for (std::size_t x = 0; x < stamp.size(); ++x)
+        stamp[x] = YDRGBA32i(QRgb(x * 2654435761u) | 0x80000000u);
+    return
+        [stamp, rule = OverlayRule(int(mode), 0.8)](const RGBA32iImage& image, BenchAdjustment::Road road) {
+            const auto source = [&stamp](int, int, int, YDRGBA32i*) { return stamp.data(); };
+            const OverlayCanvas canvas(image, {}, {}, {});
+            if (road == BenchAdjustment::Road::Vector) {
+                canvas.Lay(source, canvas.Reach(), rule);
+                return;
+            }
+            for (int y = 0; y < image.Height(); ++y)
+                for (int x = 0; x < image.Width(); ++x)
+                    rule(stamp[std::size_t(x) % stamp.size()], image.Row(y)[x]);
+        };
+}
+
+/// Nine texts across the picture, from laying out the letters on.
+void WriteTexts(const RGBA32iImage& image, BenchAdjustment::Road)
+{
+    TextOverlay overlay;
+    overlay.text = QStringLiteral("Watermark");
+    overlay.font.setPixelSize(200);
+    overlay.color = Qt::white;
+    overlay.angle = 30;
+    overlay.opacity = 40;
+    overlay.hrzTiles = 3;
+    overlay.vrtTiles = 3;
+    if (!DrawText(overlay, OverlayCanvas(image, {}, {}, {})).isEmpty())
+        qFatal("there is not enough memory for a text");
 }
 
 } // namespace
@@ -195,6 +235,9 @@ const std::vector<BenchAdjustment>& BenchAdjustments()
          true},
         {"fill-color-opaque", FilledWith(qRgb(20, 120, 200)), nullptr, nullptr, {}},
         {"selective-colors", ShiftedInks(), "m_pCyan", "value", {30, -30}},
+        {"sign", LaidOver(KVCompositionMode::Normal), nullptr, nullptr, {}},
+        {"sign-soft-light", LaidOver(KVCompositionMode::SoftLight), nullptr, nullptr, {}},
+        {"watermark", WriteTexts, nullptr, nullptr, {}},
     };
     return adjustments;
 }
