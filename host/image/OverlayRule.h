@@ -17,6 +17,7 @@
 struct OverlayRule
 {
     static constexpr float White = 255.0f;
+    static constexpr float Half = 0.5f;                ///< of a level
     static constexpr float PartOfLevel = 1.0f / White; ///< times 255 it is 1 exactly
 
     KVCompositionMode mode = KVCompositionMode::Normal;
@@ -58,7 +59,7 @@ private:
     static float ColorDodge(float over, float under);
     static float ColorBurn(float over, float under);
 
-    static quint8 Level(float part) { return static_cast<quint8>(part * White + 0.5f); }
+    static quint8 Level(float part) { return static_cast<quint8>(part * White + Half); }
 };
 
 inline float OverlayRule::SoftLight(float over, float under)

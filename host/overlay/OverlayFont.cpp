@@ -48,7 +48,7 @@ int OverlayFont::PixelSize(const QFont& font)
     const double pixels = font.pointSizeF() * PixelsPerPoint;
     if (!(pixels > 0.0))
         return 0;
-    return std::max(int(std::min(pixels, double(MaxPixels)) + 0.5), 1);
+    return std::max(qRound(std::min(pixels, double(MaxPixels))), 1);
 }
 
 QFont OverlayFont::Typeface(const QFont& stored, int pixels)

@@ -40,7 +40,7 @@ HWY_INLINE Floats Part(Ints levels)
 
 HWY_INLINE Ints Level(Floats parts)
 {
-    return WholePart(hn::Add(hn::Mul(parts, Number(OverlayRule::White)), Number(0.5f)));
+    return WholePart(hn::Add(hn::Mul(parts, Number(OverlayRule::White)), Number(OverlayRule::Half)));
 }
 
 HWY_INLINE Ints Alpha(Pixels pixels) { return hn::BitCast(IntTag(), hn::ShiftRight<24>(pixels)); }
