@@ -7,6 +7,7 @@
 #include "ui_AdjustmentDialogBase.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QLinearGradient>
 #include <QPushButton>
@@ -399,12 +400,22 @@ int YDAdjustmentWidget::WaitInDialog()
     }
     if (result == 0 && m_watcher)
         SetCancelProcessing(true);
-    if (m_watcher) {
+    if (m_watcher && !m_watcher->isFinished()) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        m_watcher->waitForFinished();
+        AwaitEndOfJob();
         QGuiApplication::restoreOverrideCursor();
     }
-    return result;
+    return self ? result : 0;
+}
+
+/// In an event loop, as a job of another device ends by an event of this thread. The widget may be gone when
+/// it returns.
+void YDAdjustmentWidget::AwaitEndOfJob()
+{
+    QEventLoop loop;
+    connect(m_watcher, &JobWatcher::finished, &loop, &QEventLoop::quit);
+    connect(m_watcher, &QObject::destroyed, &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
 /// The dialog for the job that runs now; 1 when it has ended, 0 when the user aborts.

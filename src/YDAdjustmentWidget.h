@@ -218,6 +218,7 @@ private:
     void OnWaitTimeout();
     int WaitInDialog();
     int ExecWaitDialog();
+    void AwaitEndOfJob();
     bool IsWaiting() const { return m_waitTimerId != -1 || m_waitDialogShown; }
 
     static void ForwardProgress(const YDAdjustmentProcessing& processing, const YDAdjustmentJob& job);
