@@ -126,7 +126,7 @@ void OverlayRule::Lay(const YDRGBA32i& over, YDRGBA32i& under, float weight)
     const float bothShare = overAlpha * underAlpha;
     constexpr bool Adds = Mode == KVCompositionMode::Addition;
     const float covered = Adds ? std::min(1.0f, overAlpha + underAlpha) : overAlpha + underShare;
-    const float alpha = underAlpha < 1.0f ? covered : 1.0f; // which the sum need not be to the last bit;
+    const float alpha = underAlpha < 1.0f ? covered : 1.0f; // which the sum may miss by its last bit
     const auto mix = [=](quint8 overLevel, quint8 underLevel) {
         const float above = overLevel * PartOfLevel;
         const float below = underLevel * PartOfLevel;
