@@ -1,10 +1,11 @@
-# adjustmentgui_host_library(NAME SOURCES ... LINKS ...)
+# adjustmentgui_host_library(NAME SOURCES ... LINKS ... [INTERNAL ...])
 #
 # One folder of the reference host as one shared library, host::NAME. LINKS names all that the folder may
-# know; its headers are included as "NAME/Header.h".
+# know; its headers are included as "NAME/Header.h". Those among the INTERNAL sources are not installed: they
+# need what an installation does not bring along.
 function(adjustmentgui_host_library name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
-    add_library(host_${name} SHARED ${ARG_SOURCES})
+    cmake_parse_arguments(ARG "" "" "SOURCES;INTERNAL;LINKS;PRIVATE_LINKS" ${ARGN})
+    add_library(host_${name} SHARED ${ARG_SOURCES} ${ARG_INTERNAL})
     add_library(host::${name} ALIAS host_${name})
     set_target_properties(host_${name} PROPERTIES
         OUTPUT_NAME adjustmentgui-host-${name}

@@ -24,7 +24,7 @@ install(FILES
 file(RELATIVE_PATH PC_PREFIX "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
 set(PC_HOST_LIBS "")
 if(NOT ADJUSTMENTGUI_HOST)
-    foreach(folder gui guicore widgets plugincore theme geometry gpu image utilities core)
+    foreach(folder gui guicore widgets plugincore theme geometry gpu overlay image utilities core)
         string(APPEND PC_HOST_LIBS " -ladjustmentgui-host-${folder}")
     endforeach()
 endif()

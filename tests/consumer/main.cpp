@@ -1,5 +1,8 @@
 #include <YDBrightnessContrastWidget.h>
 #include <image/KVImage.h>
+#include <overlay/DrawText.h>
+#include <overlay/OverlayCanvas.h>
+#include <overlay/TextOverlay.h>
 #include <utilities/AVX2LIB.h>
 
 #include <QApplication>
@@ -20,5 +23,9 @@ int main(int argc, char** argv)
     const QRgb adjusted = ImageToQImage(image).pixel(63, 47);
     qInfo("adjusted %d %d %d, vector kernels %s", qRed(adjusted), qGreen(adjusted), qBlue(adjusted),
           AVX2LIB::Instance() ? "found" : "missing");
-    return adjusted == qRgb(120, 130, 140) ? 0 : 1;
+
+    TextOverlay text;
+    text.text = QStringLiteral("consumer");
+    const QString problem = DrawText(text, OverlayCanvas(image, RGBA32iImage(), QPoint(), QRect()));
+    return adjusted == qRgb(120, 130, 140) && problem.isEmpty() ? 0 : 1;
 }
