@@ -1,4 +1,4 @@
-#include "LoggedWarnings.h"
+#include "LoggedMessages.h"
 #include "OpenClProbe.h"
 #include "SelectiveColorsCases.h"
 #include "core/KVApplication.h"
@@ -352,7 +352,7 @@ void TestKVGpuService::RefusesPicturesThatAreNotThere()
 
 void TestKVGpuService::DropsAPictureThatThereIsNoMemoryFor()
 {
-    const LoggedWarnings warnings;
+    const LoggedMessages warnings(QtWarningMsg);
     ServiceProbe probe;
     constexpr int Side = 1 << 27; // 64 petabytes; nobody knows what lies behind such a handle
     static const unsigned char pixel[4] = {};
@@ -468,7 +468,7 @@ void TestKVGpuService::KnowsTheRequestOfAnAnswerAlone()
 
 void TestKVGpuService::TheProcessorDoesWhatTheDeviceFailsAt()
 {
-    const LoggedWarnings warnings;
+    const LoggedMessages warnings(QtWarningMsg);
     ServiceProbe probe;
     probe.state->fails = true;
     probe.service->begin_filter(Width, Height);
@@ -485,7 +485,7 @@ void TestKVGpuService::TheProcessorDoesWhatTheDeviceFailsAt()
 
 void TestKVGpuService::AFailedDeviceIsTriedAgainWithTheNextFilter()
 {
-    const LoggedWarnings warnings;
+    const LoggedMessages warnings(QtWarningMsg);
     ServiceProbe probe;
     probe.state->fails = true;
     const auto runFilter = [&probe] {
@@ -510,7 +510,7 @@ void TestKVGpuService::AFailedDeviceIsTriedAgainWithTheNextFilter()
 
 void TestKVGpuService::ADeviceThatCannotBeginIsLeftAlone()
 {
-    const LoggedWarnings warnings;
+    const LoggedMessages warnings(QtWarningMsg);
     ServiceProbe probe;
     probe.state->cannotBegin = true;
     probe.service->begin_filter(Width, Height);

@@ -1,3 +1,4 @@
+#include "LoggedMessages.h"
 #include "TestColors.h"
 #include "YDRecord.h"
 
@@ -8,20 +9,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace {
-
-QStringList& LoggedLines()
-{
-    static QStringList lines;
-    return lines;
-}
-
-void CatchLog(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
-    if (type == QtDebugMsg)
-        LoggedLines().append(message);
-}
 
 constexpr YDRecordName SampleName{"src/Sample", "sample"};
 
@@ -83,7 +73,7 @@ class TestYDRecord : public QObject
 
 private slots:
     void init();
-    void cleanupTestCase();
+    void cleanup();
 
     void TheTagHasNoLengthAndTheFieldsFollowInOrder();
     void WhatIsWrittenIsRead();
@@ -120,15 +110,14 @@ private slots:
     void AnOlderTagLeavesTheStreamAtTheFields();
     void FailuresAreLoggedUnderTheirNames_data();
     void FailuresAreLoggedUnderTheirNames();
+
+private:
+    std::optional<LoggedMessages> m_logged;
 };
 
-void TestYDRecord::init()
-{
-    LoggedLines().clear();
-    qInstallMessageHandler(CatchLog);
-}
+void TestYDRecord::init() { m_logged.emplace(QtDebugMsg); }
 
-void TestYDRecord::cleanupTestCase() { qInstallMessageHandler(nullptr); }
+void TestYDRecord::cleanup() { m_logged.reset(); }
 
 void TestYDRecord::TheTagHasNoLengthAndTheFieldsFollowInOrder()
 {
@@ -137,7 +126,7 @@ void TestYDRecord::TheTagHasNoLengthAndTheFieldsFollowInOrder()
     stream << qint32(-7) << 0.25 << false << QStringLiteral("text") << qint32(-1) << qint32(0) << qint32(99);
     QCOMPARE(Written(Other()), expected);
     QCOMPARE(Written(Other()).size(), 16 + 4 + 8 + 1 + 4 + 8 + 12);
-    QVERIFY(LoggedLines().isEmpty());
+    QVERIFY(m_logged->All().isEmpty());
 }
 
 void TestYDRecord::WhatIsWrittenIsRead()
@@ -192,12 +181,12 @@ void TestYDRecord::ACutStreamGivesDefaultsAndOneLine()
 {
     const QByteArray whole = Written(Other());
     for (int length = 0; length < whole.size(); ++length) {
-        LoggedLines().clear();
+        m_logged.emplace(QtDebugMsg);
         QDataStream stream(whole.left(length));
         Sample sample = Other();
         stream >> sample;
         QVERIFY2(YDRecord::Equal(sample, Sample()), qPrintable(QString::number(length)));
-        QCOMPARE(LoggedLines(), QStringList{QStringLiteral("[src/Sample:43] Read sample data error.")});
+        QCOMPARE(m_logged->All(), QStringList{QStringLiteral("[src/Sample:43] Read sample data error.")});
     }
 }
 
@@ -227,7 +216,7 @@ void TestYDRecord::AReadOnlyStreamCannotBeWrittenTo()
     QDataStream stream(QByteArray(100, 'x'));
     QVERIFY(!Sample().Write(stream));
     stream << Sample();
-    QCOMPARE(LoggedLines(), QStringList{QStringLiteral("[src/Sample:42] Write sample data error.")});
+    QCOMPARE(m_logged->All(), QStringList{QStringLiteral("[src/Sample:42] Write sample data error.")});
 }
 
 namespace {
@@ -698,7 +687,7 @@ void TestYDRecord::FailuresAreLoggedUnderTheirNames()
     QFETCH(QString, read);
     YDRecord::LogWriteFailure(name, 5);
     YDRecord::LogReadFailure(name, 6);
-    QCOMPARE(LoggedLines(), QStringList({write, read}));
+    QCOMPARE(m_logged->All(), QStringList({write, read}));
 }
 
 QTEST_APPLESS_MAIN(TestYDRecord)

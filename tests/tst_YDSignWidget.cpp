@@ -1,5 +1,6 @@
 #include "AdjustmentProbe.h"
 #include "Announcements.h"
+#include "LoggedMessages.h"
 #include "TestPictures.h"
 #include "YDSignWidget.h"
 #include "core/KVApplication.h"
@@ -34,18 +35,6 @@ QString& ReadableKinds()
 {
     static QString filter = QStringLiteral("Pictures (*.png)");
     return filter;
-}
-
-QStringList& LoggedLines()
-{
-    static QStringList lines;
-    return lines;
-}
-
-void CatchLog(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
-    if (type == QtDebugMsg)
-        LoggedLines().append(message);
 }
 
 struct Fixture
@@ -120,7 +109,6 @@ class TestYDSignWidget : public QObject
 private slots:
     void initTestCase();
     void init();
-    void cleanup();
 
     void TheFormIsThatOfAStamp();
     void TheListsHaveTheirItems();
@@ -168,13 +156,7 @@ void TestYDSignWidget::initTestCase()
     QCoreApplication::setApplicationName(QStringLiteral("tst_YDSignWidget"));
 }
 
-void TestYDSignWidget::init()
-{
-    ReadableKinds() = QStringLiteral("Pictures (*.png)");
-    LoggedLines().clear();
-}
-
-void TestYDSignWidget::cleanup() { qInstallMessageHandler(nullptr); }
+void TestYDSignWidget::init() { ReadableKinds() = QStringLiteral("Pictures (*.png)"); }
 
 void TestYDSignWidget::TheFormIsThatOfAStamp()
 {
@@ -574,15 +556,14 @@ void TestYDSignWidget::ALengthBeyondTheBytesThereFails()
 
 void TestYDSignWidget::ACutRecordGivesDefaultsAndOneLine()
 {
-    qInstallMessageHandler(CatchLog);
     const QByteArray whole = Written(Sample());
     for (int length = 0; length < whole.size(); ++length) {
-        LoggedLines().clear();
+        const LoggedMessages logged(QtDebugMsg);
         QDataStream stream(whole.left(length));
         Params params = Sample();
         stream >> params;
         QVERIFY2(YDRecord::Equal(params, Params()), qPrintable(QString::number(length)));
-        QCOMPARE(LoggedLines(), QStringList{QStringLiteral("[src/YDSignWidget:539] Read sign data error.")});
+        QCOMPARE(logged.All(), QStringList{QStringLiteral("[src/YDSignWidget:539] Read sign data error.")});
     }
 }
 
@@ -598,10 +579,10 @@ void TestYDSignWidget::AnotherVersionIsRefused()
 
 void TestYDSignWidget::AWriteThatFailsIsLogged()
 {
-    qInstallMessageHandler(CatchLog);
+    const LoggedMessages logged(QtDebugMsg);
     QDataStream stream(QByteArray(100, 'x'));
     stream << Params();
-    QCOMPARE(LoggedLines(), QStringList{QStringLiteral("[src/YDSignWidget:526] Write sign data error.")});
+    QCOMPARE(logged.All(), QStringList{QStringLiteral("[src/YDSignWidget:526] Write sign data error.")});
 }
 
 void TestYDSignWidget::ChoosingAFileSetsItsName()

@@ -1,6 +1,7 @@
 #include "AdjustmentProbe.h"
 #include "Announcements.h"
 #include "ColorDialogDriver.h"
+#include "LoggedMessages.h"
 #include "TestColors.h"
 #include "TestPictures.h"
 #include "YDWatermarkWidget.h"
@@ -30,18 +31,6 @@ constexpr int Lowest = std::numeric_limits<int>::min();
 constexpr int Highest = std::numeric_limits<int>::max();
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 constexpr double NoNumber = std::numeric_limits<double>::quiet_NaN();
-
-QStringList& LoggedLines()
-{
-    static QStringList lines;
-    return lines;
-}
-
-void CatchLog(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
-    if (type == QtDebugMsg)
-        LoggedLines().append(message);
-}
 
 struct Fixture
 {
@@ -132,8 +121,6 @@ class TestYDWatermarkWidget : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
 
     void TheFormIsThatOfAWatermark();
     void TheSpinBoxesHaveTheirRanges_data();
@@ -178,10 +165,6 @@ private slots:
     void APictureStartsNothing();
     void ConvertingChangesNoPixel();
 };
-
-void TestYDWatermarkWidget::init() { LoggedLines().clear(); }
-
-void TestYDWatermarkWidget::cleanup() { qInstallMessageHandler(nullptr); }
 
 void TestYDWatermarkWidget::TheFormIsThatOfAWatermark()
 {
@@ -638,15 +621,14 @@ void TestYDWatermarkWidget::LengthsBeyondTheBytesThereFail()
 
 void TestYDWatermarkWidget::ACutRecordGivesDefaultsAndOneLine()
 {
-    qInstallMessageHandler(CatchLog);
     const QByteArray whole = Written(Sample());
     for (int length = 0; length < whole.size(); ++length) {
-        LoggedLines().clear();
+        const LoggedMessages logged(QtDebugMsg);
         QDataStream stream(whole.left(length));
         Params params = Sample();
         stream >> params;
         QVERIFY2(YDRecord::Equal(params, Params()), qPrintable(QString::number(length)));
-        QCOMPARE(LoggedLines(),
+        QCOMPARE(logged.All(),
                  QStringList{QStringLiteral("[src/YDWatermarkWidget:535] Read watermark data error.")});
     }
 }
@@ -663,10 +645,10 @@ void TestYDWatermarkWidget::AnotherVersionIsRefused()
 
 void TestYDWatermarkWidget::AWriteThatFailsIsLogged()
 {
-    qInstallMessageHandler(CatchLog);
+    const LoggedMessages logged(QtDebugMsg);
     QDataStream stream(QByteArray(100, 'x'));
     stream << Params();
-    QCOMPARE(LoggedLines(),
+    QCOMPARE(logged.All(),
              QStringList{QStringLiteral("[src/YDWatermarkWidget:522] Write watermark data error.")});
 }
 
