@@ -61,6 +61,7 @@ private slots:
     void GivesTheBytesOfTheRuleForEachRange();
     void ReadsAMaskThatIsAPartOfALargerOne();
     void AMaskMayMoveBetweenJobs();
+    void AMaskMayBeThePictureItself();
     void SendsAPictureOnceUntilItIsReleased();
     void SendsAPictureAnewWhenItsContentIsNew();
     void KeepsFewPictures();
@@ -206,6 +207,24 @@ void TestOpenClDevice::AMaskMayMoveBetweenJobs()
         }
         QVERIFY2(most <= 10, qPrintable(QString::number(most))); // no piece of the mask stays behind
     }
+}
+
+void TestOpenClDevice::AMaskMayBeThePictureItself()
+{
+    const RGBA32iImage picture = Mask(60, 50, 17);
+    for (const bool sharesMemory : {true, false}) {
+        OpenClProbe::SetSharesMemory(sharesMemory);
+        const auto device = MakeDevice();
+        for (const int y : {0, 11, -9, 0}) {
+            SelectiveColorsJob job = JobOn(picture);
+            job.mask = job.source;
+            job.maskX = 7;
+            job.maskY = y;
+            QVERIFY2(TestPictures::AreEqual(Adjusted(*device, job), Expected(job)),
+                     qPrintable(QStringLiteral("mask at %1").arg(y)));
+        }
+    }
+    QCOMPARE(OpenClProbe::LiveObjects(), 0);
 }
 
 void TestOpenClDevice::SendsAPictureOnceUntilItIsReleased()

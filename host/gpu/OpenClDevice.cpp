@@ -146,8 +146,8 @@ QString OpenClDevice::Adjust(const SelectiveColorsJob& job, const RGBA32iImage& 
 QString OpenClDevice::AdjustOnce(const SelectiveColorsJob& job, const RGBA32iImage& result,
                                  const std::atomic<bool>& abort)
 {
-    OpenClBands* const mask = job.HasMask() ? &Kept(job.mask) : nullptr;
-    OpenClBands& source = Kept(job.source);
+    OpenClBands* const mask = job.HasMask() ? &Kept(job.mask, nullptr) : nullptr;
+    OpenClBands& source = Kept(job.source, mask);
     CopyUnreached(job, result);
     QString problem = OpenClRun(*m_session, job, result, source, mask).Run(m_staging, abort);
     if (!problem.isEmpty() || abort.load(std::memory_order_relaxed))
@@ -160,11 +160,12 @@ QString OpenClDevice::AdjustOnce(const SelectiveColorsJob& job, const RGBA32iIma
     return problem;
 }
 
-/// What was sent of `pixels` so far, moved to the front.
-OpenClBands& OpenClDevice::Kept(const SharedPixels& pixels)
+/// What was sent of `pixels` so far, moved to the front. Not `taken`, which is cut into other bands: a mask
+/// may be the picture itself.
+OpenClBands& OpenClDevice::Kept(const SharedPixels& pixels, const OpenClBands* taken)
 {
-    const auto known = std::find_if(m_kept.begin(), m_kept.end(), [&pixels](const OpenClBands& bands) {
-        return bands.Pixels().IsSameAs(pixels);
+    const auto known = std::find_if(m_kept.begin(), m_kept.end(), [&](const OpenClBands& bands) {
+        return &bands != taken && bands.Pixels().IsSameAs(pixels);
     });
     if (known == m_kept.end())
         m_kept.emplace_front(*m_session, pixels);

@@ -32,7 +32,7 @@ public:
 private:
     OpenClDevice(std::shared_ptr<const OpenClLibrary> library, cl_device_id device, const QString& name);
 
-    OpenClBands& Kept(const SharedPixels& pixels);
+    OpenClBands& Kept(const SharedPixels& pixels, const OpenClBands* taken);
     void Forget(const SharedPixels& pixels);
     QString AdjustOnce(const SelectiveColorsJob& job, const RGBA32iImage& result,
                        const std::atomic<bool>& abort);
