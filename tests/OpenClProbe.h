@@ -33,7 +33,7 @@ public:
     ~OpenClProbe() { s_real.reset(); }
     Q_DISABLE_COPY(OpenClProbe)
 
-    static std::shared_ptr<const OpenClLibrary> Library()
+    static std::shared_ptr<const OpenClLibrary> Loaded()
     {
         auto library = std::make_shared<OpenClLibrary>(*s_real);
         library->buildProgram = Ear<&OpenClLibrary::buildProgram>::Call;

@@ -598,7 +598,7 @@ void TestKVGpuService::NothingLeaksInTenThousandRequests()
     constexpr int Burst = 4;
     const OpenClProbe openCl;
     QString problem;
-    auto device = OpenClDevice::Find(OpenClProbe::Library(), GpuUse::Any, problem);
+    auto device = OpenClDevice::Find(OpenClProbe::Loaded(), GpuUse::Any, problem);
     QVERIFY2(device, qPrintable(problem));
     KVGpuService service(std::move(device));
     int answers = 0;

@@ -20,7 +20,7 @@ const std::atomic<bool> NeverAborted{false};
 std::unique_ptr<OpenClDevice> MakeDevice()
 {
     QString problem;
-    auto device = OpenClDevice::Find(OpenClProbe::Library(), GpuUse::Any, problem);
+    auto device = OpenClDevice::Find(OpenClProbe::Loaded(), GpuUse::Any, problem);
     if (!device)
         qFatal("OpenCL has no device to test with (%s); `./dev install-deps` installs PoCL.",
                qPrintable(problem));
@@ -380,7 +380,7 @@ void TestOpenClDevice::RefusesRowsLongerThanItsBuffers()
 
 void TestOpenClDevice::TellsWhatTheCompilerSays()
 {
-    auto library = std::make_shared<OpenClLibrary>(*OpenClProbe::Library());
+    auto library = std::make_shared<OpenClLibrary>(*OpenClProbe::Loaded());
     library->buildProgram = [](cl_program, cl_uint, const cl_device_id*, const char*,
                                void(CL_CALLBACK*)(cl_program, void*),
                                void*) -> cl_int { return CL_BUILD_PROGRAM_FAILURE; };
@@ -403,13 +403,13 @@ void TestOpenClDevice::FindsNoDeviceWithoutDrivers()
 {
     OpenClProbe::Fail<&OpenClLibrary::getPlatformIds>();
     QString problem;
-    QVERIFY(!OpenClDevice::Find(OpenClProbe::Library(), GpuUse::Any, problem));
+    QVERIFY(!OpenClDevice::Find(OpenClProbe::Loaded(), GpuUse::Any, problem));
     QVERIFY(problem.startsWith(QStringLiteral("clGetPlatformIDs")));
 }
 
 void TestOpenClDevice::FindsNoGraphicsCardInTheProcessor()
 {
-    auto library = std::make_shared<OpenClLibrary>(*OpenClProbe::Library());
+    auto library = std::make_shared<OpenClLibrary>(*OpenClProbe::Loaded());
     library->getDeviceIds = [](cl_platform_id, cl_device_type type, cl_uint, cl_device_id* devices,
                                cl_uint* count) -> cl_int {
         if (type == CL_DEVICE_TYPE_GPU)

@@ -45,9 +45,9 @@ OpenClHandle<cl_mem> OpenClBands::Send(qint64 first, qint64 count, QString& prob
     OpenClHandle<cl_mem> buffer = m_session->MakeBuffer(CL_MEM_READ_ONLY, bytes, nullptr, problem);
     if (!buffer)
         return {};
-    problem = OpenClProblem(
-        "clEnqueueWriteBuffer",
-        m_session->Library().enqueueWriteBuffer(m_session->Queue(), buffer.Get(), CL_FALSE, 0,
-                                                static_cast<std::size_t>(bytes), rows, 0, nullptr, nullptr));
+    problem = OpenClProblem("clEnqueueWriteBuffer",
+                            m_session->OpenCl().enqueueWriteBuffer(m_session->Queue(), buffer.Get(), CL_FALSE,
+                                                                   0, static_cast<std::size_t>(bytes), rows,
+                                                                   0, nullptr, nullptr));
     return problem.isEmpty() ? std::move(buffer) : OpenClHandle<cl_mem>();
 }

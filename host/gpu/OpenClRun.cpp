@@ -23,7 +23,7 @@ cl_int SetArguments(const OpenClSession& session, const Values&... values)
     cl_int status = CL_SUCCESS;
     const auto set = [&](std::size_t size, const void* value) {
         if (status == CL_SUCCESS)
-            status = session.Library().setKernelArg(session.Kernel(), index++, size, value);
+            status = session.OpenCl().setKernelArg(session.Kernel(), index++, size, value);
     };
     (set(sizeof(values), &values), ...); // NOLINT(bugprone-sizeof-expression): handles are passed as they are
     return status;
@@ -86,7 +86,7 @@ QString OpenClRun::MakeShiftTable()
 
 QString OpenClRun::RunInPlace(const Band& band)
 {
-    const OpenClLibrary& library = m_session.Library();
+    const OpenClLibrary& library = m_session.OpenCl();
     const qint64 bytes = band.reached * m_result.BytesPerLine();
     QString problem;
     const OpenClHandle<cl_mem> rows =
@@ -138,7 +138,7 @@ QString OpenClRun::Launch(const Band& band, cl_mem result)
         return OpenClProblem("clSetKernelArg", status);
     const std::size_t size[] = {static_cast<std::size_t>(m_result.RowLength()),
                                 static_cast<std::size_t>(band.reached)};
-    status = m_session.Library().enqueueNDRangeKernel(m_session.Queue(), m_session.Kernel(), 2, nullptr, size,
-                                                      nullptr, 0, nullptr, nullptr);
+    status = m_session.OpenCl().enqueueNDRangeKernel(m_session.Queue(), m_session.Kernel(), 2, nullptr, size,
+                                                     nullptr, 0, nullptr, nullptr);
     return OpenClProblem("clEnqueueNDRangeKernel", status);
 }

@@ -18,7 +18,7 @@ public:
     static std::unique_ptr<OpenClSession> Open(std::shared_ptr<const OpenClLibrary> library,
                                                cl_device_id device, QString& problem);
 
-    const OpenClLibrary& Library() const { return *m_library; }
+    const OpenClLibrary& OpenCl() const { return *m_library; }
     cl_command_queue Queue() const { return m_queue.Get(); }
     cl_kernel Kernel() const { return m_kernel.Get(); }
 

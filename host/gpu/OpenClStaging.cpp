@@ -10,9 +10,9 @@ OpenClStaging::~OpenClStaging()
 {
     for (Slot& slot : m_slots)
         if (slot.mapped)
-            m_session.Library().enqueueUnmapMemObject(m_session.Queue(), slot.pinned.Get(), slot.mapped, 0,
-                                                      nullptr, nullptr);
-    m_session.Library().finish(m_session.Queue()); // the device may still write where the pictures are
+            m_session.OpenCl().enqueueUnmapMemObject(m_session.Queue(), slot.pinned.Get(), slot.mapped, 0,
+                                                     nullptr, nullptr);
+    m_session.OpenCl().finish(m_session.Queue()); // the device may still write where the pictures are
 }
 
 cl_mem OpenClStaging::Next(QString& problem)
@@ -33,7 +33,7 @@ bool OpenClStaging::Allocate(Slot& slot, QString& problem) const
     if (!slot.pinned)
         return false;
     cl_int status = CL_SUCCESS;
-    slot.mapped = m_session.Library().enqueueMapBuffer(
+    slot.mapped = m_session.OpenCl().enqueueMapBuffer(
         m_session.Queue(), slot.pinned.Get(), CL_TRUE, CL_MAP_READ | CL_MAP_WRITE, 0,
         static_cast<std::size_t>(m_bytes), 0, nullptr, nullptr, &status);
     problem = OpenClProblem("clEnqueueMapBuffer", status);
@@ -44,7 +44,7 @@ bool OpenClStaging::Allocate(Slot& slot, QString& problem) const
 
 QString OpenClStaging::Carry(const RGBA32iImage& result, int first, int count)
 {
-    const OpenClLibrary& library = m_session.Library();
+    const OpenClLibrary& library = m_session.OpenCl();
     Slot& slot = m_slots[m_next];
     m_next = (m_next + 1) % m_slots.size();
     cl_event arrival = nullptr;
@@ -80,7 +80,7 @@ QString OpenClStaging::Collect(Slot& slot) const
     if (!arrival)
         return {};
     const cl_event event = arrival.Get();
-    const cl_int status = m_session.Library().waitForEvents(1, &event);
+    const cl_int status = m_session.OpenCl().waitForEvents(1, &event);
     if (status != CL_SUCCESS)
         return OpenClProblem("clWaitForEvents", status);
     PixelBuffer::CopyRows(slot.mapped, result.BytesPerLine(), result.Row(slot.first), result.BytesPerLine(),
