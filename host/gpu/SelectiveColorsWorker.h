@@ -39,7 +39,7 @@ struct SelectiveColorsAnswer
 class SelectiveColorsWorker
 {
 public:
-    /// `onAnswer` is called, on any thread, when TakeAnswers() has something new to give.
+    /// `onAnswer` is called, on any thread, when TakeAnswers() may have something new to give.
     SelectiveColorsWorker(std::unique_ptr<SelectiveColorsDevice> device, std::function<void()> onAnswer);
     /// Stops what is at work at the next chance and waits for that.
     ~SelectiveColorsWorker();
