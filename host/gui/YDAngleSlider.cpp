@@ -10,7 +10,8 @@
 
 namespace {
 
-constexpr int FullTurn = 360;   ///< degrees
+constexpr int FullTurn = 360; ///< degrees
+constexpr double HalfTurn = 180;
 constexpr int QuarterTurn = 90; ///< degrees
 constexpr int WheelNotch = 120; ///< eighths of a degree of the wheel
 constexpr double Pi = 3.14159265358979323846;
@@ -26,7 +27,7 @@ constexpr double FocusLine = 2.0;
 constexpr double DisabledOpacity = 0.4;
 constexpr double LineOpacity = 0.5;
 
-double Radians(double degrees) { return degrees * Pi / (FullTurn / 2); }
+double Radians(double degrees) { return degrees * Pi / HalfTurn; }
 
 QPointF Towards(const QPointF& center, double degrees, double distance)
 {
@@ -147,7 +148,7 @@ void YDAngleSlider::TurnTo(const QMouseEvent& event)
     const QPointF arm = event.localPos() + QPointF(0.5, 0.5) - DialFace().center;
     if (arm.isNull())
         return;
-    const double degrees = std::atan2(arm.y(), arm.x()) * (FullTurn / 2) / Pi;
+    const double degrees = std::atan2(arm.y(), arm.x()) * HalfTurn / Pi;
     const int step = event.modifiers() & Qt::ShiftModifier ? pageStep() : 1;
     setSliderPosition(InRange(std::lround(degrees / step) * step));
 }
