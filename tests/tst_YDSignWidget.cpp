@@ -1,6 +1,7 @@
 #include "AdjustmentProbe.h"
 #include "Announcements.h"
 #include "LoggedMessages.h"
+#include "OverlayPanelChecks.h"
 #include "TestPictures.h"
 #include "YDSignWidget.h"
 #include "core/KVApplication.h"
@@ -15,7 +16,6 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -123,11 +123,18 @@ private slots:
     void AlignmentsReplaceOneDirectionOnly();
     void AlignmentsAreShown_data();
     void AlignmentsAreShown();
-    void BlendingModesGoRound_data();
-    void BlendingModesGoRound();
-    void AnUnknownModeStaysUntilAnotherIsChosen_data();
-    void AnUnknownModeStaysUntilAnotherIsChosen();
-    void MarginsAreFourNumbers();
+    void BlendingModesGoRound_data() { OverlayPanelChecks::AddModes(); }
+    void BlendingModesGoRound() { OverlayPanelChecks::BlendingModesGoRound<Fixture>(); }
+    void AnIndexThatThereIsNotIsTheNormalMode()
+    {
+        OverlayPanelChecks::AnIndexThatThereIsNotIsTheNormalMode<Fixture>();
+    }
+    void AnUnknownModeStaysUntilAnotherIsChosen_data() { OverlayPanelChecks::AddUnknownModes(); }
+    void AnUnknownModeStaysUntilAnotherIsChosen()
+    {
+        OverlayPanelChecks::AnUnknownModeStaysUntilAnotherIsChosen<Fixture>();
+    }
+    void MarginsAreFourNumbers() { OverlayPanelChecks::MarginsAreFourNumbers<Fixture>(); }
     void ShowingValuesAnnouncesNothing();
     void AChangeAfterShowingIsAnnouncedOnce();
     void ResetShowsTheDefaultsAndAnnouncesOnce();
@@ -146,7 +153,7 @@ private slots:
     void TheFileDialogBeginsWhereTheHostWasLast();
     void WithoutReadablePicturesThereIsNoFileDialog();
     void TheWidgetMayGoWhileTheFileDialogIsOpen();
-    void APictureStartsNothing();
+    void APictureStartsNothing() { OverlayPanelChecks::APictureStartsNothing<Fixture>(); }
     void ConvertingChangesNoPixel();
 };
 
@@ -368,72 +375,6 @@ void TestYDSignWidget::AlignmentsAreShown()
     QCOMPARE(f.horizontal->currentIndex(), horizontal);
     QCOMPARE(f.vertical->currentIndex(), vertical);
     QCOMPARE(int(f.widget.GetValue().alignment), alignment);
-}
-
-void TestYDSignWidget::BlendingModesGoRound_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::addColumn<int>("mode");
-    const QVector<int> modes{0, 13, 14, 15, 22, 23, 17, 16, 21, 20, 18, 19, 12};
-    for (int index = 0; index < modes.size(); ++index)
-        QTest::newRow(qPrintable(QString::number(index))) << index << modes.at(index);
-}
-
-void TestYDSignWidget::BlendingModesGoRound()
-{
-    QFETCH(int, index);
-    QFETCH(int, mode);
-    Fixture f;
-    f.blending->setCurrentIndex(index == 0 ? 1 : 0);
-    f.blending->setCurrentIndex(index);
-    const Params params = f.widget.GetValue();
-    QCOMPARE(params.blendingMode, mode);
-    Fixture other;
-    other.widget.SetValue(params);
-    QCOMPARE(other.blending->currentIndex(), index);
-}
-
-void TestYDSignWidget::AnUnknownModeStaysUntilAnotherIsChosen_data()
-{
-    QTest::addColumn<int>("mode");
-    for (const int mode : {1, 11, 24, -1, Lowest, Highest})
-        QTest::newRow(qPrintable(QString::number(mode))) << mode;
-}
-
-void TestYDSignWidget::AnUnknownModeStaysUntilAnotherIsChosen()
-{
-    QFETCH(int, mode);
-    Fixture f;
-    f.blending->setCurrentIndex(4);
-    Params params;
-    params.blendingMode = mode;
-    f.widget.SetValue(params);
-    QCOMPARE(f.blending->currentText(), QStringLiteral("Normal"));
-    QCOMPARE(f.widget.GetValue().blendingMode, mode);
-    f.opacity->setValue(3);
-    QCOMPARE(f.widget.GetValue().blendingMode, mode);
-    f.blending->setCurrentIndex(1);
-    QCOMPARE(f.widget.GetValue().blendingMode, 13);
-}
-
-void TestYDSignWidget::MarginsAreFourNumbers()
-{
-    Fixture f;
-    f.left->setValue(900);
-    f.right->setValue(3);
-    f.top->setValue(800);
-    f.bottom->setValue(0);
-    const Params params = f.widget.GetValue();
-    QCOMPARE(params.margins.left(), 900);
-    QCOMPARE(params.margins.right(), 3);
-    QCOMPARE(params.margins.top(), 800);
-    QCOMPARE(params.margins.bottom(), 0);
-    QCOMPARE(f.changes.Take(), 4);
-    Fixture other;
-    other.widget.SetValue(params);
-    QCOMPARE(other.left->value(), 900);
-    QCOMPARE(other.right->value(), 3);
-    QCOMPARE(Written(other.widget.GetValue()), Written(params));
 }
 
 void TestYDSignWidget::ShowingValuesAnnouncesNothing()
@@ -667,26 +608,6 @@ void TestYDSignWidget::TheWidgetMayGoWhileTheFileDialogIsOpen()
     InTheDialog([&widget](QFileDialog&) { widget.reset(); });
     widget->OnSelectFileName();
     QVERIFY(!widget);
-}
-
-void TestYDSignWidget::APictureStartsNothing()
-{
-    Fixture f;
-    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
-    f.widget.SetImage(TestPictures::Noise(40, 30), {}, {}, {});
-    f.widget.StartProcessing();
-    QVERIFY(f.widget.WaitForProcessingFinished(false));
-    QVERIFY(f.widget.WaitForProcessingFinished(true));
-    f.widget.SetCancelProcessing(false);
-    f.left->setValue(9);
-    f.widget.RestartProcessing();
-    f.widget.FlushPendingChange();
-    QVERIFY(f.widget.WaitForProcessingFinished(false));
-    QCoreApplication::processEvents();
-    QCOMPARE(ready.count(), 0);
-    QVERIFY(f.widget.AdjustedImage().IsEmpty());
-    f.widget.ClearData();
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
 }
 
 void TestYDSignWidget::ConvertingChangesNoPixel()

@@ -2,6 +2,7 @@
 #include "Announcements.h"
 #include "ColorDialogDriver.h"
 #include "LoggedMessages.h"
+#include "OverlayPanelChecks.h"
 #include "TestColors.h"
 #include "TestPictures.h"
 #include "YDWatermarkWidget.h"
@@ -15,7 +16,6 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTimer>
 
 #include <functional>
@@ -132,12 +132,18 @@ private slots:
     void EachControlSetsItsField();
     void TypingSetsTheText();
     void PairedControlsFollowOneAnother();
-    void BlendingModesGoRound_data();
-    void BlendingModesGoRound();
-    void AnIndexThatThereIsNotIsTheNormalMode();
-    void AnUnknownModeStaysUntilAnotherIsChosen_data();
-    void AnUnknownModeStaysUntilAnotherIsChosen();
-    void MarginsAreFourNumbers();
+    void BlendingModesGoRound_data() { OverlayPanelChecks::AddModes(); }
+    void BlendingModesGoRound() { OverlayPanelChecks::BlendingModesGoRound<Fixture>(); }
+    void AnIndexThatThereIsNotIsTheNormalMode()
+    {
+        OverlayPanelChecks::AnIndexThatThereIsNotIsTheNormalMode<Fixture>();
+    }
+    void AnUnknownModeStaysUntilAnotherIsChosen_data() { OverlayPanelChecks::AddUnknownModes(); }
+    void AnUnknownModeStaysUntilAnotherIsChosen()
+    {
+        OverlayPanelChecks::AnUnknownModeStaysUntilAnotherIsChosen<Fixture>();
+    }
+    void MarginsAreFourNumbers() { OverlayPanelChecks::MarginsAreFourNumbers<Fixture>(); }
     void ShowingValuesAnnouncesNothing();
     void AChangeAfterShowingIsAnnouncedOnce();
     void ResetShowsTheDefaultsAndAnnouncesOnce();
@@ -162,7 +168,7 @@ private slots:
     void AcceptingTheFontAsItIsKeepsIt();
     void CancellingTheFontDialogChangesNothing();
     void TheWidgetMayGoWhileADialogIsOpen();
-    void APictureStartsNothing();
+    void APictureStartsNothing() { OverlayPanelChecks::APictureStartsNothing<Fixture>(); }
     void ConvertingChangesNoPixel();
 };
 
@@ -335,84 +341,6 @@ void TestYDWatermarkWidget::PairedControlsFollowOneAnother()
     f.opacitySlider->setValue(77);
     QCOMPARE(f.opacity->value(), 77);
     QCOMPARE(f.changes.Take(), 4);
-}
-
-void TestYDWatermarkWidget::BlendingModesGoRound_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::addColumn<int>("mode");
-    const QVector<int> modes{0, 13, 14, 15, 22, 23, 17, 16, 21, 20, 18, 19, 12};
-    for (int index = 0; index < modes.size(); ++index)
-        QTest::newRow(qPrintable(QString::number(index))) << index << modes.at(index);
-}
-
-void TestYDWatermarkWidget::BlendingModesGoRound()
-{
-    QFETCH(int, index);
-    QFETCH(int, mode);
-    Fixture f;
-    f.blending->setCurrentIndex(index == 0 ? 1 : 0);
-    f.blending->setCurrentIndex(index);
-    const Params params = f.widget.GetValue();
-    QCOMPARE(params.blendingMode, mode);
-    Fixture other;
-    other.widget.SetValue(params);
-    QCOMPARE(other.blending->currentIndex(), index);
-}
-
-void TestYDWatermarkWidget::AnIndexThatThereIsNotIsTheNormalMode()
-{
-    Fixture f;
-    for (const int index : {-1, 13, Lowest, Highest}) {
-        f.widget.OnBlendingModeChanged(12);
-        QCOMPARE(f.widget.GetValue().blendingMode, 12);
-        f.widget.OnBlendingModeChanged(index);
-        QCOMPARE(f.widget.GetValue().blendingMode, 0);
-    }
-    QCOMPARE(f.changes.Take(), 8);
-}
-
-void TestYDWatermarkWidget::AnUnknownModeStaysUntilAnotherIsChosen_data()
-{
-    QTest::addColumn<int>("mode");
-    for (const int mode : {1, 11, 24, -1, Lowest, Highest})
-        QTest::newRow(qPrintable(QString::number(mode))) << mode;
-}
-
-void TestYDWatermarkWidget::AnUnknownModeStaysUntilAnotherIsChosen()
-{
-    QFETCH(int, mode);
-    Fixture f;
-    f.blending->setCurrentIndex(4);
-    Params params;
-    params.blendingMode = mode;
-    f.widget.SetValue(params);
-    QCOMPARE(f.blending->currentText(), QStringLiteral("Normal"));
-    QCOMPARE(f.widget.GetValue().blendingMode, mode);
-    f.opacity->setValue(3);
-    QCOMPARE(f.widget.GetValue().blendingMode, mode);
-    f.blending->setCurrentIndex(1);
-    QCOMPARE(f.widget.GetValue().blendingMode, 13);
-}
-
-void TestYDWatermarkWidget::MarginsAreFourNumbers()
-{
-    Fixture f;
-    f.left->setValue(900);
-    f.right->setValue(3);
-    f.top->setValue(800);
-    f.bottom->setValue(0);
-    const Params params = f.widget.GetValue();
-    QCOMPARE(params.margins.left(), 900);
-    QCOMPARE(params.margins.right(), 3);
-    QCOMPARE(params.margins.top(), 800);
-    QCOMPARE(params.margins.bottom(), 0);
-    QCOMPARE(f.changes.Take(), 4);
-    Fixture other;
-    other.widget.SetValue(params);
-    QCOMPARE(other.left->value(), 900);
-    QCOMPARE(other.right->value(), 3);
-    QCOMPARE(Written(other.widget.GetValue()), Written(params));
 }
 
 void TestYDWatermarkWidget::ShowingValuesAnnouncesNothing()
@@ -742,26 +670,6 @@ void TestYDWatermarkWidget::TheWidgetMayGoWhileADialogIsOpen()
     ColorDialogDriver::InTheDialog([&widget](KVColorDialog&) { widget.reset(); });
     widget->OnSelectColor();
     QVERIFY(!widget);
-}
-
-void TestYDWatermarkWidget::APictureStartsNothing()
-{
-    Fixture f;
-    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
-    f.widget.SetImage(TestPictures::Noise(40, 30), {}, {}, {});
-    f.widget.StartProcessing();
-    QVERIFY(f.widget.WaitForProcessingFinished(false));
-    QVERIFY(f.widget.WaitForProcessingFinished(true));
-    f.widget.SetCancelProcessing(false);
-    f.left->setValue(9);
-    f.widget.RestartProcessing();
-    f.widget.FlushPendingChange();
-    QVERIFY(f.widget.WaitForProcessingFinished(false));
-    QCoreApplication::processEvents();
-    QCOMPARE(ready.count(), 0);
-    QVERIFY(f.widget.AdjustedImage().IsEmpty());
-    f.widget.ClearData();
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
 }
 
 void TestYDWatermarkWidget::ConvertingChangesNoPixel()
