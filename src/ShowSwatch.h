@@ -5,6 +5,6 @@
 class QAbstractButton;
 class QColor;
 
-/// Gives the button an icon of its icon size that is filled with `color`, with a thin line around it, so that
-/// a colour shows on a button of the same one. It is crisp on screens of one or two pixels a point.
+/// Gives the button an icon of one pixmap, of its icon size, that is filled with `color`. What tells a colour
+/// from a button of the same one is the button's frame.
 ADJUSTMENTGUI_EXPORT void ShowSwatch(QAbstractButton* button, const QColor& color);
