@@ -36,7 +36,7 @@ void YDExposureWidget::SetExposure(double exposure)
     const double value = NumberOrZero(exposure);
     connectOnceMore(); // where SetOffset() disconnects: hosts count on being told of an exposure that is set
     m_ui->m_pExposureSpin->setValue(value);
-    MoveExposureSlider(value);
+    m_ui->m_pExposureSlider->setValue(SliderPosition(value, SliderScale));
     connectOnceMore();
 }
 
@@ -48,7 +48,7 @@ void YDExposureWidget::SetOffset(double offset)
                                  this, &YDExposureWidget::OnOffsetChanged);
     const double value = NumberOrZero(offset);
     m_ui->m_pOffsetSpin->setValue(value);
-    MoveOffsetSlider(value);
+    m_ui->m_pOffsetSlider->setValue(SliderPosition(value, SliderScale));
 }
 
 void YDExposureWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,

@@ -24,12 +24,15 @@ public:
     /// -20..20 stops, to four decimals.
     double GetExposure() const;
     /// Shows `exposure` and announces the change, once for each time that the spin box is connected: each
-    /// call connects it twice more. What is not a number counts as 0.
+    /// call connects it twice more. The slider is connected too: where it has to move from where the spin box
+    /// has put it, as for 0.12345, which the one rounds up and the other truncates, its value is the last one
+    /// and is announced as well. What is not a number counts as 0.
     void SetExposure(double exposure);
 
     /// -0.5..0.5, to four decimals.
     double GetOffset() const;
-    /// Shows `offset` without announcing a change. What is not a number counts as 0.
+    /// Shows `offset` without announcing a change. The slider is connected: where it has to move, its
+    /// truncated view becomes the value, so that -0.25 ends as -0.2499. What is not a number counts as 0.
     void SetOffset(double offset);
 
     void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,

@@ -34,7 +34,7 @@ void YDGammaCorrectionWidget::SetGamma(double gamma)
                                  this, &YDGammaCorrectionWidget::OnGammaChanged);
     const double value = std::isnan(gamma) ? Neutral : gamma;
     m_ui->m_pGammaSpin->setValue(value);
-    MoveSlider(value);
+    m_ui->m_pGammaSlider->setValue(SliderPosition(value, SliderScale));
 }
 
 void YDGammaCorrectionWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection,

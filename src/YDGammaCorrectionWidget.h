@@ -22,7 +22,8 @@ public:
 
     /// 0.01..5, to two decimals; 1 is neutral.
     double GetGamma() const;
-    /// Shows `gamma` without announcing a change. What is not a number counts as 1.
+    /// Shows `gamma` without announcing a change. The slider is connected: where it has to move, its
+    /// truncated view becomes the value, so that 1.999 ends as 1.99. What is not a number counts as 1.
     void SetGamma(double gamma);
 
     void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,

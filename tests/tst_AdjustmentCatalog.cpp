@@ -179,6 +179,8 @@ private slots:
     void ValuesOutsideTheirRangeAreRefused();
     void WidgetsShowAndGiveBackSettings_data() { Adjustments(); }
     void WidgetsShowAndGiveBackSettings();
+    void WidgetsGiveBackWhatTheirSlidersTruncate_data();
+    void WidgetsGiveBackWhatTheirSlidersTruncate();
     void EveryNumberHasANameToBeRead_data() { Adjustments(); }
     void EveryNumberHasANameToBeRead();
     void NeutralSettingsChangeNoPixel_data() { Adjustments(); }
@@ -389,6 +391,28 @@ void TestAdjustmentCatalog::WidgetsShowAndGiveBackSettings()
         widget->Reset();
         settings->TakeFrom(*widget);
         QCOMPARE(settings->ToJson(), Entry().makeSettings()->ToJson());
+    }
+}
+
+void TestAdjustmentCatalog::WidgetsGiveBackWhatTheirSlidersTruncate_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QJsonObject>("values");
+    QTest::newRow("exposure") << "exposure" << QJsonObject{{"exposure", -1.5}, {"offset", 0.0}};
+    QTest::newRow("offset") << "exposure" << QJsonObject{{"exposure", 0.0}, {"offset", -0.25}};
+    QTest::newRow("gamma") << "gamma" << QJsonObject{{"gamma", 0.29}};
+}
+
+void TestAdjustmentCatalog::WidgetsGiveBackWhatTheirSlidersTruncate()
+{
+    QFETCH(QJsonObject, values);
+    const auto widget = Entry().makeWidget(false, nullptr);
+    const auto settings = Entry().makeSettings();
+    QCOMPARE(settings->FromJson(values), QString());
+    for (int times = 0; times < 3; ++times) { // an editor shows again what it took
+        settings->ShowIn(*widget);
+        settings->TakeFrom(*widget);
+        QCOMPARE(settings->ToJson(), values);
     }
 }
 

@@ -80,7 +80,9 @@ private slots:
     void DraggingASliderSetsTheSpinBoxAndAnnouncesOnce();
     void AChangeIsAnnouncedInOrder();
     void SettingTheOffsetAnnouncesNothing();
+    void TheOffsetsSliderBringsItsTruncatedViewIntoTheValue();
     void SettingTheExposureAnnouncesOnceForEachConnection();
+    void TheExposuresSliderBringsItsTruncatedViewIntoTheValue();
     void SettingTheSameExposureAnnouncesNothing();
     void SettersShowWhatTheyAreGiven_data();
     void SettersShowWhatTheyAreGiven();
@@ -216,10 +218,10 @@ void TestYDExposureWidget::AChangeIsAnnouncedInOrder()
 void TestYDExposureWidget::SettingTheOffsetAnnouncesNothing()
 {
     Fixture f;
-    f.widget.SetOffset(-0.25);
-    QCOMPARE(f.widget.GetOffset(), -0.25);
-    QCOMPARE(f.offsetSpin->value(), -0.25);
-    QCOMPARE(f.offsetSlider->value(), -2499);
+    f.widget.SetOffset(0.25);
+    QCOMPARE(f.widget.GetOffset(), 0.25);
+    QCOMPARE(f.offsetSpin->value(), 0.25);
+    QCOMPARE(f.offsetSlider->value(), 2500);
     QCOMPARE(f.Announced(), Nothing);
     f.offsetSpin->setValue(0.1); // both are connected again, once
     QCOMPARE(f.offsetSlider->value(), 1000);
@@ -227,6 +229,19 @@ void TestYDExposureWidget::SettingTheOffsetAnnouncesNothing()
     f.offsetSlider->setValue(2000);
     QCOMPARE(f.widget.GetOffset(), 0.2);
     QCOMPARE(f.Announced(), OffsetOnce);
+}
+
+/// It is connected while the offset is set, and the spin box's own slot is not.
+void TestYDExposureWidget::TheOffsetsSliderBringsItsTruncatedViewIntoTheValue()
+{
+    Fixture f;
+    f.widget.SetOffset(-0.25);
+    QCOMPARE(f.offsetSlider->value(), -2499);
+    QCOMPARE(f.widget.GetOffset(), -0.2499);
+    f.widget.SetOffset(-0.25); // the slider stands there already and says nothing
+    QCOMPARE(f.offsetSlider->value(), -2499);
+    QCOMPARE(f.widget.GetOffset(), -0.25);
+    QCOMPARE(f.Announced(), Nothing);
 }
 
 void TestYDExposureWidget::SettingTheExposureAnnouncesOnceForEachConnection()
@@ -250,6 +265,21 @@ void TestYDExposureWidget::SettingTheExposureAnnouncesOnceForEachConnection()
     QCOMPARE(f.Announced(), OffsetOnce);
 }
 
+/// All stay connected while the exposure is set: what the spin box rounds up is announced, and then what the
+/// slider truncates.
+void TestYDExposureWidget::TheExposuresSliderBringsItsTruncatedViewIntoTheValue()
+{
+    Fixture f;
+    QVector<double> told;
+    connect(&f.widget, &YDExposureWidget::ExposureChanged, this,
+            [&] { told.append(f.widget.GetExposure()); });
+    f.widget.SetExposure(0.12345);
+    QCOMPARE(told, QVector<double>({0.1235, 0.1235, 0.1234, 0.1234})); // connected twice
+    QCOMPARE(f.Announced(), (QVector<int>{4, 4, 0, 4}));
+    QCOMPARE(f.widget.GetExposure(), 0.1234);
+    QCOMPARE(f.exposureSlider->value(), 1234);
+}
+
 void TestYDExposureWidget::SettingTheSameExposureAnnouncesNothing()
 {
     Fixture f;
@@ -267,8 +297,11 @@ void TestYDExposureWidget::SettersShowWhatTheyAreGiven_data()
     QTest::addColumn<double>("offset");
     QTest::addColumn<int>("offsetPosition");
     QTest::newRow("a fraction") << 0.0003 << 0.0003 << 3 << 0.0003 << 3;
-    QTest::newRow("below zero") << -0.125 << -0.125 << -1249 << -0.125 << -1249;
-    QTest::newRow("more decimals") << 0.12345 << 0.1235 << 1234 << 0.1235 << 1234;
+    QTest::newRow("below zero") << -0.125 << -0.125 << -1249 << -0.1249 << -1249;
+    QTest::newRow("more decimals") << 0.12345 << 0.1234 << 1234 << 0.1234 << 1234;
+    QTest::newRow("more decimals, rounded down") << 0.12344 << 0.1234 << 1234 << 0.1234 << 1234;
+    QTest::newRow("more decimals below zero") << -0.12346 << -0.1235 << -1234 << -0.1234 << -1234;
+    QTest::newRow("more decimals below zero, rounded up") << -0.12342 << -0.1234 << -1234 << -0.1234 << -1234;
     QTest::newRow("too high") << 21.0 << 20.0 << 200000 << 0.5 << 5000;
     QTest::newRow("too low") << -21.0 << -20.0 << -200000 << -0.5 << -5000;
     QTest::newRow("far too high") << 1e300 << 20.0 << 200000 << 0.5 << 5000;

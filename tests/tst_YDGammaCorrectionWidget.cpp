@@ -194,7 +194,8 @@ void TestYDGammaCorrectionWidget::TheSetterShowsWhatItIsGiven_data()
     QTest::addColumn<double>("gamma");
     QTest::addColumn<int>("position");
     QTest::newRow("a fraction just below its step") << 0.29 << 0.29 << 29;
-    QTest::newRow("more decimals") << 1.999 << 2.0 << 199;
+    QTest::newRow("more decimals") << 1.999 << 1.99 << 199; // what the slider truncates
+    QTest::newRow("more decimals, rounded down") << 1.992 << 1.99 << 199;
     QTest::newRow("zero") << 0.0 << 0.01 << 1;
     QTest::newRow("below zero") << -3.0 << 0.01 << 1;
     QTest::newRow("too high") << 5.01 << 5.0 << 500;

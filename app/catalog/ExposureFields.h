@@ -19,6 +19,8 @@ struct ExposureFields
     void ShowIn(YDExposureWidget& widget) const
     {
         widget.SetExposure(exposure);
+        // The first time the slider moves and truncates the offset, the second time it stands there already.
+        widget.SetOffset(offset);
         widget.SetOffset(offset);
     }
     void TakeFrom(const YDExposureWidget& widget)
