@@ -1,6 +1,5 @@
 #include "YDThresholdWidget.h"
 
-#include "ScopedDisconnect.h"
 #include "YDHistogramFeed.h"
 #include "YDIterativeAdjustmentTransformation.h"
 #include "image/YDThresholdRGB32.h"
@@ -76,14 +75,7 @@ void YDThresholdWidget::UpdateHistogramm() { m_feed->UpdateHistogramm(); }
 
 void YDThresholdWidget::OnSourceChanged() { m_feed->OnSourceChanged(SourceImage()); }
 
-void YDThresholdWidget::OnLevelChanged(uint, int value)
-{
-    KVSpinBox* const spinBox = m_ui->m_pThresholdLevel;
-    spinBox->setValue(value);
-    if (spinBox->value() != m_params.level) // it showed a record's 0 as 1 already and said nothing
-        OnLevelChanged(spinBox->value());
-    MoveHandle(m_params.level); // the handle goes further than the spin box
-}
+void YDThresholdWidget::OnLevelChanged(uint, int value) { m_ui->m_pThresholdLevel->setValue(value); }
 
 void YDThresholdWidget::OnLevelChanged(int value)
 {
@@ -104,20 +96,12 @@ void YDThresholdWidget::Disconnect()
                QOverload<int>::of(&YDThresholdWidget::OnLevelChanged));
 }
 
-/// Without the spin box hearing of it.
-void YDThresholdWidget::MoveHandle(int level)
-{
-    const ScopedDisconnect quiet(m_ui->m_pSlider, &YodiCustomSlider::ValueChanged, this,
-                                 QOverload<uint, int>::of(&YDThresholdWidget::OnLevelChanged));
-    m_ui->m_pSlider->ChangeValue(Handle, level);
-}
-
+/// The handle brings the spin box along.
 void YDThresholdWidget::ShowLevel(int level)
 {
     Disconnect();
     m_params.level = level;
-    MoveHandle(level);
-    m_ui->m_pThresholdLevel->setValue(level);
+    m_ui->m_pSlider->ChangeValue(Handle, level);
     Connect();
 }
 

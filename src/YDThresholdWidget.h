@@ -15,9 +15,9 @@ class Threshold;
 
 /// Black and white at one level, which a spin box and a handle below the source's histogram set.
 ///
-/// The spin box begins at 1 and the handle at 0: a handle that is brought to 0 leaves the level at 1 and goes
-/// back there. A record's level outside of 1..255 is kept until a control is moved; each control shows the
-/// nearest level that it has.
+/// The handle sets the spin box, and the spin box, when it changes, sets the level and the handle. The spin
+/// box begins at 1 and the handle at 0: a handle that is brought to 0 leaves the level at 1. A record's level
+/// outside of 1..255 is kept until the spin box changes; each control shows the nearest level that it has.
 class ADJUSTMENTGUI_EXPORT YDThresholdWidget : public YDAdjustmentWidget
 {
     Q_OBJECT
@@ -73,7 +73,6 @@ private:
 
     void Connect();
     void Disconnect();
-    void MoveHandle(int level);
     void ShowLevel(int level);
     ThresholdData MakeData(const YDAdjustmentJob& job) const;
     static RGBA32iImage Process(const ThresholdData& data);

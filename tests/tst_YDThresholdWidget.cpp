@@ -85,7 +85,7 @@ private slots:
     void TheRecordHoldsTheLevelWhenTheFirstIsTold();
     void AnyHandleNumberSetsTheLevel();
     void AHandleBroughtToZeroLeavesTheLevelAtOne();
-    void KeysStopTheHandleAtOne();
+    void KeysBringTheHandleToZeroAndTheLevelToOne();
     void AHandleMovesOnFromALevelOfZero();
     void SettingARecordMovesTheControlsAndAnnouncesNothing();
     void LevelsBeyondTheControlsAreKept_data();
@@ -202,46 +202,49 @@ void TestYDThresholdWidget::AHandleBroughtToZeroLeavesTheLevelAtOne()
 {
     Fixture f;
     QSignalSpy data(&f.widget, &YDAdjustmentWidget::DataChanged);
-    for (int times = 1; times <= 2; ++times) { // the second time the spin box is at 1 and says nothing
+    for (const int handle : {1, 0}) { // the second time the spin box is at 1 and says nothing
         f.slider->ChangeValue(0, 0);
         QCOMPARE(f.widget.GetValue().level, 1);
         QCOMPARE(f.spin->value(), 1);
-        QCOMPARE(f.slider->Value(0), 1);
+        QCOMPARE(f.slider->Value(0), handle);
         QCOMPARE(data.count(), 1);
     }
-    f.slider->ChangeValue(0, 2); // the handle is connected again
+    f.slider->ChangeValue(0, 2);
     QCOMPARE(f.widget.GetValue().level, 2);
     QCOMPARE(data.count(), 2);
 }
 
-void TestYDThresholdWidget::KeysStopTheHandleAtOne()
+void TestYDThresholdWidget::KeysBringTheHandleToZeroAndTheLevelToOne()
 {
     Fixture f;
     f.widget.SetValue(Record(3));
-    for (const int expected : {2, 1, 1, 1}) {
+    for (const int handle : {2, 1, 0, 0}) {
         QTest::keyClick(f.slider, Qt::Key_Left);
-        QCOMPARE(f.widget.GetValue().level, expected);
-        QCOMPARE(f.spin->value(), expected);
-        QCOMPARE(f.slider->Value(0), expected);
+        QCOMPARE(f.slider->Value(0), handle);
+        QCOMPARE(f.spin->value(), std::max(handle, 1));
+        QCOMPARE(f.widget.GetValue().level, std::max(handle, 1));
     }
-    QTest::keyClick(f.slider, Qt::Key_Right);
-    QCOMPARE(f.widget.GetValue().level, 2);
+    for (const int handle : {1, 2}) {
+        QTest::keyClick(f.slider, Qt::Key_Right);
+        QCOMPARE(f.slider->Value(0), handle);
+        QCOMPARE(f.widget.GetValue().level, handle);
+    }
 }
 
-/// The spin box shows that level as 1, so that it does not change on the way there.
+/// The spin box shows that level as 1, so that a handle at 1 is no change to it.
 void TestYDThresholdWidget::AHandleMovesOnFromALevelOfZero()
 {
     Fixture f;
     f.widget.SetValue(Record(0));
     QSignalSpy data(&f.widget, &YDAdjustmentWidget::DataChanged);
     QTest::keyClick(f.slider, Qt::Key_Right);
-    QCOMPARE(f.widget.GetValue().level, 1);
-    QCOMPARE(f.spin->value(), 1);
     QCOMPARE(f.slider->Value(0), 1);
-    QCOMPARE(data.count(), 1);
+    QCOMPARE(f.spin->value(), 1);
+    QCOMPARE(f.widget.GetValue().level, 0);
+    QCOMPARE(data.count(), 0);
     QTest::keyClick(f.slider, Qt::Key_Right);
     QCOMPARE(f.widget.GetValue().level, 2);
-    QCOMPARE(data.count(), 2);
+    QCOMPARE(data.count(), 1);
 }
 
 void TestYDThresholdWidget::SettingARecordMovesTheControlsAndAnnouncesNothing()
