@@ -198,14 +198,13 @@ void YDLevelsWidget::OnChannelChanged(int channel)
 
 void YDLevelsWidget::OnInputChanged(uint handle, int value)
 {
-    if (handle == InputMiddle) {
+    if (handle == InputLow)
+        m_ui->m_pLowInput->setValue(value);
+    else if (handle == InputMiddle)
         m_ui->m_pMiddleInput->setValue(
             ToneValue(m_ui->m_pLowInput->value(), m_ui->m_pHighInput->value(), value));
-    } else if (handle == InputLow || handle == InputHigh) {
-        KVSpinBox* const end = handle == InputLow ? m_ui->m_pLowInput : m_ui->m_pHighInput;
-        end->setValue(value);
-        MoveInput(handle, end->value()); // where it stopped; at its end already, it said nothing
-    }
+    else if (handle == InputHigh)
+        m_ui->m_pHighInput->setValue(value);
 }
 
 void YDLevelsWidget::OnOutputChanged(uint handle, int value)
@@ -236,7 +235,11 @@ void YDLevelsWidget::OnMiddleInputChanged(double gamma)
 {
     m_params.gamma[Edited()] = gamma;
     StoreMiddle(m_ui->m_pLowInput->value(), m_ui->m_pHighInput->value(), gamma);
-    MoveInput(InputMiddle, m_params.middle[Edited()]);
+    {
+        const ScopedDisconnect quiet(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this,
+                                     &YDLevelsWidget::OnInputChanged);
+        m_ui->m_pInputSlider->ChangeValue(InputMiddle, m_params.middle[Edited()]);
+    }
     AnnounceChange(&YDLevelsWidget::ValueChanged);
 }
 
@@ -312,14 +315,6 @@ void YDLevelsWidget::BuildSliders()
     output->SetRange(LowestLevel, HighestLevel);
     AddHandle(output, LowestLevel, Qt::black, m_ui->m_pLowOutput->toolTip());
     AddHandle(output, HighestLevel, Qt::white, m_ui->m_pHighOutput->toolTip());
-}
-
-/// Without the spin boxes hearing of it.
-void YDLevelsWidget::MoveInput(uint handle, int value)
-{
-    const ScopedDisconnect quiet(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this,
-                                 &YDLevelsWidget::OnInputChanged);
-    m_ui->m_pInputSlider->ChangeValue(handle, value);
 }
 
 void YDLevelsWidget::Connect()

@@ -16,10 +16,11 @@ class LevelsWidget;
 /// Levels: for the composite and each colour channel an input range, the gamma between its ends and an output
 /// range, below the source's histogram.
 ///
-/// The spin boxes write the record and the handles of the sliders set the spin boxes; a handle that went
-/// further than its spin box goes back there. The middle handle shows the gamma as a place in the input
-/// range; places closer together than the spin box's hundredths stand for the same gamma, and the handle may
-/// be left at any of them.
+/// The spin boxes write the record and the handles of the sliders set the spin boxes. A spin box that changes
+/// brings its handle along; one that stands at the end of its range already says nothing of a handle that is
+/// dragged further, which then stays there while the record keeps the spin box's value. The middle handle
+/// shows the gamma as a place in the input range; places closer together than the spin box's hundredths stand
+/// for the same gamma, and the handle may be left at any of them.
 ///
 /// Showing a channel, which choosing it, setting a record, Reset() and Auto do, bounds the handles and spin
 /// boxes of its ends so that these stay two apart. A handle's bound then follows the other end; a spin box
@@ -119,7 +120,6 @@ private:
     };
 
     void BuildSliders();
-    void MoveInput(uint handle, int value);
     void Connect();
     void Disconnect();
     void SetChannel(int channel);
