@@ -50,11 +50,8 @@ qint64 MidOf(int low, int high) { return (qint64(low) + high) / 2; }
 
 qint64 Quotient(qint64 dividend, qint64 divisor) { return dividend / (divisor == 0 ? 1 : divisor); }
 
-/// The level that is `distance` from another, within the scale.
-int LevelBeside(int level, int distance)
-{
-    return int(std::clamp<qint64>(qint64(level) + distance, LowestLevel, HighestLevel));
-}
+/// The level that is `distance` from another, on the scale or not.
+int LevelBeside(int level, int distance) { return BoundedToInt(qint64(level) + distance); }
 
 /// A gamma from outside as the spin box can take it.
 double ShownGamma(double gamma)
@@ -354,7 +351,7 @@ void YDLevelsWidget::SetChannel(int channel)
     m_params.channel = channel;
     ShowInput();
     ShowOutput();
-    m_ui->m_pChannel->setCurrentIndex(int(Edited()));
+    m_ui->m_pChannel->setCurrentIndex(channel);
 }
 
 /// Bounds come before values: a value is kept within the bounds that are there.

@@ -28,11 +28,11 @@ class LevelsWidget;
 /// a result for that too. Before a channel is shown for the first time, an end is bounded only by one that
 /// has moved: on a fresh panel the low handle reaches 255, where the high one stands.
 ///
-/// A record from outside keeps what it says, until the control of a value is moved. What the controls show of
-/// it is bounded to 0..255, and so are their ranges: for ends of -50 and 100 the spin boxes and handles show
-/// 0 (of 0..98) and 100 (of 0..255), for ends of 300 and 400 both show 255 (of 0..255 and of 255 alone).
-/// Where the record's channel is none of the four, the panel shows and edits the composite until another is
-/// chosen.
+/// A record from outside keeps what it says, until the control of a value is moved. Its ends bound the spin
+/// boxes as they are: for ends of -50 and 100 these show 0 (of 0..98) and 100 (of -48..255), for ends of 300
+/// and 400 they show 300 (of 0..398) and 302 (of 302 alone). The handles stay on the scale of 0..255. Where
+/// the record's channel is none of the four, the list of channels has no current item, and the panel shows
+/// and edits the composite's values until a channel is chosen.
 class ADJUSTMENTGUI_EXPORT YDLevelsWidget : public YDAdjustmentWidget
 {
     Q_OBJECT

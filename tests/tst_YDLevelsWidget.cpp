@@ -221,9 +221,9 @@ private slots:
     void AFailedTagLeavesTheRecord();
     void RecordsFromOutsideAreKeptAndHarmless_data();
     void RecordsFromOutsideAreKeptAndHarmless();
-    void EndsOutsideOfTheScaleAreShownOnIt_data();
-    void EndsOutsideOfTheScaleAreShownOnIt();
-    void AnUnknownChannelShowsTheComposite();
+    void EndsOutsideOfTheScaleBoundTheControls_data();
+    void EndsOutsideOfTheScaleBoundTheControls();
+    void AnUnknownChannelShowsTheCompositesValues();
 
     void AutoWaitsForTheHistogram();
     void AutoStretchesTheColours();
@@ -956,7 +956,8 @@ void TestYDLevelsWidget::RecordsFromOutsideAreKeptAndHarmless()
         f.widget.SetValue(read);
         QCOMPARE(Written(f.widget.GetValue()), Written(params));
         QVERIFY(f.middleInput->value() >= 0.01 && f.middleInput->value() <= 9.99);
-        QVERIFY(f.lowInput->value() >= 0 && f.highInput->value() <= 255);
+        for (uint handle = 0; handle < f.input->ControlCount(); ++handle)
+            QVERIFY(f.input->Value(handle) >= 0 && f.input->Value(handle) <= 255);
         Converted(f.widget, Plain(1, 100, 254));
         f.widget.grab();
         f.input->ChangeValue(1, f.input->Value(1) + 1);
@@ -968,30 +969,40 @@ void TestYDLevelsWidget::RecordsFromOutsideAreKeptAndHarmless()
     }
 }
 
-void TestYDLevelsWidget::EndsOutsideOfTheScaleAreShownOnIt_data()
+void TestYDLevelsWidget::EndsOutsideOfTheScaleBoundTheControls_data()
 {
     QTest::addColumn<Ends>("ends");
-    QTest::addColumn<QVector<int>>("low");  // minimum, value, maximum
-    QTest::addColumn<QVector<int>>("high"); // the same
-    QTest::addColumn<QVector<int>>("handles");
+    QTest::addColumn<QVector<int>>("low");        // minimum, value, maximum of the spin box
+    QTest::addColumn<QVector<int>>("lowHandle");  // the same
+    QTest::addColumn<QVector<int>>("high");       // the same
+    QTest::addColumn<QVector<int>>("highHandle"); // the same
+    QTest::addColumn<int>("middleHandle");
     QTest::addColumn<int>("middle"); // of the record
     using Numbers = QVector<int>;
-    QTest::newRow("above") << Ends{300, 400} << Numbers{0, 255, 255} << Numbers{255, 255, 255}
-                           << Numbers{255, 255, 255} << 350;
-    QTest::newRow("from below") << Ends{-50, 100} << Numbers{0, 0, 98} << Numbers{0, 100, 255}
-                                << Numbers{0, 25, 100} << 25;
-    QTest::newRow("below") << Ends{-400, -300} << Numbers{0, 0, 0} << Numbers{0, 0, 255} << Numbers{0, 0, 0}
-                           << -350;
-    QTest::newRow("to above") << Ends{100, 300} << Numbers{0, 100, 255} << Numbers{102, 255, 255}
-                              << Numbers{100, 200, 255} << 200;
+    QTest::newRow("above") << Ends{300, 400} << Numbers{0, 300, 398} << Numbers{0, 255, 255}
+                           << Numbers{302, 302, 302} << Numbers{255, 255, 255} << 255 << 350;
+    QTest::newRow("from below") << Ends{-50, 100} << Numbers{0, 0, 98} << Numbers{0, 0, 98}
+                                << Numbers{-48, 100, 255} << Numbers{0, 100, 255} << 25 << 25;
+    QTest::newRow("below") << Ends{-400, -300} << Numbers{0, 0, 0} << Numbers{0, 0, 0}
+                           << Numbers{-398, -300, 255} << Numbers{0, 0, 255} << 0 << -350;
+    QTest::newRow("to above") << Ends{100, 300} << Numbers{0, 100, 298} << Numbers{0, 100, 255}
+                              << Numbers{102, 255, 255} << Numbers{102, 255, 255} << 200 << 200;
+    QTest::newRow("the widest") << Ends{Lowest, Highest} << Numbers{0, 0, Highest - 2} << Numbers{0, 0, 255}
+                                << Numbers{Lowest + 2, 255, 255} << Numbers{0, 255, 255} << 0 << 0;
+    QTest::newRow("the widest, inverted")
+        << Ends{Highest, Lowest} << Numbers{0, 0, 0} << Numbers{0, 0, 0} << Numbers{Highest, Highest, Highest}
+        << Numbers{255, 255, 255} << 255 << 0;
 }
 
-void TestYDLevelsWidget::EndsOutsideOfTheScaleAreShownOnIt()
+/// Each end bounds the other's controls by itself, and these keep what they cannot show at their own ends.
+void TestYDLevelsWidget::EndsOutsideOfTheScaleBoundTheControls()
 {
     QFETCH(Ends, ends);
     QFETCH(QVector<int>, low);
+    QFETCH(QVector<int>, lowHandle);
     QFETCH(QVector<int>, high);
-    QFETCH(QVector<int>, handles);
+    QFETCH(QVector<int>, highHandle);
+    QFETCH(int, middleHandle);
     QFETCH(int, middle);
     Fixture f;
     Params params;
@@ -1002,31 +1013,37 @@ void TestYDLevelsWidget::EndsOutsideOfTheScaleAreShownOnIt()
     const auto shown = [](const KVSpinBox* spin) {
         return QVector<int>{spin->minimum(), spin->value(), spin->maximum()};
     };
+    const auto handle = [&f](uint number) {
+        return QVector<int>{f.input->LowestValue(number), f.input->Value(number),
+                            f.input->HighestValue(number)};
+    };
     QCOMPARE(shown(f.lowInput), low);
+    QCOMPARE(handle(0), lowHandle);
     QCOMPARE(shown(f.highInput), high);
-    QCOMPARE((QVector<int>{f.input->Value(0), f.input->Value(1), f.input->Value(2)}), handles);
-    QCOMPARE((QVector<int>{f.input->LowestValue(0), f.input->Value(0), f.input->HighestValue(0)}), low);
-    QCOMPARE((QVector<int>{f.input->LowestValue(2), f.input->Value(2), f.input->HighestValue(2)}), high);
+    QCOMPARE(handle(2), highHandle);
+    QCOMPARE(f.input->Value(1), middleHandle);
     QVERIFY(AreSame(f.widget.GetValue(), params));
     f.highOutput->setValue(120); // a control of something else
     params.output[0][1] = 120;
     QVERIFY(AreSame(f.widget.GetValue(), params));
 }
 
-void TestYDLevelsWidget::AnUnknownChannelShowsTheComposite()
+void TestYDLevelsWidget::AnUnknownChannelShowsTheCompositesValues()
 {
     for (const int channel : {4, 7, -1, Lowest, Highest}) {
         Fixture f;
         Params params = Full();
         params.channel = channel;
         f.widget.SetValue(params);
-        QCOMPARE(f.channel->currentIndex(), 0);
+        QCOMPARE(f.channel->currentIndex(), -1);
         QCOMPARE(f.histogram->GetChannel(), 7);
         QCOMPARE(f.lowInput->value(), 1);
         f.lowInput->setValue(12);
         params.input[0][0] = 12;
         params.middle[0] = YDLevelsWidget::MiddleValue(12, 250, 1.5);
         QVERIFY(AreSame(f.widget.GetValue(), params));
+        f.channel->setCurrentIndex(0); // the composite can be chosen from there
+        QCOMPARE(f.widget.GetValue().channel, 0);
     }
 }
 
