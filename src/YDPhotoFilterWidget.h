@@ -46,14 +46,14 @@ public:
     void Reset() override;
     void StartJobWatching(JobWatcher* watcher) override;
 
-public slots:
+signals:
+    void ValueChanged();
+
+private slots:
     void OnColor();
     void OnCurrentColorChanged(const QColor& color);
     void OnDensityChanged(int density);
     void OnPresetChanged(int index);
-
-signals:
-    void ValueChanged();
 
 private:
     struct PhotoFilterData : YDAdjustmentJob

@@ -10,6 +10,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QMetaMethod>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -130,6 +131,8 @@ private slots:
     void CustomKeepsTheColour();
     void NoPresetAtAllKeepsTheColour();
     void AnItemOfAnotherKindHasNoColour();
+    void WhatControlsCallIsPrivate_data();
+    void WhatControlsCallIsPrivate();
     void ARecordSelectsItsPreset_data();
     void ARecordSelectsItsPreset();
     void TheColourDialogIsFollowed_data() { AddRows(DeepRed, NoPreset); }
@@ -266,7 +269,7 @@ void TestYDPhotoFilterWidget::NoPresetAtAllKeepsTheColour()
     Fixture f;
     Announcements announcements(f.widget);
     f.presets->setCurrentIndex(-1);
-    f.widget.OnPresetChanged(-1);
+    QVERIFY(QMetaObject::invokeMethod(&f.widget, "OnPresetChanged", Q_ARG(int, -1)));
     QCOMPARE(announcements.Take(), 0);
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(Warming81, 50)));
 }
@@ -280,6 +283,23 @@ void TestYDPhotoFilterWidget::AnItemOfAnotherKindHasNoColour()
     QCOMPARE(announcements.Take(), 1);
     QVERIFY(!f.widget.GetValue().color.isValid());
     QCOMPARE(f.presets->currentIndex(), Custom); // no item holds that colour
+}
+
+void TestYDPhotoFilterWidget::WhatControlsCallIsPrivate_data()
+{
+    QTest::addColumn<QByteArray>("signature");
+    for (const char* const signature :
+         {"OnColor()", "OnCurrentColorChanged(QColor)", "OnDensityChanged(int)", "OnPresetChanged(int)"})
+        QTest::newRow(signature) << QByteArray(signature);
+}
+
+void TestYDPhotoFilterWidget::WhatControlsCallIsPrivate()
+{
+    QFETCH(QByteArray, signature);
+    const QMetaObject& meta = YDPhotoFilterWidget::staticMetaObject;
+    const QMetaMethod slot = meta.method(meta.indexOfSlot(signature));
+    QVERIFY(slot.isValid());
+    QCOMPARE(slot.access(), QMetaMethod::Private);
 }
 
 void TestYDPhotoFilterWidget::ARecordSelectsItsPreset_data()
