@@ -51,7 +51,8 @@ YDTintWidget::YDTintWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags
     Connect();
 }
 
-YDTintWidget::~YDTintWidget() = default;
+/// The controls go after the panel's own part, and what one of them does on its way must not reach it.
+YDTintWidget::~YDTintWidget() { Disconnect(); }
 
 void YDTintWidget::SetValue(const Params& params)
 {
@@ -127,6 +128,16 @@ void YDTintWidget::Connect()
             &YDTintWidget::OnAmountChanged);
     connect(m_ui->m_pType, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &YDTintWidget::OnTypeChanged);
+}
+
+void YDTintWidget::Disconnect()
+{
+    disconnect(m_ui->m_pBlackTone, &QPushButton::clicked, this, &YDTintWidget::OnBlackTone);
+    disconnect(m_ui->m_pWhiteTone, &QPushButton::clicked, this, &YDTintWidget::OnWhiteTone);
+    disconnect(m_ui->m_pAmount, QOverload<int>::of(&QSpinBox::valueChanged), this,
+               &YDTintWidget::OnAmountChanged);
+    disconnect(m_ui->m_pType, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+               &YDTintWidget::OnTypeChanged);
 }
 
 void YDTintWidget::FillTintTypes()

@@ -77,6 +77,7 @@ private:
     };
 
     void Connect();
+    void Disconnect();
     void FillTintTypes();
     void ShowParams(const Params& params);
     void SetBlackTone(const QColor& color);

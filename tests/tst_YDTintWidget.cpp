@@ -119,6 +119,7 @@ private slots:
     void HostileTonesAreApplied();
     void AnUnknownTypeHasNoResult();
     void ThePreviewEqualsTheConversion();
+    void TheLastOfItsControlsCannotReachIt();
 
 private:
     static void FollowTheDialog(bool isBlack);
@@ -425,7 +426,9 @@ void TestYDTintWidget::EachTypeWeighsTheChannelsItsWay_data()
     QTest::newRow("LUMA") << Record(black, white, 100, 2) << 0x110ac81eu << 0x11939393u;
     // 80 and the channel, half and half, rounded down: 45, 140, 55.
     QTest::newRow("half") << Record(black, white, 50, 0) << 0xff0ac81eu << 0xff2d8c37u;
-    QTest::newRow("nothing") << Record(Red, Blue, 0, 1) << 0xff0ac81eu << 0xff0ac81eu;
+    QTest::newRow("nothing, average") << Record(Red, Blue, 0, 0) << 0xff0ac81eu << 0xff0ac81eu;
+    QTest::newRow("nothing, NTSC") << Record(Red, Blue, 0, 1) << 0xff0ac81eu << 0xff0ac81eu;
+    QTest::newRow("nothing, LUMA") << Record(Red, Blue, 0, 2) << 0xff0ac81eu << 0xff0ac81eu;
     QTest::newRow("less than nothing") << Record(Red, Blue, Lowest, 1) << 0xff0ac81eu << 0xff0ac81eu;
     QTest::newRow("more than all") << Record(black, white, Highest, 2) << 0x110ac81eu << 0x11939393u;
     for (const int type : {0, 1, 2}) {
@@ -497,6 +500,20 @@ void TestYDTintWidget::ThePreviewEqualsTheConversion()
         QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), converted));
         QVERIFY(!TestPictures::AreEqual(converted, source));
     }
+}
+
+/// The controls outlive the panel's own part, one another too, and may change on the way.
+void TestYDTintWidget::TheLastOfItsControlsCannotReachIt()
+{
+    auto widget = std::make_unique<YDTintWidget>(false, nullptr, Qt::WindowFlags());
+    auto* const type = widget->findChild<YDCommonComboBox*>(QStringLiteral("m_pType"));
+    connect(widget->findChild<KVSlider*>(QStringLiteral("horizontalSlider")), &QObject::destroyed, type,
+            [type] { type->setCurrentIndex(2); });
+    QSignalSpy changed(type, QOverload<int>::of(&QComboBox::currentIndexChanged));
+    QSignalSpy value(widget.get(), &YDTintWidget::ValueChanged);
+    widget.reset();
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(value.count(), 0);
 }
 
 QTEST_MAIN(TestYDTintWidget)
