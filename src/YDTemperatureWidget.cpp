@@ -22,6 +22,7 @@ YDTemperatureWidget::YDTemperatureWidget(bool isDialog, QWidget* parent, Qt::Win
     : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::TemperatureWidget>())
 {
     m_ui->setupUi(GetUIContent());
+    m_ui->gridLayout->setAlignment(Qt::AlignTop); // a taller panel does not pull the rows apart
     ShowDefaults();
     Connect();
 }

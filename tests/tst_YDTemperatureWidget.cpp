@@ -66,6 +66,7 @@ private slots:
     void initTestCase();
 
     void TheFormIsAsDesigned();
+    void InATallerPanelTheRowsStayTogetherAtTheTop();
     void SlidersAndSpinBoxesFollowEachOther();
     void AChangeIsStoredAndAnnouncedOnceInOrder_data();
     void AChangeIsStoredAndAnnouncedOnceInOrder();
@@ -104,9 +105,35 @@ void TestYDTemperatureWidget::TheFormIsAsDesigned()
         CheckLabel(f.widget, *grid, 2, 0, "labelContrast", "Tint:", right);
         CheckSlider(f.widget, *grid, 2, "TintSlider", -100, 100, 0);
         CheckSpinBox(f.widget, *grid, 2, 2, "m_pTint", -100, 100, 0);
+        QCOMPARE(grid->rowCount(), 3);
+        QCOMPARE(grid->count(), 9);
         QCOMPARE(f.temperatureSpin->suffix(), QStringLiteral("K"));
         QVERIFY(f.strengthSpin->suffix().isEmpty() && f.tintSpin->suffix().isEmpty());
         QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(6500, 0, 50)));
+    }
+}
+
+void TestYDTemperatureWidget::InATallerPanelTheRowsStayTogetherAtTheTop()
+{
+    for (const bool isDialog : {false, true}) {
+        Fixture f(isDialog);
+        const QVector<QWidget*> controls{f.temperatureSlider, f.temperatureSpin, f.strengthSlider,
+                                         f.strengthSpin,      f.tintSlider,      f.tintSpin};
+        const auto places = [&controls] {
+            QVector<QRect> all;
+            for (const QWidget* const control : controls)
+                all.append(control->geometry());
+            return all;
+        };
+        const QSize fitting = f.widget.sizeHint().expandedTo(QSize(300, 0));
+        f.widget.resize(fitting);
+        f.widget.show();
+        const QVector<QRect> compact = places();
+        f.widget.resize(fitting + QSize(0, 300));
+        QTRY_COMPARE(f.widget.height(), fitting.height() + 300);
+        QCOMPARE(places(), compact);
+        f.widget.resize(fitting + QSize(100, 0)); // and what is wider is as wide as the panel
+        QTRY_VERIFY(f.tintSpin->geometry().right() > compact.last().right());
     }
 }
 
