@@ -183,6 +183,9 @@ void TestYDReplaceColorWidget::TheFormIsAsDesigned()
     QCOMPARE(f.button->minimumSize(), QSize(24, 24));
     QCOMPARE(f.button->maximumSize(), QSize(24, 24));
     QVERIFY(f.button->text().isEmpty());
+    const auto children = f.widget.findChildren<QWidget*>();
+    for (const QWidget* const child : children)
+        QVERIFY2(child->toolTip().isEmpty(), qPrintable(child->objectName()));
 }
 
 void TestYDReplaceColorWidget::LabelsAreOfOneWidth_data()
