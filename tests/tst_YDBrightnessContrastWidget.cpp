@@ -1,3 +1,4 @@
+#include "AdjustmentProbe.h"
 #include "TestPictures.h"
 #include "YDBrightnessContrastWidget.h"
 #include "core/KVApplication.h"
@@ -94,6 +95,7 @@ private slots:
     void AChangeIsStoredAndAnnouncedOnceInOrder_data();
     void AChangeIsStoredAndAnnouncedOnceInOrder();
     void BeyondTheSliderOnlyJobsFollowTheSpinBox();
+    void TheNextPreviewFollowsTheSpinBoxBeyondTheSlider();
     void SettingARecordMovesTheControlsAndAnnouncesNothing();
     void ResetAnnouncesOnlyRealChanges();
     void TheStreamIsTagAndTwoNumbers();
@@ -217,6 +219,29 @@ void TestYDBrightnessContrastWidget::BeyondTheSliderOnlyJobsFollowTheSpinBox()
     QVERIFY(Level(127, 0, 10) != Level(100, 0, 10));
 }
 
+void TestYDBrightnessContrastWidget::TheNextPreviewFollowsTheSpinBoxBeyondTheSlider()
+{
+    using Rule = YDIterativeBrightnessContrastTransformation;
+    const RGBA32iImage source = Ramp(256, 20);
+    const RGBA32iImage atTheSlidersEnd = AdjustmentProbe::ByRule(Rule(100, 0), source);
+    const RGBA32iImage beyond = AdjustmentProbe::ByRule(Rule(127, 0), source);
+    QVERIFY(!TestPictures::AreEqual(atTheSlidersEnd, beyond));
+    Fixture f;
+    f.brightnessSlider->setValue(100);
+    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
+    f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), atTheSlidersEnd));
+    f.brightnessSpin->setValue(127); // starts no job: the slider stands at its end already
+    QTest::qWait(QuietMs);
+    QCOMPARE(ready.count(), 1);
+    f.widget.StartProcessing();
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 2, PatienceMs);
+    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), beyond));
+    QCOMPARE(f.widget.GetValue().brightness, 100);
+    QCOMPARE(f.brightnessSlider->value(), 100);
+}
+
 void TestYDBrightnessContrastWidget::SettingARecordMovesTheControlsAndAnnouncesNothing()
 {
     Fixture f;
@@ -242,13 +267,13 @@ void TestYDBrightnessContrastWidget::SettingARecordMovesTheControlsAndAnnouncesN
 void TestYDBrightnessContrastWidget::ResetAnnouncesOnlyRealChanges()
 {
     Fixture f;
-    QSignalSpy data(&f.widget, &YDAdjustmentWidget::DataChanged);
+    AdjustmentProbe::Announcements<YDBrightnessContrastWidget> announcements(f.widget);
     f.widget.Reset();
-    QCOMPARE(data.count(), 0);
+    QCOMPARE(announcements.Take(), QString());
     f.brightnessSlider->setValue(5);
-    data.clear();
+    announcements.Take();
     f.widget.Reset();
-    QCOMPARE(data.count(), 1);
+    QCOMPARE(announcements.Take(), AdjustmentProbe::OneChange());
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
     QCOMPARE(f.brightnessSpin->value(), 0);
     QCOMPARE(f.brightnessSlider->value(), 0);
