@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QRadioButton>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
@@ -19,6 +20,7 @@ namespace {
 
 constexpr int Lowest = std::numeric_limits<int>::min();
 constexpr int Highest = std::numeric_limits<int>::max();
+constexpr int PatienceMs = 20000;
 
 using Params = YDColorBalanceWidget::Params;
 using Axis = Params::Axis;
@@ -104,6 +106,7 @@ private slots:
     void WithoutARangeNothingCanBeEdited();
     void ARangeCanBeSelectedAfterNone();
     void ResetGoesBackToMidtonesAndAnnouncesOnce();
+    void ResetStartsAPreview();
     void TheStreamIsTagAndElevenNumbers();
     void AStreamThatCannotBeReadGivesDefaultsAndOneLine();
     void AReadOnlyStreamLogsTheFailedWrite();
@@ -380,6 +383,22 @@ void TestYDColorBalanceWidget::ResetGoesBackToMidtonesAndAnnouncesOnce()
         QCOMPARE(f.Shown(), QVector<int>({0, 0, 0}));
         f.widget.Reset(); // even if nothing changes
         QCOMPARE(announcements.Take(), OneChange());
+    }
+}
+
+void TestYDColorBalanceWidget::ResetStartsAPreview()
+{
+    const RGBA32iImage source = TestPictures::Random(70, 50, 5);
+    Fixture f;
+    f.widget.SetValue(Record(1, false));
+    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
+    f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+    QVERIFY(!TestPictures::AreEqual(f.widget.AdjustedImage(), source));
+    for (const int previews : {2, 3}) { // even if nothing changes
+        f.widget.Reset();
+        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), previews, PatienceMs);
+        QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), source));
     }
 }
 

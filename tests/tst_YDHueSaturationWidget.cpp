@@ -8,6 +8,7 @@
 
 #include <QCheckBox>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <cmath>
@@ -19,6 +20,8 @@ namespace {
 
 constexpr int Lowest = std::numeric_limits<int>::min();
 constexpr int Highest = std::numeric_limits<int>::max();
+constexpr int PatienceMs = 20000;
+constexpr int QuietMs = 150;
 
 using Params = YDHueSaturationWidget::Params;
 
@@ -121,6 +124,7 @@ private slots:
     void TheColoursFollowBetweenTheTwoSignals();
     void SettingARecordShowsItAndAnnouncesNothing();
     void ResetAnnouncesWhatReallyChanges();
+    void ResetStartsAPreviewOfWhatReallyChanges();
     void TheStreamIsTagAndFourNumbers();
     void AnyOtherNumberThanZeroColorizes();
     void AStreamThatCannotBeReadGivesDefaultsAndOneLine();
@@ -480,6 +484,23 @@ void TestYDHueSaturationWidget::ResetAnnouncesWhatReallyChanges()
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
     QCOMPARE(f.hueSlider->value() + f.saturationSlider->value() + f.lightnessSlider->value(), 0);
     QVERIFY(!f.colorize->isChecked());
+}
+
+void TestYDHueSaturationWidget::ResetStartsAPreviewOfWhatReallyChanges()
+{
+    const RGBA32iImage source = TestPictures::Random(70, 50, 5);
+    Fixture f;
+    f.widget.SetValue(Record(50, -20, 10, true));
+    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
+    f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+    QVERIFY(!TestPictures::AreEqual(f.widget.AdjustedImage(), source));
+    f.widget.Reset();
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 2, PatienceMs);
+    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), source));
+    f.widget.Reset();
+    QTest::qWait(QuietMs);
+    QCOMPARE(ready.count(), 2);
 }
 
 void TestYDHueSaturationWidget::TheStreamIsTagAndFourNumbers()
