@@ -8,18 +8,20 @@
 #include <QPixmap>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
 const QPoint HotSpot(2, 14); ///< the pipette's tip
 
-/// The same whichever of its corners comes first. QRect::normalized() loses the border of a rectangle that
-/// was dragged to the left or upwards, and all of one that was dragged by a single pixel.
-QRect Spanned(const QPoint& p, const QPoint& q)
+/// A coordinate in picture pixels. Without the lowest integer, which leaves QRect no room to normalize.
+int Scaled(int coordinate, int ratio)
 {
-    return {QPoint(std::min(p.x(), q.x()), std::min(p.y(), q.y())),
-            QPoint(std::max(p.x(), q.x()), std::max(p.y(), q.y()))};
+    using Limits = std::numeric_limits<int>;
+    return int(std::clamp(qint64(coordinate) * ratio, qint64(Limits::min()) + 1, qint64(Limits::max())));
 }
+
+QPoint Scaled(const QPoint& point, int ratio) { return {Scaled(point.x(), ratio), Scaled(point.y(), ratio)}; }
 
 } // namespace
 
@@ -84,7 +86,7 @@ std::optional<QRect> YDPickerDrag::MouseReleased(const QPoint& point, Qt::MouseB
         return std::nullopt;
     EndDrag();
     const int ratio = int(KVPixelRatioRound::GetPixelRatio());
-    return Spanned(m_start * ratio, point * ratio);
+    return QRect(Scaled(m_start, ratio), Scaled(point, ratio)).normalized();
 }
 
 void YDPickerDrag::EndDrag()

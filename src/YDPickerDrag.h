@@ -36,7 +36,8 @@ public:
     /// In scene coordinates. A press of the left button begins to drag.
     void MousePressed(const QPoint& point, Qt::MouseButton button);
     /// The release of the left button ends it and gives the dragged rectangle, both corners included, in
-    /// picture pixels; nothing where nobody drags.
+    /// picture pixels; nothing where nobody drags. A drag to the left or upwards by a single pixel gives an
+    /// empty rectangle, because QRect::normalized() takes it for one without a width or a height.
     std::optional<QRect> MouseReleased(const QPoint& point, Qt::MouseButton button);
 
 private:

@@ -308,7 +308,9 @@ private slots:
     void APickOnAPhotographSetsThePoints_data();
     void APickOnAPhotographSetsThePoints();
     void AClickPicksOnePixel();
-    void ADragInAnyDirectionPicksTheSame();
+    void ADragBackwardsByOnePixelPicksNothing_data();
+    void ADragBackwardsByOnePixelPicksNothing();
+    void CornersMayBeAsFarAsIntegersGet();
     void APickOutsideThePictureYieldsTheFallback_data();
     void APickOutsideThePictureYieldsTheFallback();
     void PointsWithEqualXAfterAPickDoNoHarm();
@@ -1439,21 +1441,54 @@ void TestYDCurvesWidget::AClickPicksOnePixel()
     QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[1], Points({{red, 0}, {255, 255}}), PatienceMs);
 }
 
-void TestYDCurvesWidget::ADragInAnyDirectionPicksTheSame()
+void TestYDCurvesWidget::ADragBackwardsByOnePixelPicksNothing_data()
 {
-    PickFixture f(TestPictures::Noise(300, 200));
-    const QRect area(QPoint(100, 60), QPoint(101, 90));
-    const YDRGBA32i color = YDCurvesWidget::CalcAvgColor(f.source, area, YDRGBA32i());
-    const Points expected{{0, 0}, {color.g, 128}, {255, 255}};
-    const QPoint corners[][2] = {{area.topLeft(), area.bottomRight()},
-                                 {area.bottomRight(), area.topLeft()},
-                                 {area.topRight(), area.bottomLeft()},
-                                 {area.bottomLeft(), area.topRight()}};
+    QTest::addColumn<QPoint>("from");
+    QTest::addColumn<QPoint>("to");
+    QTest::addColumn<int>("red");
+    QTest::addColumn<int>("green");
+    // Columns 100 to 103 have 0, 20, 80 and 180 of red, lines 60 to 63 as much of green.
+    QTest::newRow("down to the right") << QPoint(100, 60) << QPoint(103, 63) << 70 << 70;
+    QTest::newRow("down to the left") << QPoint(103, 60) << QPoint(100, 63) << 70 << 70;
+    QTest::newRow("up to the right") << QPoint(100, 63) << QPoint(103, 60) << 70 << 70;
+    QTest::newRow("up to the left") << QPoint(103, 63) << QPoint(100, 60) << 70 << 70;
+    QTest::newRow("right by one pixel") << QPoint(100, 60) << QPoint(101, 63) << 10 << 70;
+    QTest::newRow("left by two pixels") << QPoint(102, 60) << QPoint(100, 63) << 33 << 70;
+    QTest::newRow("up by two pixels") << QPoint(100, 63) << QPoint(103, 61) << 70 << 93;
+    // A rectangle without a width or a height is gray to the gray picker.
+    QTest::newRow("left by one pixel") << QPoint(101, 60) << QPoint(100, 63) << 128 << 128;
+    QTest::newRow("up by one pixel") << QPoint(100, 61) << QPoint(103, 60) << 128 << 128;
+}
+
+void TestYDCurvesWidget::ADragBackwardsByOnePixelPicksNothing()
+{
+    QFETCH(QPoint, from);
+    QFETCH(QPoint, to);
+    QFETCH(int, red);
+    QFETCH(int, green);
+    const int steps[] = {0, 20, 80, 180};
+    const RGBA32iImage picture = TestPictures::Grey(300, 200, 255);
+    for (int y = 0; y < 4; ++y)
+        for (int x = 0; x < 4; ++x)
+            picture.Row(60 + y)[100 + x] = YDRGBA32i(0, quint8(steps[y]), quint8(steps[x]), 255);
+    PickFixture f(picture);
     f.gray->setChecked(true);
-    for (const auto& [from, to] : corners) {
-        f.widget.SetValue(Params());
-        f.DragOnDocument(from, to);
-        QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[2], expected, PatienceMs);
+    f.DragOnDocument(from, to);
+    QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[1], Points({{0, 0}, {red, 128}, {255, 255}}),
+                              PatienceMs);
+    QCOMPARE(f.widget.GetValue().curves[2], Points({{0, 0}, {green, 128}, {255, 255}}));
+}
+
+void TestYDCurvesWidget::CornersMayBeAsFarAsIntegersGet()
+{
+    const QPoint corners[] = {{Lowest, Lowest}, {Highest, Highest}};
+    for (const int first : {0, 1}) {
+        PickFixture f(TestPictures::Grey(100, 50, 200));
+        f.gray->setChecked(true);
+        f.widget.MousePressed(corners[first], Qt::LeftButton);
+        f.widget.MouseReleased(corners[1 - first], Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(f.widget.GetValue().curves[1], Points({{0, 0}, {200, 128}, {255, 255}}),
+                                  PatienceMs);
     }
 }
 
