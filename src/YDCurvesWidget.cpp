@@ -317,11 +317,7 @@ void YDCurvesWidget::StartGrayProcessing() { m_grayPick->Start(SourceImage()); }
 
 void YDCurvesWidget::StartWhiteProcessing() { m_whitePick->Start(SourceImage()); }
 
-void YDCurvesWidget::OnSourceChanged()
-{
-    CancelPicks(); // a colour of the picture before says nothing about this one
-    m_histogramFeed->OnSourceChanged(SourceImage());
-}
+void YDCurvesWidget::OnSourceChanged() { m_histogramFeed->OnSourceChanged(SourceImage()); }
 
 void YDCurvesWidget::OnChannelChanged(int channel)
 {
