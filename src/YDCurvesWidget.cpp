@@ -41,17 +41,6 @@ QPoint ToLevels(const QPointF& scenePosition)
     return {ToLevel(scenePosition.x()), ToLevel(scenePosition.y())};
 }
 
-/// Where a view of `size` has the levels from 0 to 255 in the middle of 256 columns and rows, with room for
-/// nodes around these.
-QRectF LevelsInside(const QSize& size)
-{
-    constexpr int Columns = YDCurvePoints::MaxLevel + 1;
-    const double column = std::max(size.width() - 2.0 * ControlNode::Reach, 1.0) / Columns;
-    const double row = std::max(size.height() - 2.0 * ControlNode::Reach, 1.0) / Columns;
-    return {ControlNode::Reach + column / 2, ControlNode::Reach + row / 2, column * YDCurvePoints::MaxLevel,
-            row * YDCurvePoints::MaxLevel};
-}
-
 /// From the origin of what is filled to `end`, in coordinates of its sides.
 QBrush Tones(const QPointF& end, const QColor& first, const QColor& last)
 {
@@ -485,19 +474,9 @@ void YDCurvesWidget::RemoveCurrentPoint()
         RemovePoint(m_scene->CurrentIndex());
 }
 
-/// The scene fills the view, but for the room that the nodes at its border need, and each level is in the
-/// middle of its column of the histogram.
 void YDCurvesWidget::FitCurveView()
 {
-    QGraphicsView* const view = m_ui->m_pCurveView;
-    view->fitInView(m_scene->sceneRect(), Qt::IgnoreAspectRatio);
-    const QRectF fitted = view->transform().mapRect(m_scene->sceneRect());
-    const QRectF levels = LevelsInside(view->viewport()->size());
-    // With the place in the transform, because the view centres what is smaller than itself to whole units.
-    view->setTransform(
-        view->transform() * QTransform::fromTranslate(-fitted.x(), -fitted.y()) *
-        QTransform::fromScale(levels.width() / fitted.width(), levels.height() / fitted.height()) *
-        QTransform::fromTranslate(levels.x(), levels.y()));
+    m_ui->m_pCurveView->fitInView(m_scene->sceneRect(), Qt::IgnoreAspectRatio);
 }
 
 /// Returns whether the event is one that the editor knows; the scene handles it as well.

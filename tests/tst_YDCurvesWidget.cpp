@@ -249,8 +249,10 @@ private slots:
     void TheCurveLinesUpWithHistogramStripsAndSlider_data();
     void TheCurveLinesUpWithHistogramStripsAndSlider();
 
-    void NodesAtTheBorderAreSeenWhole_data();
-    void NodesAtTheBorderAreSeenWhole();
+    void TheViewFitsItsScene_data();
+    void TheViewFitsItsScene();
+    void NodesInTheCornersArePressed_data();
+    void NodesInTheCornersArePressed();
 
     void AClickOnTheCurveInsertsAndSelects();
     void NothingIsInsertedNextToAPoint();
@@ -535,11 +537,13 @@ void TestYDCurvesWidget::TheCurveLinesUpWithHistogramStripsAndSlider_data()
 {
     QTest::addColumn<QSize>("size");
     QTest::newRow("small") << QSize(300, 430);
+    QTest::newRow("odd") << QSize(457, 533);
     QTest::newRow("wide") << QSize(1100, 500);
     QTest::newRow("high") << QSize(320, 900);
 }
 
-/// Whichever of them shows a level, it is in the same column, or in the same line.
+/// Histogram, strips and slider have a column or a line for each level, the same ones. The curve goes through
+/// them, or by less than a unit beside them.
 void TestYDCurvesWidget::TheCurveLinesUpWithHistogramStripsAndSlider()
 {
     QFETCH(QSize, size);
@@ -548,47 +552,76 @@ void TestYDCurvesWidget::TheCurveLinesUpWithHistogramStripsAndSlider()
     const auto* const histogram = f.Child<QWidget>("m_pHistogramm");
     const auto* const inputStrip = f.Child<QWidget>("m_pInputLabel");
     const auto* const outputStrip = f.Child<QWidget>("m_pOutputLabel");
-    const auto column = [&](const QWidget* widget, double x) {
-        return widget->mapTo(&f.widget, QPoint()).x() + x;
+    const auto place = [&f](const QWidget* widget, const QPointF& inside) {
+        return QPointF(widget->mapTo(&f.widget, QPoint())) + inside;
     };
+    const QSizeF seen = histogram->size();
     for (const int level : {0, 64, 128, 255}) {
-        const QPointF place = f.view->viewportTransform().map(QPointF(level, 255 - level));
-        const double curve = column(f.view->viewport(), place.x());
         const double share = (level + 0.5) / 256;
-        QVERIFY(std::abs(curve - column(histogram, share * histogram->width())) < 0.01);
-        QVERIFY(std::abs(curve - column(inputStrip, share * inputStrip->width())) < 0.01);
-        QVERIFY(std::abs(curve - column(f.slider, f.slider->PositionOf(level))) < 0.01);
-        const double line = f.view->viewport()->mapTo(&f.widget, QPoint()).y() + place.y();
-        const double strip =
-            outputStrip->mapTo(&f.widget, QPoint()).y() + (1 - share) * outputStrip->height();
-        QVERIFY2(std::abs(line - strip) < 0.01,
-                 qPrintable(QStringLiteral("level %1: %2, %3").arg(level).arg(line).arg(strip)));
+        const QPointF spot(share * seen.width(), (1 - share) * seen.height());
+        const QPointF expected = place(histogram, spot);
+        const double inStrip = place(inputStrip, {share * inputStrip->width(), 0}).x();
+        const double inSlider = place(f.slider, {f.slider->PositionOf(level), 0}).x();
+        const double inOutput = place(outputStrip, {0, (1 - share) * outputStrip->height()}).y();
+        QVERIFY(std::abs(inStrip - expected.x()) < 0.01);
+        QVERIFY(std::abs(inSlider - expected.x()) < 0.01);
+        QVERIFY(std::abs(inOutput - expected.y()) < 0.01);
+        const QPointF curve =
+            place(f.view->viewport(), f.view->viewportTransform().map(QPointF(level, 255 - level)));
+        const QPointF off = curve - expected;
+        QVERIFY2(std::abs(off.x()) < seen.width() / 512 + 1 && std::abs(off.y()) < seen.height() / 512 + 1,
+                 qPrintable(QStringLiteral("level %1: %2, %3").arg(level).arg(off.x()).arg(off.y())));
     }
 }
 
-void TestYDCurvesWidget::NodesAtTheBorderAreSeenWhole_data()
-{
-    TheCurveLinesUpWithHistogramStripsAndSlider_data();
-}
+void TestYDCurvesWidget::TheViewFitsItsScene_data() { TheCurveLinesUpWithHistogramStripsAndSlider_data(); }
 
-/// In the corners they look as they do in the middle, current and with the focus as well.
-void TestYDCurvesWidget::NodesAtTheBorderAreSeenWhole()
+/// As any view of the same size does that is told to fit such a scene.
+void TestYDCurvesWidget::TheViewFitsItsScene()
 {
     QFETCH(QSize, size);
     Fixture f;
     f.widget.resize(size);
-    const auto seenAround = [&f](const QPointF& scenePosition) {
-        const QRectF reach(-ControlNode::Reach, -ControlNode::Reach, 2 * ControlNode::Reach,
-                           2 * ControlNode::Reach);
-        const QPointF place = f.view->viewportTransform().map(scenePosition);
-        const QRectF seen = QRectF(f.view->viewport()->rect()) & reach.translated(place);
-        return seen.size();
-    };
-    const QSizeF whole(2 * ControlNode::Reach, 2 * ControlNode::Reach);
-    for (const QPointF& corner : {QPointF(0, 0), QPointF(255, 0), QPointF(0, 255), QPointF(255, 255)})
-        QCOMPARE(seenAround(corner), whole);
-    // Nor does anything lie over the view there.
+    QGraphicsScene scene(0, 0, 255, 255);
+    QGraphicsView plain(&scene);
+    plain.setFrameShape(QFrame::NoFrame);
+    plain.resize(f.view->viewport()->size());
+    plain.show();
+    QCOMPARE(plain.viewport()->size(), f.view->viewport()->size());
+    plain.fitInView(scene.sceneRect(), Qt::IgnoreAspectRatio);
+    QVERIFY(qFuzzyCompare(f.view->transform(), plain.transform()));
+    QVERIFY(qFuzzyCompare(f.view->viewportTransform(), plain.viewportTransform()));
+    // Nor does anything lie over the view.
     QVERIFY(f.view->visibleRegion() == f.view->rect());
+}
+
+void TestYDCurvesWidget::NodesInTheCornersArePressed_data()
+{
+    TheCurveLinesUpWithHistogramStripsAndSlider_data();
+}
+
+/// The part of them that is in the view is enough for the mouse.
+void TestYDCurvesWidget::NodesInTheCornersArePressed()
+{
+    QFETCH(QSize, size);
+    Fixture f;
+    f.widget.resize(size);
+    for (const Points& diagonal : {Straight, Points({{0, 255}, {255, 0}})}) {
+        f.widget.SetValue(WithComposite(diagonal));
+        for (int end = 0; end < 2; ++end) {
+            const QPoint corner = f.PlaceOf(diagonal[end]);
+            QVERIFY(f.view->viewport()->rect().contains(corner));
+            const QPoint inwards(end == 0 ? 4 : -4, 0);
+            const QPoint updown(0, diagonal[end].y() == 0 ? -4 : 4);
+            for (const QPoint& offset : {QPoint(), inwards, updown}) {
+                f.ClickScene(60, 128); // empty space
+                QCOMPARE(f.SunkenNode(), -1);
+                f.Click(corner + offset);
+                QCOMPARE(f.SunkenNode(), end);
+            }
+        }
+        QCOMPARE(f.Composite(), diagonal);
+    }
 }
 
 void TestYDCurvesWidget::AClickOnTheCurveInsertsAndSelects()

@@ -17,8 +17,7 @@ public:
         Type = UserType + 1
     };
 
-    /// Everything that is drawn is as near to the item's position, in units of the view. A view that shows
-    /// nodes at its border leaves as much room there.
+    /// Everything that is drawn is as near to the item's position, in units of the view.
     static constexpr int Reach = 8;
 
     explicit ControlNode(QGraphicsItem* parent = nullptr);
