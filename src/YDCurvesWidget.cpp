@@ -385,8 +385,8 @@ void YDCurvesWidget::SceneMousePressEvent(QGraphicsSceneMouseEvent* event)
     const QPoint position = ToLevels(event->scenePos());
     if (Points().contains(position))
         return;
-    if (!IsNodeAt(event->scenePos()) && HitTestForInsert(position, event->scenePos()))
-        InsertPoint(FromViewPoint(position));
+    if (HitTestForInsert(position, event->scenePos()))
+        InsertPoint(FromViewPoint(position)); // a node in the way refuses it, and is pressed itself then
     else
         SetCurrentNode(-1);
 }
@@ -453,13 +453,6 @@ void YDCurvesWidget::ShowEndsInSlider()
     slider->ChangeValue(FirstHandle, Bounded(first));
     slider->SetControlMin(LastHandle, Bounded(std::min(lastButOne + YDCurvePoints::MinDistance, last)));
     slider->ChangeValue(LastHandle, Bounded(last));
-}
-
-/// Whether a press there is the node's, which the curve goes through as well.
-bool YDCurvesWidget::IsNodeAt(const QPointF& scenePosition) const
-{
-    const QGraphicsView* const view = m_ui->m_pCurveView;
-    return qgraphicsitem_cast<ControlNode*>(view->itemAt(view->mapFromScene(scenePosition)));
 }
 
 void YDCurvesWidget::SetCurrentNode(int index)

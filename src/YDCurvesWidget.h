@@ -164,7 +164,6 @@ private:
     QVector<QPoint>& Points() { return m_params.curves[ShownChannel()]; }
     void ShowPoint(int index);
     void ShowEndsInSlider();
-    bool IsNodeAt(const QPointF& scenePosition) const;
     void SetCurrentNode(int index);
     void RemoveCurrentPoint();
     void FitCurveView();

@@ -32,6 +32,7 @@ using Points = QVector<QPoint>;
 using Params = YDCurvesWidget::Params;
 
 Q_DECLARE_METATYPE(Points)
+Q_DECLARE_METATYPE(Qt::MouseButton)
 
 namespace {
 
@@ -261,7 +262,10 @@ private slots:
     void OtherButtonsDoNotEdit();
     void APressOnANodeSelectsItAndShowsItsLevels();
     void APressOnAForeignNodeShowsNothing();
+    void APressOnANodeAnnouncesWhatItDoes_data();
+    void APressOnANodeAnnouncesWhatItDoes();
     void APressOnANodesRimGrabsIt();
+    void APressOnTheCurveFarFromThePointInsertsThoughANodeIsThere();
     void APressOnEmptySpaceDeselects();
     void PressesAreComparedWithPointsThatAreNotFlipped();
     void DraggingMovesThePoint();
@@ -694,13 +698,11 @@ void TestYDCurvesWidget::APressOnANodeSelectsItAndShowsItsLevels()
     f.widget.SetValue(WithComposite({{10, 20}, {100, 150}, {200, 220}}));
     const Points points = f.Composite();
     for (int i : {1, 0, 2}) {
-        Announcements told(f.widget);
         f.ClickPoint(points[i]);
         QCOMPARE(f.SunkenNode(), i);
         QCOMPARE(f.input->text(), QString::number(points[i].x()));
         QCOMPARE(f.output->text(), QString::number(points[i].y()));
         QCOMPARE(f.AreDeleteButtonsEnabled(), i == 1);
-        QVERIFY(told.Take().endsWith(QStringLiteral("node")));
     }
     QCOMPARE(f.Composite(), points);
 }
@@ -718,29 +720,70 @@ void TestYDCurvesWidget::APressOnAForeignNodeShowsNothing()
     QVERIFY(!foreign.isSunken());
 }
 
-/// In a small view the rim is further from the point than others must be, and the curve goes through it.
+void TestYDCurvesWidget::APressOnANodeAnnouncesWhatItDoes_data()
+{
+    QTest::addColumn<QPoint>("offset");
+    QTest::addColumn<Qt::MouseButton>("button");
+    QTest::addColumn<QString>("announced");
+    QTest::addColumn<int>("sunken");
+    // The curve asks for a point, which is refused so near to another; nothing is deselected.
+    QTest::newRow("on the curve") << QPoint(0, 0) << Qt::LeftButton << "node" << 1;
+    QTest::newRow("on the curve, beside the point") << QPoint(4, 0) << Qt::LeftButton << "node" << 1;
+    // What is no press on the curve deselects, before the node hears of it.
+    QTest::newRow("above the curve") << QPoint(0, -5) << Qt::LeftButton << "node node" << 1;
+    QTest::newRow("below the curve") << QPoint(0, 5) << Qt::LeftButton << "node node" << 1;
+    QTest::newRow("with another button") << QPoint(0, 0) << Qt::RightButton << "" << 0;
+}
+
+void TestYDCurvesWidget::APressOnANodeAnnouncesWhatItDoes()
+{
+    QFETCH(QPoint, offset);
+    QFETCH(Qt::MouseButton, button);
+    QFETCH(QString, announced);
+    QFETCH(int, sunken);
+    Fixture f;
+    const Points points{{0, 128}, {128, 128}, {255, 128}};
+    f.widget.SetValue(WithComposite(points));
+    f.ClickPoint(points[0]);
+    QCOMPARE(f.SunkenNode(), 0);
+    Announcements told(f.widget);
+    QTest::mousePress(f.view->viewport(), button, Qt::KeyboardModifiers(), f.PlaceOf(points[1]) + offset);
+    QCOMPARE(told.Take(), announced);
+    QCOMPARE(f.SunkenNode(), sunken);
+    QTest::mouseRelease(f.view->viewport(), button, Qt::KeyboardModifiers(), f.PlaceOf(points[1]) + offset);
+    QCOMPARE(told.Take(), QString());
+    QCOMPARE(f.SunkenNode(), sunken); // a released node stays the current one
+    QCOMPARE(f.Composite(), points);
+}
+
 void TestYDCurvesWidget::APressOnANodesRimGrabsIt()
 {
     Fixture f;
-    f.widget.resize(f.widget.minimumSizeHint());
     const Points flat{{0, 128}, {128, 128}, {255, 128}};
     f.widget.SetValue(WithComposite(flat));
-    const QPoint middle = f.PlaceOf({128, 128});
-    for (const int offset : {-5, 5}) {
-        f.Press(middle + QPoint(offset, 0));
-        f.Release(middle + QPoint(offset, 0));
-        QCOMPARE(f.Composite(), flat);
-        QCOMPARE(f.SunkenNode(), 1);
-        f.ClickScene(60, 60);
-        QCOMPARE(f.SunkenNode(), -1);
-    }
-    f.Press(middle + QPoint(5, 0));
+    f.Press(f.PlaceOf({128, 128}) + QPoint(5, 0));
     f.DragTo({140, 90});
     QCOMPARE(f.Composite(), Points({{0, 128}, {140, 90}, {255, 128}}));
     f.Release(f.PlaceOf({140, 90}));
-    f.widget.SetValue(WithComposite(flat));
-    f.Click(middle + QPoint(9, 0)); // beside it
+}
+
+/// In a small view the rim is further from the point than others must be. The new node lies over the old one
+/// and hears of the press.
+void TestYDCurvesWidget::APressOnTheCurveFarFromThePointInsertsThoughANodeIsThere()
+{
+    Fixture f;
+    f.widget.resize(f.widget.minimumSizeHint());
+    f.widget.SetValue(WithComposite({{0, 128}, {128, 128}, {255, 128}}));
+    Announcements told(f.widget);
+    f.Press(f.PlaceOf({128, 128}) + QPoint(5, 0));
+    QCOMPARE(told.Take(), QStringLiteral("node node"));
     QCOMPARE(f.Composite().size(), 4);
+    QCOMPARE(f.Composite()[1], QPoint(128, 128));
+    QVERIFY(f.Composite()[2].x() > 132);
+    QCOMPARE(f.SunkenNode(), 2);
+    f.DragTo({160, 90});
+    QCOMPARE(f.Composite()[2], QPoint(160, 90));
+    f.Release(f.PlaceOf({160, 90}));
     // Next to the ends of a straight curve a point is inserted as soon as it may be, in a small view as well.
     f.widget.SetValue(Params());
     f.ClickScene(5, 250);
