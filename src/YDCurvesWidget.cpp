@@ -131,8 +131,10 @@ void YDCurvesWidget::SetUpPickers()
 
 void YDCurvesWidget::SetValue(const Params& params)
 {
+    Disconnect();
     m_params = params;
     SetChannel(params.channel);
+    Connect();
 }
 
 void YDCurvesWidget::SetView(KVDocumentView* view)
@@ -254,11 +256,9 @@ bool YDCurvesWidget::HitTestForInsert(const QPoint& p, const QPointF& scenePos) 
 
 void YDCurvesWidget::SetChannel(int channel)
 {
-    const ScopedDisconnect quietBox(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged),
-                                    this, &YDCurvesWidget::OnChannelChanged);
-    m_params.channel = channel;
     m_ui->m_pHistogramm->SetChannel(IndexToHistogrammChannel(channel));
-    m_ui->m_pChannel->setCurrentIndex(int(ShownChannel()));
+    m_ui->m_pChannel->setCurrentIndex(int(CurveOf(channel)));
+    m_params.channel = channel; // after the box, whose slot stores the index that is shown
     ShowEndsInSlider();
     RebuildCurve();
     MakeControls();
@@ -310,7 +310,9 @@ void YDCurvesWidget::OnSourceChanged() { m_histogramFeed->OnSourceChanged(Source
 
 void YDCurvesWidget::OnChannelChanged(int channel)
 {
+    Disconnect();
     SetChannel(channel);
+    Connect();
     AboutUserParamsChanged();
     emit ValueChanged();
 }
@@ -408,11 +410,20 @@ void YDCurvesWidget::SceneKeyPressEvent(QKeyEvent* event)
         OnDeleteAction();
 }
 
+/// Once, though who hears of the current node may set a record while another is being set.
 void YDCurvesWidget::Connect()
 {
     connect(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-            &YDCurvesWidget::OnChannelChanged);
-    connect(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this, &YDCurvesWidget::OnInputChanged);
+            &YDCurvesWidget::OnChannelChanged, Qt::UniqueConnection);
+    connect(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this, &YDCurvesWidget::OnInputChanged,
+            Qt::UniqueConnection);
+}
+
+void YDCurvesWidget::Disconnect()
+{
+    disconnect(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+               &YDCurvesWidget::OnChannelChanged);
+    disconnect(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this, &YDCurvesWidget::OnInputChanged);
 }
 
 RGBA32iImage YDCurvesWidget::Process(const CurvesData& data)
@@ -420,11 +431,11 @@ RGBA32iImage YDCurvesWidget::Process(const CurvesData& data)
     return RunTransformation(data, YDIterativeCurvesTransformation(data.params.curves.data(), FullStrength));
 }
 
-/// The record's channel, or the composite one where that is none.
-std::size_t YDCurvesWidget::ShownChannel() const
+/// The list that is shown for a channel, the composite one where there is no such channel.
+std::size_t YDCurvesWidget::CurveOf(int channel) const
 {
-    const bool isChannel = m_params.channel >= 0 && m_params.channel < int(m_params.curves.size());
-    return isChannel ? std::size_t(m_params.channel) : 0;
+    const bool isChannel = channel >= 0 && channel < int(m_params.curves.size());
+    return isChannel ? std::size_t(channel) : 0;
 }
 
 /// A point's levels in the two fields; nothing where there is no such point.

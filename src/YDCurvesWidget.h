@@ -97,7 +97,8 @@ public:
     /// meant.
     bool HitTestForInsert(const QPoint& p, const QPointF& scenePos) const;
 
-    /// Shows a channel in the editor, without announcing a change.
+    /// Shows a channel in the editor. The channel box and the slider are heard as if the user had moved them:
+    /// a box that changes announces it. SetValue() keeps quiet about its channel.
     void SetChannel(int channel);
     /// Draws the curve of the channel in the editor anew.
     void RebuildCurve();
@@ -156,12 +157,13 @@ private:
     void SetUpScene();
     void SetUpPickers();
     void Connect();
+    void Disconnect();
     void CancelPicks();
     static RGBA32iImage Process(const CurvesData& data);
 
-    std::size_t ShownChannel() const;
-    const QVector<QPoint>& Points() const { return m_params.curves[ShownChannel()]; }
-    QVector<QPoint>& Points() { return m_params.curves[ShownChannel()]; }
+    std::size_t CurveOf(int channel) const;
+    const QVector<QPoint>& Points() const { return m_params.curves[CurveOf(m_params.channel)]; }
+    QVector<QPoint>& Points() { return m_params.curves[CurveOf(m_params.channel)]; }
     void ShowPoint(int index);
     void ShowEndsInSlider();
     void SetCurrentNode(int index);

@@ -289,9 +289,11 @@ private slots:
     void LettingGoOfTheSliderDeselects();
     void AChannelShowsItsCurve();
     void ChoosingAChannelAnnouncesNoData();
+    void SettingAChannelSpeaksForItsControls();
     void ADragMaySurviveAResetInAListener();
 
     void SettingARecordAnnouncesNothing();
+    void ControlsAreHeardOnceAfterARecordWithinARecord();
     void ResetAnnouncesOnceAndShowsTheDefaults();
     void ShortListsCannotBeEdited_data();
     void ShortListsCannotBeEdited();
@@ -1152,6 +1154,39 @@ void TestYDCurvesWidget::ChoosingAChannelAnnouncesNoData()
     QCOMPARE(YDCurvesWidget::IndexToHistogrammChannel(4), 7);
 }
 
+/// The channel box is heard, and it shows the channel before anything else follows.
+void TestYDCurvesWidget::SettingAChannelSpeaksForItsControls()
+{
+    Fixture f;
+    Params params;
+    params.curves[1] = {{200, 0}, {255, 255}};
+    params.curves[2] = {{20, 30}, {90, 100}, {150, 40}, {210, 220}};
+    params.channel = 1;
+    f.widget.SetValue(params);
+    params.channel = 2;
+    Announcements told(f.widget);
+    f.widget.SetChannel(2);
+    QCOMPARE(told.Take(), QStringLiteral("node host value node"));
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), params));
+    QCOMPARE(f.channel->currentIndex(), 2);
+    QCOMPARE(f.Nodes().size(), 4);
+    QCOMPARE(f.slider->Value(0), 20);
+    QCOMPARE(f.slider->Value(1), 210);
+    f.widget.SetChannel(2);
+    QCOMPARE(told.Take(), QStringLiteral("node"));
+    f.slider->ChangeValue(0, 30); // heard once, as before
+    QCOMPARE(told.Take(), QStringLiteral("host value data node"));
+    f.channel->setCurrentIndex(0);
+    QCOMPARE(told.Take(), QStringLiteral("node host value"));
+    f.widget.SetChannel(Highest); // shown as the composite one, and kept
+    QCOMPARE(told.Take(), QStringLiteral("node"));
+    QCOMPARE(f.widget.GetValue().channel, Highest);
+    f.widget.SetChannel(3);
+    f.widget.SetChannel(Lowest);
+    QCOMPARE(f.channel->currentIndex(), 0);
+    QCOMPARE(f.widget.GetValue().channel, Lowest);
+}
+
 /// A listener may take away the very node that is being pressed or dragged.
 void TestYDCurvesWidget::ADragMaySurviveAResetInAListener()
 {
@@ -1194,6 +1229,23 @@ void TestYDCurvesWidget::SettingARecordAnnouncesNothing()
     QCOMPARE(data.count(), 1);
     f.channel->setCurrentIndex(0);
     QCOMPARE(value.count(), 2);
+}
+
+/// Who hears of the current node may set another record while one is being set.
+void TestYDCurvesWidget::ControlsAreHeardOnceAfterARecordWithinARecord()
+{
+    Fixture f;
+    connect(&f.widget, &YDCurvesWidget::CurrentNodeChanged, this, [&f] {
+        if (f.Composite().size() > 2)
+            f.widget.SetValue(Params());
+    });
+    f.widget.SetValue(WithComposite({{0, 0}, {100, 150}, {255, 255}}));
+    QCOMPARE(f.Composite(), Straight);
+    Announcements told(f.widget);
+    f.slider->ChangeValue(0, 30);
+    QCOMPARE(told.Take(), QStringLiteral("host value data node"));
+    f.channel->setCurrentIndex(1);
+    QCOMPARE(told.Take(), QStringLiteral("node host value"));
 }
 
 void TestYDCurvesWidget::ResetAnnouncesOnceAndShowsTheDefaults()
@@ -1291,6 +1343,9 @@ void TestYDCurvesWidget::AnyListIsShownAndAppliedWithoutHarm()
     QVERIFY(f.Nodes().size() == f.Composite().size() || f.Nodes().isEmpty());
     for (int channel = 3; channel >= 0; --channel)
         f.channel->setCurrentIndex(channel);
+    const QSignalBlocker silence(f.channel);
+    for (const int channel : {3, 0, 1, 0, Lowest, 2, Highest})
+        f.widget.SetChannel(channel);
     f.widget.Reset();
     QCOMPARE(f.Nodes().size(), 2);
 }
