@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -29,7 +30,12 @@ constexpr YDRGBA32i Black(0, 0, 0, 255);
 constexpr YDRGBA32i Gray(128, 128, 128, 255);
 constexpr YDRGBA32i White(255, 255, 255, 255);
 
-int Bounded(qint64 level) { return int(std::clamp(level, qint64(0), qint64(YDCurvePoints::MaxLevel))); }
+/// `x` moved by `distance`, or the nearest integer that there is.
+int Moved(int x, int distance)
+{
+    using Limits = std::numeric_limits<int>;
+    return int(std::clamp(qint64(x) + distance, qint64(Limits::min()), qint64(Limits::max())));
+}
 
 int ToLevel(double coordinate)
 {
@@ -219,7 +225,7 @@ bool YDCurvesWidget::InsertPoint(const QPoint& p)
     Points().insert(index, p);
     InsertNode(index);
     m_scene->SetCurrentIndex(index);
-    ShowEndsInSlider();
+    ShowEndsQuietly();
     RebuildCurve();
     emit CurrentNodeChanged();
     return true;
@@ -229,8 +235,8 @@ bool YDCurvesWidget::MovePoint(int index, const QPoint& p)
 {
     if (index < 0 || index >= m_scene->NodeCount() || !YDCurvePoints::MayMove(Points(), index, p))
         return false;
+    ShowMoveInSlider(index, p.x());
     Points()[index] = p;
-    ShowEndsInSlider();
     m_scene->MoveNode(index, ToViewPoint(p));
     RebuildCurve();
     AnnounceChange(&YDCurvesWidget::ValueChanged);
@@ -243,7 +249,7 @@ void YDCurvesWidget::RemovePoint(int index)
         return;
     m_scene->RemoveNode(index);
     Points().remove(index);
-    ShowEndsInSlider();
+    ShowEndsQuietly();
     RebuildCurve();
     AnnounceChange(&YDCurvesWidget::ValueChanged);
     emit CurrentNodeChanged();
@@ -323,7 +329,7 @@ void YDCurvesWidget::OnInputChanged(uint handle, int value)
         return;
     const int index = handle == FirstHandle ? 0 : Points().size() - 1;
     if (!MovePoint(index, {value, Points()[index].y()})) {
-        ShowEndsInSlider(); // the handle goes back to its point
+        ShowEndsQuietly(); // the handle goes back to its point
         return;
     }
     ShowPoint(index);
@@ -446,24 +452,41 @@ void YDCurvesWidget::ShowPoint(int index)
     m_ui->m_pOutputSpin->setText(isPoint ? QString::number(Points()[index].y()) : QString());
 }
 
-/// Both handles at the end points, each kept off the point next to it. An end that is nearer to that point
-/// than the editor lets it come bounds its own handle, which else could not stand there.
+/// Both handles at the end points, each kept off the point next to it. A handle whose end is nearer to that
+/// point, or beyond the scale, stands as near to its end as it can.
 void YDCurvesWidget::ShowEndsInSlider()
+{
+    YodiCustomSlider* const slider = m_ui->m_pInputSlider;
+    slider->setEnabled(YDCurvePoints::IsEditable(Points()));
+    const QVector<QPoint> points = Points().size() >= 2 ? Points() : YDCurvePoints::Straight();
+    slider->SetControlMax(FirstHandle, Moved(points[1].x(), -YDCurvePoints::MinDistance));
+    slider->ChangeValue(FirstHandle, points.first().x());
+    slider->SetControlMin(LastHandle, Moved(points[points.size() - 2].x(), YDCurvePoints::MinDistance));
+    slider->ChangeValue(LastHandle, points.last().x());
+}
+
+void YDCurvesWidget::ShowEndsQuietly()
+{
+    const ScopedDisconnect quiet(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this,
+                                 &YDCurvesWidget::OnInputChanged);
+    ShowEndsInSlider();
+}
+
+/// A point bounds the handle of the end next to it, and an end brings its own handle along.
+void YDCurvesWidget::ShowMoveInSlider(int index, int x)
 {
     YodiCustomSlider* const slider = m_ui->m_pInputSlider;
     const ScopedDisconnect quiet(slider, &YodiCustomSlider::ValueChanged, this,
                                  &YDCurvesWidget::OnInputChanged);
-    const bool isEditable = YDCurvePoints::IsEditable(Points());
-    slider->setEnabled(isEditable);
-    const QVector<QPoint> points = Points().size() >= 2 ? Points() : YDCurvePoints::Straight();
-    const qint64 first = points.first().x();
-    const qint64 last = points.last().x();
-    const qint64 second = points[1].x();
-    const qint64 lastButOne = points[points.size() - 2].x();
-    slider->SetControlMax(FirstHandle, Bounded(std::max(second - YDCurvePoints::MinDistance, first)));
-    slider->ChangeValue(FirstHandle, Bounded(first));
-    slider->SetControlMin(LastHandle, Bounded(std::min(lastButOne + YDCurvePoints::MinDistance, last)));
-    slider->ChangeValue(LastHandle, Bounded(last));
+    const int last = Points().size() - 1;
+    if (index + 1 == last)
+        slider->SetControlMin(LastHandle, Moved(x, YDCurvePoints::MinDistance));
+    if (index == 1)
+        slider->SetControlMax(FirstHandle, Moved(x, -YDCurvePoints::MinDistance));
+    if (index == 0)
+        slider->ChangeValue(FirstHandle, x);
+    else if (index == last)
+        slider->ChangeValue(LastHandle, x);
 }
 
 void YDCurvesWidget::SetCurrentNode(int index)

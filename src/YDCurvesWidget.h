@@ -166,6 +166,8 @@ private:
     QVector<QPoint>& Points() { return m_params.curves[CurveOf(m_params.channel)]; }
     void ShowPoint(int index);
     void ShowEndsInSlider();
+    void ShowEndsQuietly();
+    void ShowMoveInSlider(int index, int x);
     void SetCurrentNode(int index);
     void RemoveCurrentPoint();
     void FitCurveView();

@@ -275,8 +275,10 @@ private slots:
     void MovingAnnouncesOnceInOrder();
     void MovingBoundsTheSlider();
     void InsertingAndRemovingBoundTheSlider();
-    void HandlesStandAtEndsThatAreTooNear_data();
-    void HandlesStandAtEndsThatAreTooNear();
+    void NeighboursBoundTheHandlesOfAnyList_data();
+    void NeighboursBoundTheHandlesOfAnyList();
+    void MovingAMiddlePointLeavesTheHandlesWhereTheyAre();
+    void AHandleWhoseMoveIsRefusedGoesBack();
     void NeighboursBoundTheEndPoints();
     void LosingTheFocusDeselects();
     void DeleteRemovesTheCurrentPoint();
@@ -290,6 +292,7 @@ private slots:
     void AChannelShowsItsCurve();
     void ChoosingAChannelAnnouncesNoData();
     void SettingAChannelSpeaksForItsControls();
+    void ASliderThatFollowsTheChannelIsHeard();
     void ADragMaySurviveAResetInAListener();
 
     void SettingARecordAnnouncesNothing();
@@ -944,39 +947,83 @@ void TestYDCurvesWidget::InsertingAndRemovingBoundTheSlider()
     QCOMPARE(f.slider->Value(1), 255);
 }
 
-void TestYDCurvesWidget::HandlesStandAtEndsThatAreTooNear_data()
+void TestYDCurvesWidget::NeighboursBoundTheHandlesOfAnyList_data()
 {
     QTest::addColumn<Points>("points");
-    QTest::newRow("as a grey pick leaves them") << Points({{10, 0}, {12, 128}, {13, 255}});
-    QTest::newRow("two ends") << Points({{100, 0}, {101, 255}});
-    QTest::newRow("equal x") << Points({{0, 0}, {0, 128}, {255, 128}, {255, 255}});
-    QTest::newRow("at the left") << Points({{1, 0}, {2, 255}});
-    QTest::newRow("at the right") << Points({{253, 0}, {254, 255}});
+    QTest::addColumn<int>("highestFirst");
+    QTest::addColumn<int>("first");
+    QTest::addColumn<int>("lowestLast");
+    QTest::addColumn<int>("last");
+    QTest::newRow("as a grey pick leaves them")
+        << Points({{10, 0}, {12, 128}, {13, 255}}) << 8 << 8 << 16 << 16;
+    QTest::newRow("two ends") << Points({{100, 0}, {101, 255}}) << 97 << 97 << 104 << 104;
+    QTest::newRow("equal x") << Points({{0, 0}, {0, 128}, {255, 128}, {255, 255}}) << 0 << 0 << 255 << 255;
+    QTest::newRow("at the left") << Points({{1, 0}, {2, 255}}) << 0 << 0 << 5 << 5;
+    QTest::newRow("at the right") << Points({{253, 0}, {254, 255}}) << 250 << 250 << 255 << 255;
+    QTest::newRow("beyond the levels") << Points({{-50, 0}, {300, 255}}) << 255 << 0 << 0 << 255;
+    QTest::newRow("out of order") << Points({{200, 0}, {100, 9}, {50, 255}}) << 96 << 96 << 104 << 104;
+    QTest::newRow("as far as integers get")
+        << Points({{Lowest, 0}, {Lowest, 9}, {Highest, 9}, {Highest, 0}}) << 0 << 0 << 255 << 255;
+    QTest::newRow("no points") << Points() << 251 << 0 << 4 << 255;
+    QTest::newRow("one point") << Points({{77, 50}}) << 251 << 0 << 4 << 255;
 }
 
-void TestYDCurvesWidget::HandlesStandAtEndsThatAreTooNear()
+/// Four off the neighbours, whatever the points of the handles are; what the scale does not have is shown at
+/// its end. The points stay as they are.
+void TestYDCurvesWidget::NeighboursBoundTheHandlesOfAnyList()
 {
     QFETCH(Points, points);
+    QFETCH(int, highestFirst);
+    QFETCH(int, first);
+    QFETCH(int, lowestLast);
+    QFETCH(int, last);
     Fixture f;
     f.widget.SetValue(WithComposite(points));
-    QCOMPARE(f.slider->Value(0), points.first().x());
-    QCOMPARE(f.slider->Value(1), points.last().x());
-    // A move that still is too near is refused, and the handle goes back.
-    f.slider->ChangeValue(0, points.first().x() - 1);
-    f.slider->ChangeValue(0, points.first().x() + 1);
-    f.slider->ChangeValue(1, points.last().x() + 1);
-    f.slider->ChangeValue(1, points.last().x() - 1);
+    QCOMPARE(f.slider->HighestValue(0), highestFirst);
+    QCOMPARE(f.slider->Value(0), first);
+    QCOMPARE(f.slider->LowestValue(1), lowestLast);
+    QCOMPARE(f.slider->Value(1), last);
     QCOMPARE(f.Composite(), points);
-    QCOMPARE(f.slider->Value(0), points.first().x());
-    QCOMPARE(f.slider->Value(1), points.last().x());
-    // One that goes far enough is not, and the bound is the neighbour's from then on.
-    const int far = points[1].x() - 4;
-    if (far < 0)
-        return;
-    f.slider->ChangeValue(0, far);
-    QCOMPARE(f.Composite()[0].x(), far);
-    QCOMPARE(f.slider->Value(0), far);
-    QCOMPARE(f.slider->HighestValue(0), far);
+}
+
+void TestYDCurvesWidget::MovingAMiddlePointLeavesTheHandlesWhereTheyAre()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{10, 0}, {12, 128}, {198, 140}, {200, 255}}));
+    QCOMPARE(f.slider->Value(0), 8);
+    QCOMPARE(f.slider->Value(1), 202);
+    QVERIFY(f.widget.MovePoint(1, {50, 128}));
+    QCOMPARE(f.slider->HighestValue(0), 46);
+    QCOMPARE(f.slider->Value(0), 8);
+    QVERIFY(f.widget.MovePoint(2, {150, 140}));
+    QCOMPARE(f.slider->LowestValue(1), 154);
+    QCOMPARE(f.slider->Value(1), 202);
+    QCOMPARE(f.Composite(), Points({{10, 0}, {50, 128}, {150, 140}, {200, 255}}));
+    f.slider->ChangeValue(0, 30);
+    f.slider->ChangeValue(1, 160);
+    QCOMPARE(f.Composite(), Points({{30, 0}, {50, 128}, {150, 140}, {160, 255}}));
+}
+
+/// Here to where its point is already.
+void TestYDCurvesWidget::AHandleWhoseMoveIsRefusedGoesBack()
+{
+    Fixture f;
+    f.widget.SetValue(WithComposite({{10, 0}, {12, 128}, {200, 255}}));
+    f.widget.MovePoint(1, {50, 128});
+    QCOMPARE(f.slider->Value(0), 8);
+    Announcements told(f.widget);
+    f.slider->ChangeValue(0, 10);
+    QCOMPARE(told.Take(), QString());
+    QCOMPARE(f.slider->Value(0), 10);
+    // The points of a channel that shows no nodes stay, and so do its handles.
+    Points many;
+    for (int i = 0; i < 5000; ++i)
+        many.append({i / 20, 7});
+    f.widget.SetValue(WithComposite(many));
+    const int last = f.slider->Value(1);
+    f.slider->ChangeValue(1, 255);
+    QCOMPARE(f.Composite(), many);
+    QCOMPARE(f.slider->Value(1), last);
 }
 
 void TestYDCurvesWidget::NeighboursBoundTheEndPoints()
@@ -1185,6 +1232,23 @@ void TestYDCurvesWidget::SettingAChannelSpeaksForItsControls()
     f.widget.SetChannel(Lowest);
     QCOMPARE(f.channel->currentIndex(), 0);
     QCOMPARE(f.widget.GetValue().channel, Lowest);
+}
+
+/// With the channel box silent nobody else brings the slider along: a handle that a new bound pushes moves
+/// its point, and moves it back when it is set to where the point was.
+void TestYDCurvesWidget::ASliderThatFollowsTheChannelIsHeard()
+{
+    Fixture f;
+    Params params = WithComposite({{200, 0}, {255, 255}});
+    params.curves[1] = {{0, 10}, {100, 100}, {255, 255}};
+    f.widget.SetValue(params);
+    const QSignalBlocker silence(f.channel);
+    Announcements told(f.widget);
+    f.widget.SetChannel(1);
+    QCOMPARE(told.Take(), QStringLiteral("host value data node host value data node node"));
+    QCOMPARE(f.slider->Value(0), 0);
+    params.channel = 1;
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), params));
 }
 
 /// A listener may take away the very node that is being pressed or dragged.
