@@ -254,6 +254,8 @@ private slots:
     void TheViewFitsItsScene();
     void NodesInTheCornersArePressed_data();
     void NodesInTheCornersArePressed();
+    void ASplineGoesFromEdgeToEdge_data();
+    void ASplineGoesFromEdgeToEdge();
 
     void AClickOnTheCurveInsertsAndSelects();
     void NothingIsInsertedNextToAPoint();
@@ -316,6 +318,8 @@ private slots:
     void AveragesClipAndFallBack_data();
     void AveragesClipAndFallBack();
     void AveragesOfVeryManyPixelsWrapAround();
+    void APickedColourSetsThePoints_data();
+    void APickedColourSetsThePoints();
     void APickOnAPhotographSetsThePoints_data();
     void APickOnAPhotographSetsThePoints();
     void AClickPicksOnePixel();
@@ -631,6 +635,30 @@ void TestYDCurvesWidget::NodesInTheCornersArePressed()
         }
         QCOMPARE(f.Composite(), diagonal);
     }
+}
+
+void TestYDCurvesWidget::ASplineGoesFromEdgeToEdge_data()
+{
+    QTest::addColumn<Points>("points");
+    QTest::addColumn<QVector<QPointF>>("corners");
+    QTest::newRow("straight") << Straight << QVector<QPointF>{{0, 255}, {255, 0}};
+    QTest::newRow("flat beside its ends")
+        << Points({{30, 10}, {200, 240}}) << QVector<QPointF>{{0, 245}, {30, 245}, {200, 15}, {255, 15}};
+    QTest::newRow("one point") << Points({{40, 50}}) << QVector<QPointF>();
+    QTest::newRow("no point") << Points() << QVector<QPointF>();
+}
+
+void TestYDCurvesWidget::ASplineGoesFromEdgeToEdge()
+{
+    QFETCH(Points, points);
+    QFETCH(QVector<QPointF>, corners);
+    QPainterPath expected;
+    if (!corners.isEmpty())
+        expected.moveTo(corners.first());
+    for (const QPointF& corner : corners) // Qt leaves out a line to where the path is already
+        expected.lineTo(corner);
+    QCOMPARE(YDCurvesWidget::BuildSpline(points), expected);
+    QCOMPARE(YDCurvesWidget::BuildSpline(points).isEmpty(), corners.isEmpty());
 }
 
 void TestYDCurvesWidget::AClickOnTheCurveInsertsAndSelects()
@@ -1030,6 +1058,10 @@ void TestYDCurvesWidget::NeighboursBoundTheEndPoints()
 {
     Fixture f;
     f.widget.SetValue(WithComposite({{0, 0}, {100, 100}, {255, 255}}));
+    QCOMPARE(f.slider->HighestValue(0), 96);
+    f.slider->ChangeValue(0, 97);
+    QCOMPARE(f.Composite()[0].x(), 96);
+    f.slider->ChangeValue(0, 0);
     QVERIFY(!f.widget.MovePoint(0, {97, 0}));
     QVERIFY(f.widget.MovePoint(0, {96, 0}));
     QVERIFY(!f.widget.MovePoint(2, {103, 255}));
@@ -1577,6 +1609,52 @@ void TestYDCurvesWidget::AveragesOfVeryManyPixelsWrapAround()
     const RGBA32iImage image = TestPictures::Grey(4200, 4100, 255);
     QVERIFY(YDCurvesWidget::CalcAvgColor(image, QRect(0, 0, 4200, 4100), YDRGBA32i()) ==
             YDRGBA32i(5, 5, 5, 255));
+}
+
+void TestYDCurvesWidget::APickedColourSetsThePoints_data()
+{
+    QTest::addColumn<QString>("picker");
+    QTest::addColumn<QVector<int>>("color"); // red, green, blue
+    QTest::addColumn<Points>("red");
+    QTest::addColumn<QVector<Points>>("expected");
+    QTest::newRow("black on straight curves")
+        << "m_pBlack" << QVector<int>{40, 50, 60} << Straight
+        << QVector<Points>{{{40, 0}, {255, 255}}, {{50, 0}, {255, 255}}, {{60, 0}, {255, 255}}};
+    QTest::newRow("black on an inverted curve")
+        << "m_pBlack" << QVector<int>{40, 50, 60} << Points({{0, 255}, {255, 0}})
+        << QVector<Points>{{{0, 255}, {40, 0}}, {{50, 0}, {255, 255}}, {{60, 0}, {255, 255}}};
+    QTest::newRow("white on straight curves")
+        << "m_pWhite" << QVector<int>{240, 230, 220} << Straight
+        << QVector<Points>{{{0, 0}, {240, 255}}, {{0, 0}, {230, 255}}, {{0, 0}, {220, 255}}};
+    QTest::newRow("gray on five points") << "m_pGray" << QVector<int>{120, 130, 140}
+                                         << Points({{0, 0}, {50, 9}, {90, 8}, {200, 7}, {255, 255}})
+                                         << QVector<Points>{{{0, 0}, {120, 128}, {255, 255}},
+                                                            {{0, 0}, {130, 128}, {255, 255}},
+                                                            {{0, 0}, {140, 128}, {255, 255}}};
+}
+
+void TestYDCurvesWidget::APickedColourSetsThePoints()
+{
+    QFETCH(QString, picker);
+    QFETCH(QVector<int>, color);
+    QFETCH(Points, red);
+    QFETCH(QVector<Points>, expected);
+    const RGBA32iImage picture(300, 200);
+    for (int y = 0; y < picture.Height(); ++y)
+        std::fill_n(picture.Row(y), picture.Width(),
+                    YDRGBA32i(quint8(color[2]), quint8(color[1]), quint8(color[0]), 255));
+    PickFixture f(picture);
+    Params params = WithComposite({{3, 4}, {100, 90}, {250, 251}});
+    params.channel = 3;
+    params.curves[1] = red;
+    f.widget.SetValue(params);
+    f.Child<QToolButton>(qPrintable(picker))->setChecked(true);
+    QSignalSpy data(&f.widget, &YDAdjustmentWidget::DataChanged);
+    f.DragOnDocument({10, 10}, {20, 20});
+    QTRY_COMPARE_WITH_TIMEOUT(data.count(), 1, PatienceMs);
+    for (int i = 0; i < 3; ++i)
+        params.curves[std::size_t(i) + 1] = expected[i];
+    QVERIFY(YDRecord::Equal(f.widget.GetValue(), params));
 }
 
 void TestYDCurvesWidget::APickOnAPhotographSetsThePoints_data()

@@ -216,6 +216,18 @@ void TestYodiCustomSlider::AnyNumbersAreHarmless()
     QCOMPARE(f.slider.Value(0), Lowest);
     QCOMPARE(f.slider.ValueAt(-1e300), Lowest);
     QCOMPARE(f.slider.ValueAt(1e300), Highest);
+    f.slider.SetControlMax(0, Lowest);
+    QCOMPARE(f.slider.Value(0), Lowest);
+    QCOMPARE(f.slider.HighestValue(0), Lowest);
+    f.slider.SetControlMin(0, Highest);
+    QCOMPARE(f.slider.Value(0), Highest);
+    QCOMPARE(f.slider.LowestValue(0), Highest);
+    f.slider.SetRange(0, 255); // of a scale that has neither
+    QCOMPARE(f.slider.Value(0), 255);
+    f.slider.SetControlMin(0, Lowest);
+    f.slider.ChangeValue(0, 0);
+    QCOMPARE(f.slider.Value(0), 0);
+    QCOMPARE(f.slider.HighestValue(0), 0);
     f.slider.resize(1, 1); // narrower than its margins
     f.slider.grab();
     f.Drag(0, 1);
