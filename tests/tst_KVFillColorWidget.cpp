@@ -1,9 +1,9 @@
 #include "Announcements.h"
 #include "ColorDialogDriver.h"
 #include "KVFillColorWidget.h"
+#include "SourceOver.h"
 #include "TestColors.h"
 #include "TestPictures.h"
-#include "image/YDBlend.h"
 #include "widgets/KVSlider.h"
 #include "widgets/KVSpinBox.h"
 
@@ -54,7 +54,7 @@ RGBA32iImage Filled(const RGBA32iImage& source, const YDRGBA32i& fill, const QRe
     const RGBA32iImage image = source.DeepCopy();
     for (int y = where.top(); y <= where.bottom(); ++y)
         for (int x = where.left(); x <= where.right(); ++x)
-            YDBlend::YDSourceOver<0>()(fill, image.Row(y)[x]);
+            image.Row(y)[x] = LaidOver(fill, image.Row(y)[x]);
     return image;
 }
 

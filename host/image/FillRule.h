@@ -4,8 +4,9 @@
 
 /// The constant and the pixel form of KVFillTransformation: one colour laid over every pixel.
 ///
-/// The same as YDBlend::YDSourceOver<0> at full opacity with a source that does not change, reckoned with
-/// smaller numbers: none exceeds 24 bits. All four channels are rounded to nearest, halves up.
+/// Porter and Duff's "source over destination", for colours that are not multiplied by their alpha (T.
+/// Porter, T. Duff, "Compositing Digital Images", SIGGRAPH 1984). No number exceeds 24 bits. All four
+/// channels are rounded to nearest, halves up.
 struct FillRule
 {
     static constexpr const char* Kernel = "FillRow";
