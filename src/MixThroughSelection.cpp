@@ -13,22 +13,12 @@ namespace {
 constexpr int PiecePixels = 1024;
 using Piece = std::array<YDRGBA32i, PiecePixels>;
 
-void CopyOpaque(const YDRGBA32i* from, Piece& to, int count)
-{
-    std::transform(from, from + count, to.begin(),
-                   [](const YDRGBA32i& pixel) { return YDRGBA32i(pixel.b, pixel.g, pixel.r, 255); });
-}
-
 void MixPiece(const YDBlend::YDSourceOver<0>& over, const YDRGBA32i* adjusted, YDRGBA32i* picture,
               const YDRGBA32i* mask, int count)
 {
-    Piece source;
     Piece mixed;
-    CopyOpaque(adjusted, source, count);
-    CopyOpaque(picture, mixed, count);
-    over.ProcessRow(source.data(), mixed.data(), count);
-    for (int x = 0; x < count; ++x)
-        mixed[static_cast<std::size_t>(x)].a = picture[x].a;
+    std::copy_n(picture, count, mixed.begin());
+    over.ProcessRow(adjusted, mixed.data(), count);
     YDBlend::YDSourceBySelection::ProcessRow(mixed.data(), picture, mask, count);
 }
 

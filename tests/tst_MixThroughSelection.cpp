@@ -34,7 +34,7 @@ struct Axis
     }
 };
 
-/// `above` laid over `below` as if both were opaque, with the alpha of `below`.
+/// The colour of `above` laid over that of `below`, with the alpha of `below`.
 YDRGBA32i MixedOver(const YDRGBA32i& above, const YDRGBA32i& below)
 {
     const auto mix = [](int over, int under) {
@@ -61,7 +61,7 @@ RGBA32iImage Expected(const YDAdjustmentJob& job, const RGBA32iImage& adjusted)
     return result;
 }
 
-/// A job for a picture at random, and the same with other colours and the same alpha.
+/// A job for a picture at random, and another picture.
 struct Fixture
 {
     YDAdjustmentJob job;
@@ -73,9 +73,6 @@ struct Fixture
         job.selection = TestPictures::Random(mask.width(), mask.height(), 3);
         job.selectionBoundingRect = bounds;
         job.selectionOffset = offset;
-        for (int y = 0; y < adjusted.Height(); ++y)
-            for (int x = 0; x < adjusted.Width(); ++x)
-                adjusted.Row(y)[x].a = job.image.Row(y)[x].a;
     }
 };
 

@@ -38,12 +38,11 @@ private:
 template <int Mode>
 struct YDSourceOver;
 
-/// Normal mixing: Porter and Duff's "source over destination", for colours that are not multiplied by their
-/// alpha (T. Porter, T. Duff, "Compositing Digital Images", SIGGRAPH 1984). The source counts by its alpha
-/// times `opacity`.
+/// Normal mixing: the colour of the source over that of the destination, as far as `opacity` says. The
+/// destination keeps its alpha, and the source's takes no part.
 ///
-/// All four channels are rounded to nearest, halves up. With opacity 256 an opaque source is the result, and
-/// with 0 the destination.
+/// `(source * opacity + destination * (256 - opacity)) / 256`, rounded to nearest, halves up: opacity 256
+/// gives the source's colour, 0 the destination's.
 template <>
 struct YDSourceOver<0>
 {
@@ -54,20 +53,13 @@ struct YDSourceOver<0>
     /// Lays `source` over `destination`.
     void operator()(const YDRGBA32i& source, YDRGBA32i& destination) const
     {
-        constexpr quint32 Whole = 255 * Full;
-        const quint32 over = source.a * quint32(opacity);
-        const quint32 overShare = over * 255;
-        const quint32 underShare = destination.a * (Whole - over);
-        const quint32 alpha = overShare + underShare; // 255 * Whole at most
-        if (alpha == 0)
-            return;
-        const auto mix = [=](quint64 above, quint64 below) {
-            return static_cast<quint8>((above * overShare + below * underShare + alpha / 2) / alpha);
+        const auto over = quint32(opacity);
+        const auto mix = [over](quint32 above, quint32 below) {
+            return static_cast<quint8>((above * over + below * (Full - over) + Full / 2) / Full);
         };
         destination.b = mix(source.b, destination.b);
         destination.g = mix(source.g, destination.g);
         destination.r = mix(source.r, destination.r);
-        destination.a = static_cast<quint8>((alpha + Whole / 2) / Whole);
     }
 
     /// The same for `count` pixels of two rows, with the vector instructions at hand. The rows must not

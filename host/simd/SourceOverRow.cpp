@@ -25,7 +25,7 @@ size_t LayVectorsOver(const SourceOver&, const YDRGBA32i*, YDRGBA32i*, size_t) {
 
 #else
 
-/// (over * opacity + under * (256 - opacity) + 128) / 256: the rule where all is opaque. All below 65536.
+/// (over * opacity + under * (256 - opacity) + 128) / 256. All below 65536.
 HWY_INLINE Words Mix(Words over, Words under, Words opacity, Words rest)
 {
     const Words half = hn::Set(WordTag(), uint16_t(SourceOver::Full / 2));
@@ -35,7 +35,6 @@ HWY_INLINE Words Mix(Words over, Words under, Words opacity, Words rest)
 size_t LayVectorsOver(const SourceOver& rule, const YDRGBA32i* source, YDRGBA32i* destination, size_t count)
 {
     const PixelTag d;
-    const Pixels opaque = hn::Set(d, 0xff000000u);
     const Words opacity = hn::Set(WordTag(), uint16_t(rule.opacity));
     const Words rest = hn::Set(WordTag(), uint16_t(SourceOver::Full - rule.opacity));
     const size_t lanes = hn::Lanes(d);
@@ -46,12 +45,9 @@ size_t LayVectorsOver(const SourceOver& rule, const YDRGBA32i* source, YDRGBA32i
         auto* const out = reinterpret_cast<uint32_t*>(destination + x);
         const Pixels over = hn::LoadU(d, reinterpret_cast<const uint32_t*>(source + x));
         const Pixels under = hn::LoadU(d, out);
-        if (hn::AllTrue(d, hn::Eq(hn::And(hn::And(over, under), opaque), opaque)))
-            hn::StoreU(MergeWords(Mix(BlueRed(over), BlueRed(under), opacity, rest),
-                                  Mix(GreenAlpha(over), GreenAlpha(under), opacity, rest)),
-                       d, out);
-        else
-            LayOver(rule, source + x, destination + x, lanes);
+        const Pixels mixed = MergeWords(Mix(BlueRed(over), BlueRed(under), opacity, rest),
+                                        Mix(GreenAlpha(over), GreenAlpha(under), opacity, rest));
+        hn::StoreU(WithAlphaOf(under, mixed), d, out);
     }
     return x;
 }

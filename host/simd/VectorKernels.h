@@ -82,7 +82,6 @@ Q_DECL_EXPORT void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* desti
                                        int count);
 
 /// YDBlend::YDSourceOver<0> with `opacity`, 0..256, over `count` pixels of two rows, which must not overlap.
-/// Made for opaque pixels; others are no faster than one by one.
 Q_DECL_EXPORT void SourceOverRow(const YDRGBA32i* source, YDRGBA32i* destination, int count, int opacity);
 
 /// OverlayRule over `count` pixels of two rows, which must not overlap.
