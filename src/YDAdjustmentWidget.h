@@ -194,6 +194,9 @@ protected:
         return processing.Run(job);
     }
 
+    /// Has the job's widget announce the progress of `processing`. RunTransformation() does so by itself.
+    static void ForwardProgress(const YDAdjustmentProcessing& processing, const YDAdjustmentJob& job);
+
     /// Colours the groove of a horizontal slider.
     static void SetGrooveGradient(QSlider* slider, const QLinearGradient& gradient);
 
@@ -220,8 +223,6 @@ private:
     int ExecWaitDialog();
     void AwaitEndOfJob();
     bool IsWaiting() const { return m_waitTimerId != -1 || m_waitDialogShown; }
-
-    static void ForwardProgress(const YDAdjustmentProcessing& processing, const YDAdjustmentJob& job);
 
     RGBA32iImage m_source;
     quint64 m_pictureNumber = 0;

@@ -12,6 +12,7 @@
 #include "ui_WBWidget.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <optional>
 
@@ -93,9 +94,10 @@ ChannelHistograms Mapped(const ChannelHistograms& counts, const ChannelTablesTra
     return mapped;
 }
 
-std::optional<ChannelHistograms> CountsOf(const YDAdjustmentJob& job)
+std::optional<ChannelHistograms> CountsOf(const YDAdjustmentJob& job, const std::function<void()>& onRow = {})
 {
-    return ChannelHistograms::Of(job.image, QRect(0, 0, job.image.Width(), job.image.Height()), job.abort);
+    return ChannelHistograms::Of(job.image, QRect(0, 0, job.image.Width(), job.image.Height()), job.abort,
+                                 onRow);
 }
 
 /// Of YDBlend::YDSourceOver, for the strength of the advanced correction.
@@ -293,10 +295,14 @@ bool YDWBWidget::Enhance(const WBData& data)
 }
 
 /// Every step maps each channel by itself, so they are done to one pixel of each level, and to the picture at
-/// once.
+/// once. The progress is that of two passes all the same: the pixels are counted, and then mapped.
 bool YDWBWidget::EnhanceWhole(const WBData& data, const KVIterativeWBTransformation& balance)
 {
-    const std::optional<ChannelHistograms> counts = CountsOf(data);
+    YDAdjustmentProcessing counting;
+    ForwardProgress(counting, data);
+    counting.SetRange(static_cast<unsigned>(data.image.Height()));
+    const std::optional<ChannelHistograms> counts =
+        CountsOf(data, [&counting] { counting.IncrementProgress(); });
     if (!counts)
         return false;
     auto enhanced = ChannelTablesTransformation::IdentityRamp();

@@ -183,7 +183,7 @@ YDIterativeLevelsTransformation AutomaticLevels(const RGBA32iImage& picture)
     return YDIterativeLevelsTransformation(input, output, gamma, 100);
 }
 
-/// `above` laid over `below` as if both were opaque, with the alpha of `below`.
+/// The colour of `above` laid over that of `below`, with the alpha of `below`.
 YDRGBA32i MixedOver(const YDRGBA32i& above, const YDRGBA32i& below, int opacity)
 {
     const auto mix = [opacity](int over, int under) {
@@ -279,6 +279,8 @@ private slots:
     void TheTemperatureHasTwoScales();
     void TheTemperatureFollowsTheBalance_data();
     void TheTemperatureFollowsTheBalance();
+    void EveryPassTellsItsProgress_data();
+    void EveryPassTellsItsProgress();
     void ThePreviewEqualsTheConversion();
 };
 
@@ -858,6 +860,51 @@ void TestYDWBWidget::TheTemperatureFollowsTheBalance()
     const RGBA32iImage expected = Selected(filter, balanced, selected);
     QVERIFY(TestPictures::AreEqual(ConvertedWithin(f.widget, source, selected), expected));
     QVERIFY(!TestPictures::AreEqual(expected, balanced));
+}
+
+void TestYDWBWidget::EveryPassTellsItsProgress_data()
+{
+    QTest::addColumn<bool>("isEnhanced");
+    QTest::addColumn<bool>("isSelected");
+    QTest::addColumn<bool>("isFiltered");
+    QTest::addColumn<QList<int>>("passes");
+    QTest::newRow("the whole") << false << false << false << QList<int>{50};
+    QTest::newRow("the whole, filtered") << false << false << true << QList<int>{50, 50};
+    QTest::newRow("the whole, enhanced") << true << false << false << QList<int>{50, 50};
+    QTest::newRow("the whole, enhanced, filtered") << true << false << true << QList<int>{50, 50, 50};
+    // Forty rows to adjust, and as many to blend.
+    QTest::newRow("a selection, enhanced") << true << true << false << QList<int>{80, 80};
+    QTest::newRow("a selection, enhanced, filtered") << true << true << true << QList<int>{80, 80, 80};
+}
+
+void TestYDWBWidget::EveryPassTellsItsProgress()
+{
+    QFETCH(bool, isEnhanced);
+    QFETCH(bool, isSelected);
+    QFETCH(bool, isFiltered);
+    QFETCH(QList<int>, passes);
+    const RGBA32iImage source = TestPictures::Random(300, 50, 6);
+    const Selection selection = SelectionOf(source, QPoint(20, 5), QRect(0, 0, 80, 40));
+    Params params = Enhanced(60);
+    params.enhanced = isEnhanced;
+    params.useTemperature = isFiltered;
+    Fixture f;
+    f.widget.SetValue(params);
+    QList<int> begun;
+    QList<int> reached;
+    connect(&f.widget, &YDAdjustmentWidget::ProgressRangeChanged, this, [&](int minimum, int maximum) {
+        QCOMPARE(minimum, 0);
+        begun.append(maximum);
+        reached.append(0);
+    });
+    connect(&f.widget, &YDAdjustmentWidget::ProgressValueChanged, this, [&](int value) {
+        QVERIFY(!reached.isEmpty() && value > reached.last());
+        reached.last() = value;
+    });
+    ConvertedWithin(f.widget, source, isSelected ? &selection : nullptr);
+    QCoreApplication::processEvents();
+    QCOMPARE(begun, passes);
+    QCOMPARE(reached, passes);
 }
 
 void TestYDWBWidget::ThePreviewEqualsTheConversion()

@@ -120,7 +120,8 @@ private:
     std::array<Tables, Ways> m_tables{};
 };
 
-std::optional<ChannelHistograms> Count(const PixelRows& rows, const std::atomic<bool>* abort)
+std::optional<ChannelHistograms> Count(const PixelRows& rows, const std::atomic<bool>* abort,
+                                       const std::function<void()>& onRow = {})
 {
     ChannelHistograms sums;
     std::mutex sumsLock;
@@ -128,8 +129,11 @@ std::optional<ChannelHistograms> Count(const PixelRows& rows, const std::atomic<
     const bool isWhole = ForEachRowBand(0, rows.height, rowsPerBand, abort, [&](int first, int last) {
         BandCounts counts;
         const YDRGBA32i* const end = rows.pixels + (last - 1) * rows.stride + rows.width;
-        for (int y = first; y < last; ++y)
+        for (int y = first; y < last; ++y) {
             counts.AddRow(rows.pixels + y * rows.stride, rows.width, end);
+            if (onRow)
+                onRow();
+        }
         const std::lock_guard<std::mutex> lock(sumsLock);
         counts.AddTo(sums);
     });
@@ -162,13 +166,14 @@ QImage WithPlainPixels(const QImage& image)
 } // namespace
 
 std::optional<ChannelHistograms> ChannelHistograms::Of(const RGBA32iImage& picture, const QRect& area,
-                                                       const std::atomic<bool>* abort)
+                                                       const std::atomic<bool>* abort,
+                                                       const std::function<void()>& onRow)
 {
     const QRect part = area & QRect(0, 0, picture.Width(), picture.Height());
     if (part.isEmpty())
         return ChannelHistograms();
     return Count({picture.Row(part.top()) + part.left(), picture.RowLength(), part.width(), part.height()},
-                 abort);
+                 abort, onRow);
 }
 
 std::optional<ChannelHistograms> ChannelHistograms::Of(const QImage& image, const std::atomic<bool>* abort)

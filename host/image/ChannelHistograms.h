@@ -6,6 +6,7 @@
 
 #include <array>
 #include <atomic>
+#include <functional>
 #include <optional>
 
 class QImage;
@@ -23,9 +24,11 @@ struct ChannelHistograms
     qint64 pixels = 0; ///< the sum of each table
 
     /// Counts the part of `area` that lies inside `picture`, on all cores. Nothing once `abort`, which may be
-    /// null, is set. May be called from a task of the global thread pool.
+    /// null, is set. `onRow`, if any, is called on any thread once a row is counted. May be called from a
+    /// task of the global thread pool.
     static std::optional<ChannelHistograms> Of(const RGBA32iImage& picture, const QRect& area,
-                                               const std::atomic<bool>* abort = nullptr);
+                                               const std::atomic<bool>* abort = nullptr,
+                                               const std::function<void()>& onRow = {});
 
     /// The same for the whole of an image of any format. One that does not hold its pixels as a picture does
     /// is converted first; nothing where the memory for that is not to be had.
