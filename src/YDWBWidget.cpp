@@ -271,7 +271,7 @@ RGBA32iImage YDWBWidget::Process(const WBData& data)
     const Params& params = data.params;
     if (params.mode == KVWBTransformation::Auto && params.enhanced) {
         if (!Enhance(data))
-            return {};
+            return data.image;
     } else {
         RunTransformation(data, KVIterativeWBTransformation(data.image,
                                                             KVWBTransformation::BalanceFunction(params.mode),

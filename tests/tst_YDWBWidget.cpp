@@ -230,6 +230,14 @@ struct Fixture
     KVSpinBox* const density = Child<KVSpinBox>(widget, "m_pTempStrength");
 };
 
+/// A panel whose job can be told to stop.
+class AbortableWidget : public YDWBWidget
+{
+public:
+    AbortableWidget() : YDWBWidget(false, nullptr, Qt::WindowFlags()) {}
+    void Abort() { DataChangedFlag() = true; }
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(Params)
@@ -281,6 +289,8 @@ private slots:
     void TheTemperatureFollowsTheBalance();
     void EveryPassTellsItsProgress_data();
     void EveryPassTellsItsProgress();
+    void AnAbortedCorrectionYieldsItsPicture_data();
+    void AnAbortedCorrectionYieldsItsPicture();
     void ThePreviewEqualsTheConversion();
 };
 
@@ -905,6 +915,29 @@ void TestYDWBWidget::EveryPassTellsItsProgress()
     QCoreApplication::processEvents();
     QCOMPARE(begun, passes);
     QCOMPARE(reached, passes);
+}
+
+void TestYDWBWidget::AnAbortedCorrectionYieldsItsPicture_data()
+{
+    QTest::addColumn<bool>("isSelected");
+    QTest::newRow("the whole") << false;
+    QTest::newRow("a selection") << true;
+}
+
+void TestYDWBWidget::AnAbortedCorrectionYieldsItsPicture()
+{
+    QFETCH(bool, isSelected);
+    const RGBA32iImage source(2500, 2000);
+    const RGBA32iImage mask = isSelected ? Mask(2500, 2000) : RGBA32iImage();
+    AbortableWidget widget;
+    widget.SetValue(Enhanced(60));
+    widget.SetImage(source, mask, QPoint(), QRect(0, 0, mask.Width(), mask.Height()));
+    connect(&widget, &YDAdjustmentWidget::ProgressRangeChanged, this, [&widget] { widget.Abort(); });
+    YDAdjustmentWidget::JobWatcher watcher;
+    widget.StartJobWatching(&watcher);
+    QTRY_VERIFY_WITH_TIMEOUT(watcher.isFinished(), PatienceMs);
+    QCOMPARE(watcher.result().Width(), source.Width());
+    QCOMPARE(watcher.result().Height(), source.Height());
 }
 
 void TestYDWBWidget::ThePreviewEqualsTheConversion()
