@@ -16,6 +16,7 @@ private slots:
     void AWatcherHearsOfTheResultAndTheEnd();
     void ACancelledTaskThatHasNotBegunDoesNotRun();
     void ManyTasksRunAndAreWaitedFor();
+    void ATaskThatThePoolCanBeginIsNotRunByTheWait();
     void ATaskThatThePoolCannotBeginIsRunByTheWait();
 };
 
@@ -72,6 +73,18 @@ void TestPoolTasks::ManyTasksRunAndAreWaitedFor()
     QCOMPARE(meanwhile.load(), 1);
     RunPoolTasks(0, [&workers] { ++workers; });
     QCOMPARE(workers.load(), 100);
+}
+
+void TestPoolTasks::ATaskThatThePoolCanBeginIsNotRunByTheWait()
+{
+    constexpr int Runs = 2000;
+    QThreadPool::globalInstance()->waitForDone();
+    for (int run = 0; run < Runs; ++run) {
+        QThread* ran = nullptr;
+        RunPoolTasks(1, [&ran] { ran = QThread::currentThread(); });
+        QVERIFY(ran);
+        QVERIFY2(ran != QThread::currentThread(), qPrintable(QString::number(run)));
+    }
 }
 
 void TestPoolTasks::ATaskThatThePoolCannotBeginIsRunByTheWait()

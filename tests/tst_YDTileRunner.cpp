@@ -189,6 +189,7 @@ private slots:
     void AbortStopsAtTheNextRow();
     void PixelsGoToAllButOneOfTheCores_data();
     void PixelsGoToAllButOneOfTheCores();
+    void OnTwoCoresPixelsGoToOneTaskOfThePool();
     void BlendingLeavesTheCallersThreadOnlyOnManyCores_data();
     void BlendingLeavesTheCallersThreadOnlyOnManyCores();
     void WorkBoundByMemoryLeavesACoreFree_data() { Machines(); }
@@ -419,6 +420,26 @@ void TestYDTileRunner::PixelsGoToAllButOneOfTheCores()
     QVERIFY(threads.size() <= cores - 1);
     // With one core there is no worker, and the pixels stay as they are.
     QCOMPARE(TestPictures::AreEqual(job.image, before), cores == 1);
+}
+
+/// Many times: a pool thread that waits for work is slower to begin than the caller to come back.
+void TestYDTileRunner::OnTwoCoresPixelsGoToOneTaskOfThePool()
+{
+    constexpr int Runs = 500;
+    const Machine machine(2);
+    std::mutex mutex;
+    YDAdjustmentJob job;
+    job.image = RGBA32iImage(128, 5);
+    for (int run = 0; run < Runs; ++run) {
+        QSet<QThread*> threads;
+        NotesItsThread transformation;
+        transformation.mutex = &mutex;
+        transformation.threads = &threads;
+        YDAdjustmentProcessingTemplate<NotesItsThread> processing(nullptr, transformation);
+        processing.Run(job);
+        QCOMPARE(threads.size(), 1);
+        QVERIFY2(!threads.contains(QThread::currentThread()), qPrintable(QString::number(run)));
+    }
 }
 
 void TestYDTileRunner::BlendingLeavesTheCallersThreadOnlyOnManyCores_data() { Machines(); }
