@@ -1,7 +1,6 @@
 #include "YDRecord.h"
 
 #include <QByteArray>
-#include <QColor>
 #include <QDebug>
 #include <QFont>
 #include <QIODevice>
@@ -12,7 +11,6 @@
 
 namespace {
 
-constexpr int ColorComponents = 5;                        ///< of a colour in a stream, the padding among them
 constexpr quint32 BytesOfPoint = 8;                       ///< in a stream: two qint32
 constexpr quint32 BytesOfText = 4;                        ///< in a stream: at least its length
 constexpr int LastWithoutFamilies = QDataStream::Qt_5_12; ///< of the stream versions
@@ -83,30 +81,6 @@ YDRecord::FoundTag YDRecord::ReadTag(QDataStream& stream, std::string_view curre
 void YDRecord::ReadField(QDataStream& stream, QVector<QPoint>& points)
 {
     ReadList(stream, points, BytesOfPoint);
-}
-
-void YDRecord::ReadField(QDataStream& stream, QColor& color)
-{
-    if (stream.version() < QDataStream::Qt_4_0) { // a plain QRgb
-        stream >> color;
-        return;
-    }
-    QByteArray stored;
-    QDataStream copy(&stored, QIODevice::ReadWrite);
-    qint8 model = QColor::Invalid;
-    stream >> model;
-    copy << model;
-    for (int i = 0; i < ColorComponents; ++i) {
-        quint16 component = 0;
-        stream >> component;
-        copy << component;
-    }
-    if (model < QColor::Invalid || model > QColor::ExtendedRgb) {
-        color = Qt::black;
-        return;
-    }
-    copy.device()->reset();
-    copy >> color;
 }
 
 /// The families, which come last, are what the versions since differ in.

@@ -12,7 +12,6 @@
 #include <type_traits>
 #include <utility>
 
-class QColor;
 class QFont;
 
 /// What every adjustment's parameter record does the same way.
@@ -30,7 +29,8 @@ class QFont;
 /// line and JSON in the programs.
 ///
 /// In a stream a record is its tag as raw Latin-1 bytes, without length or terminator, and its fields as
-/// QDataStream writes them. The version is part of the tag. Nothing is range-checked when it is read.
+/// QDataStream writes them. The version is part of the tag. Nothing is range-checked when it is read: whoever
+/// uses a field is ready for every value. A colour may even be of a model that there is not (ColorToRgba()).
 namespace YDRecord {
 
 /// The values that a field's control offers, both ends included.
@@ -86,10 +86,6 @@ void ReadField(QDataStream& stream, Field& field)
 /// anything is allocated; on a sequential device, whose end nobody knows, the list grows as its points come.
 /// After a failure the list holds what came.
 ADJUSTMENTGUI_EXPORT void ReadField(QDataStream& stream, QVector<QPoint>& points);
-
-/// A colour in the form of QDataStream's own operator, which takes a model that there is not as well, in a
-/// colour that nobody may copy. Such a one is read as black here, as Qt would draw it.
-ADJUSTMENTGUI_EXPORT void ReadField(QDataStream& stream, QColor& color);
 
 /// A font in the form of QDataStream's own operator, but for its list of families: a count that the device
 /// cannot hold fails with ReadPastEnd before anything is allocated, as in a list of points. Its numbers are

@@ -27,14 +27,23 @@ inline QByteArray Stored(const QColor& color)
     return bytes;
 }
 
-/// A colour of half-precision floats, by their bits.
-inline QColor OfHalves(quint16 alpha, quint16 red, quint16 green, quint16 blue)
+/// The colour that Stored() gives these bytes of.
+inline QColor Read(int model, std::initializer_list<quint16> components)
 {
     QColor color;
-    QDataStream stream(Stored(QColor::ExtendedRgb, {alpha, red, green, blue, 0}));
+    QDataStream stream(Stored(model, components));
     stream >> color;
     return color;
 }
+
+/// A colour of half-precision floats, by their bits.
+inline QColor OfHalves(quint16 alpha, quint16 red, quint16 green, quint16 blue)
+{
+    return Read(QColor::ExtendedRgb, {alpha, red, green, blue, 0});
+}
+
+/// Says that it is valid, and is of no model that there is. Half transparent.
+inline QColor OfNoModel() { return Read(77, {0x8000, 9, 9, 9, 9}); }
 
 constexpr quint16 HalfOfOne = 0x3c00;
 constexpr quint16 HalfOfInfinity = 0x7c00;

@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+#include <array>
+
 class TestColorToRgba : public QObject
 {
     Q_OBJECT
@@ -14,6 +16,8 @@ private slots:
     void FloatsOutOfRangeAreTheNearestBound_data();
     void FloatsOutOfRangeAreTheNearestBound();
     void EveryStoredFloatGivesAColour();
+    void AModelThatThereIsNotIsBlack();
+    void EveryModelGivesAColour();
 };
 
 void TestColorToRgba::OrdinaryColoursAreAsQtHasThem_data()
@@ -76,6 +80,27 @@ void TestColorToRgba::EveryStoredFloatGivesAColour()
         else if (half >= TestColors::HalfOfOne)
             QCOMPARE(rgba, 0xffffffffu);
     }
+}
+
+void TestColorToRgba::AModelThatThereIsNotIsBlack()
+{
+    for (int model = -128; model <= 127; ++model)
+        if (model < QColor::Invalid || model > QColor::ExtendedRgb)
+            QCOMPARE(ColorToRgba(TestColors::Read(model, {0x8000, 0xffff, 1, 0x7e00, 0xffff})), 0x80000000u);
+}
+
+void TestColorToRgba::EveryModelGivesAColour()
+{
+    constexpr std::array<quint16, 6> Components{0, 1, 0x7e00, 0x8000, 36000, 0xffff};
+    for (int model = QColor::Invalid; model <= QColor::ExtendedRgb; ++model)
+        for (const quint16 first : Components)
+            for (const quint16 second : Components)
+                for (const quint16 third : Components)
+                    for (const quint16 last : Components) {
+                        const QColor color = TestColors::Read(model, {0xffff, first, second, third, last});
+                        const QRgb rgba = ColorToRgba(color);
+                        QVERIFY(qAlpha(rgba) == 255 || model == QColor::ExtendedRgb);
+                    }
 }
 
 QTEST_APPLESS_MAIN(TestColorToRgba)

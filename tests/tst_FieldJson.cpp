@@ -191,6 +191,7 @@ void TestFieldJson::AColourOfAnyComponentsIsWritten()
 {
     QCOMPARE(FieldJson::ToJson(TestColors::NoNumbers()), QJsonValue(QStringLiteral("#00000000")));
     QCOMPARE(FieldJson::ToJson(TestColors::FarOut()), QJsonValue(QStringLiteral("#ff00ff")));
+    QCOMPARE(FieldJson::ToJson(TestColors::OfNoModel()), QJsonValue(QStringLiteral("#80000000")));
 }
 
 void TestFieldJson::SinglePrecisionIsWrittenWithItsFewestDigits_data()

@@ -66,6 +66,7 @@ void TestKVColorDialog::HoldsTheColourAsItWasGiven_data()
     QTest::newRow("none") << QColor();
     QTest::newRow("no numbers") << TestColors::NoNumbers();
     QTest::newRow("far out") << TestColors::FarOut();
+    QTest::newRow("no model there is") << TestColors::OfNoModel();
 }
 
 void TestKVColorDialog::HoldsTheColourAsItWasGiven()

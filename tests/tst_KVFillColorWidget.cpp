@@ -270,14 +270,16 @@ void TestKVFillColorWidget::AnAcceptedColourThatIsNotShownAnyMoreIsTaken()
 
 void TestKVFillColorWidget::AHostileColourIsNoChangeOfItself()
 {
-    Fixture f;
-    f.widget.SetValue(Record(TestColors::NoNumbers(), 25));
-    Announcements announcements(f.widget);
-    for (const bool isAccepted : {false, true}) {
-        InTheDialog([&](KVColorDialog& dialog) { Close(dialog, isAccepted); });
-        f.button->click();
-        QCOMPARE(announcements.Take(), 0);
-        QCOMPARE(TestColors::Stored(f.widget.GetValue().color), TestColors::Stored(TestColors::NoNumbers()));
+    for (const QColor& hostile : {TestColors::NoNumbers(), TestColors::OfNoModel()}) {
+        Fixture f;
+        f.widget.SetValue(Record(hostile, 25));
+        Announcements announcements(f.widget);
+        for (const bool isAccepted : {false, true}) {
+            InTheDialog([&](KVColorDialog& dialog) { Close(dialog, isAccepted); });
+            f.button->click();
+            QCOMPARE(announcements.Take(), 0);
+            QCOMPARE(TestColors::Stored(f.widget.GetValue().color), TestColors::Stored(hostile));
+        }
     }
 }
 
@@ -450,7 +452,7 @@ void TestKVFillColorWidget::RecordsFromOutsideAreKeptAndAppliedWithoutHarm()
     QVERIFY(params.Read(stream));
     Fixture f;
     f.widget.SetValue(params);
-    QCOMPARE(Written(f.widget.GetValue()), Written(params));
+    QCOMPARE(Written(f.widget.GetValue()), bytes);
     QCOMPARE(f.widget.GetValue().opacity, opacity);
     QCOMPARE(f.opacity->value(), qBound(0, opacity, 100));
     QCOMPARE(f.slider->value(), f.opacity->value());

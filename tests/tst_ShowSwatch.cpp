@@ -38,6 +38,7 @@ void TestShowSwatch::FillsTheIconWithTheColour_data()
     QTest::newRow("none") << QColor() << 0xff000000u;
     QTest::newRow("no numbers") << TestColors::NoNumbers() << 0x00000000u;
     QTest::newRow("far out") << TestColors::FarOut() << 0xffff00ffu;
+    QTest::newRow("no model there is") << TestColors::OfNoModel() << 0x80000000u;
 }
 
 void TestShowSwatch::FillsTheIconWithTheColour()

@@ -202,14 +202,16 @@ void TestYDColorizeWidget::AnAcceptedColourThatIsNotShownAnyMoreIsTaken()
 
 void TestYDColorizeWidget::AHostileColourIsNoChangeOfItself()
 {
-    Fixture f;
-    f.widget.SetValue(Record(TestColors::NoNumbers(), 25));
-    Announcements announcements(f.widget);
-    for (const bool isAccepted : {false, true}) {
-        InTheDialog([&](KVColorDialog& dialog) { Close(dialog, isAccepted); });
-        f.button->click();
-        QCOMPARE(announcements.Take(), 0);
-        QCOMPARE(TestColors::Stored(f.widget.GetValue().color), TestColors::Stored(TestColors::NoNumbers()));
+    for (const QColor& hostile : {TestColors::NoNumbers(), TestColors::OfNoModel()}) {
+        Fixture f;
+        f.widget.SetValue(Record(hostile, 25));
+        Announcements announcements(f.widget);
+        for (const bool isAccepted : {false, true}) {
+            InTheDialog([&](KVColorDialog& dialog) { Close(dialog, isAccepted); });
+            f.button->click();
+            QCOMPARE(announcements.Take(), 0);
+            QCOMPARE(TestColors::Stored(f.widget.GetValue().color), TestColors::Stored(hostile));
+        }
     }
 }
 
@@ -310,7 +312,7 @@ void TestYDColorizeWidget::RecordsFromOutsideAreKeptAndAppliedWithoutHarm_data()
     QTest::newRow("no colour") << TestColors::Stored(QColor()) << 100 << 0xff000000u;
     QTest::newRow("no numbers") << TestColors::Stored(TestColors::NoNumbers()) << 100 << 0x00000000u;
     QTest::newRow("far out") << TestColors::Stored(TestColors::FarOut()) << 100 << 0xffff00ffu;
-    QTest::newRow("no model there is") << TestColors::Stored(77, {9, 9, 9, 9, 9}) << 100 << 0xff000000u;
+    QTest::newRow("no model there is") << TestColors::Stored(77, {9, 9, 9, 9, 9}) << 100 << 0x00000000u;
 }
 
 void TestYDColorizeWidget::RecordsFromOutsideAreKeptAndAppliedWithoutHarm()
@@ -325,7 +327,7 @@ void TestYDColorizeWidget::RecordsFromOutsideAreKeptAndAppliedWithoutHarm()
     QVERIFY(params.Read(stream));
     Fixture f;
     f.widget.SetValue(params);
-    QCOMPARE(Written(f.widget.GetValue()), Written(params));
+    QCOMPARE(Written(f.widget.GetValue()), bytes);
     QCOMPARE(f.widget.GetValue().amount, amount);
     QCOMPARE(f.amount->value(), qBound(0, amount, 100));
     QCOMPARE(f.slider->value(), f.amount->value());

@@ -96,7 +96,7 @@ private slots:
     void ListsNest();
     void ColoursAreAsQtStoresThem_data();
     void ColoursAreAsQtStoresThem();
-    void AColourModelThatThereIsNotIsBlack();
+    void AColourOfAnyModelIsKept();
     void ACutColourFails();
     void ColoursOfAnOldStreamAreRead();
     void FontsAreAsQtStoresThem_data();
@@ -432,6 +432,7 @@ void TestYDRecord::ColoursAreAsQtStoresThem_data()
     QTest::newRow("none") << QColor();
     QTest::newRow("beyond a screen's") << QColor::fromRgbF(2.0, -1.0, 0.5);
     QTest::newRow("no numbers") << TestColors::NoNumbers();
+    QTest::newRow("no model there is") << TestColors::OfNoModel();
 }
 
 void TestYDRecord::ColoursAreAsQtStoresThem()
@@ -453,17 +454,20 @@ void TestYDRecord::ColoursAreAsQtStoresThem()
     QVERIFY(in.atEnd());
 }
 
-void TestYDRecord::AColourModelThatThereIsNotIsBlack()
+void TestYDRecord::AColourOfAnyModelIsKept()
 {
     for (int model = -128; model <= 127; ++model) {
-        const bool isKnown = model >= QColor::Invalid && model <= QColor::ExtendedRgb;
-        QDataStream stream(TestColors::Stored(model, {1, 2, 3, 4, 5}));
+        const QByteArray stored = TestColors::Stored(model, {1, 2, 3, 4, 5});
+        QDataStream stream(stored);
         QColor color(9, 9, 9);
         YDRecord::ReadField(stream, color);
         QCOMPARE(stream.status(), QDataStream::Ok);
         QVERIFY(stream.atEnd());
-        QCOMPARE(TestColors::Stored(color), isKnown ? TestColors::Stored(model, {1, 2, 3, 4, 5})
-                                                    : TestColors::Stored(QColor(Qt::black)));
+        const QColor copy = color;
+        QByteArray written;
+        QDataStream out(&written, QIODevice::WriteOnly);
+        YDRecord::WriteField(out, copy);
+        QCOMPARE(written, stored);
     }
 }
 

@@ -482,6 +482,7 @@ void TestYDWatermarkWidget::AnyColourIsKept_data()
     QTest::newRow("none") << QColor();
     QTest::newRow("no numbers") << TestColors::NoNumbers();
     QTest::newRow("far out") << TestColors::FarOut();
+    QTest::newRow("no model there is") << TestColors::OfNoModel();
     QTest::newRow("another model") << QColor::fromCmyk(1, 2, 3, 4, 5);
 }
 

@@ -19,7 +19,10 @@ quint16 Level(double component)
 
 QRgb ColorToRgba(const QColor& color)
 {
-    if (color.spec() != QColor::ExtendedRgb)
+    const int model = color.spec();
+    if (model < QColor::Invalid || model > QColor::ExtendedRgb)
+        return qRgba(0, 0, 0, color.alpha());
+    if (model != QColor::ExtendedRgb)
         return color.rgba();
     // By way of 16 bits, and rounded again, as QColor does it.
     return QRgba64::fromRgba64(Level(color.redF()), Level(color.greenF()), Level(color.blueF()),
