@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QLabel>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSet>
 #include <QSignalSpy>
@@ -52,6 +53,21 @@ QJsonArray Changed(const QJsonArray& list, const YDRecord::Range& range)
 QString ChangedColor(const QString& name)
 {
     return name == QLatin1String("#336699") ? QStringLiteral("#996633") : QStringLiteral("#336699");
+}
+
+/// What each control of the adjustment shows. Not the preview toggle, which belongs to the frame.
+QStringList ControlsOf(const YDAdjustmentWidget& widget)
+{
+    QStringList controls;
+    const auto children = widget.findChildren<QWidget*>();
+    for (const QWidget* const child : children)
+        for (const char* const property : {"value", "currentIndex", "checked", "plainText"}) {
+            const QVariant shown = child->property(property);
+            if (shown.isValid() && !qobject_cast<const QProgressBar*>(child) &&
+                child->objectName() != QLatin1String("m_pPreviewSlider"))
+                controls.append(child->objectName() + QLatin1Char('=') + shown.toString());
+        }
+    return controls;
 }
 
 /// A picture file to put onto pictures.
@@ -185,6 +201,8 @@ private slots:
     void EveryNumberHasANameToBeRead();
     void NeutralSettingsChangeNoPixel_data() { Adjustments(); }
     void NeutralSettingsChangeNoPixel();
+    void ClearingLeavesNoPictureAndTheDefaults_data() { Adjustments(); }
+    void ClearingLeavesNoPictureAndTheDefaults();
     void DialogsPreviewWhatPanelsApply_data() { Dialogs(); }
     void DialogsPreviewWhatPanelsApply();
     void EverySliderAndSpinBoxHasAnAccessibleName_data() { Adjustments(); }
@@ -445,6 +463,29 @@ void TestAdjustmentCatalog::NeutralSettingsChangeNoPixel()
     }
     if (neutral->settings.empty())
         QVERIFY(!TestPictures::AreEqual(Applied(Entry(), *Entry().makeSettings(), before), before));
+}
+
+void TestAdjustmentCatalog::ClearingLeavesNoPictureAndTheDefaults()
+{
+    const auto changed = ChangedSettings(Entry());
+    const RGBA32iImage source = TestPictures::Noise(30, 20);
+    for (const bool isDialog : {false, true}) {
+        const auto widget = Entry().makeWidget(isDialog, nullptr);
+        const QStringList controls = ControlsOf(*widget);
+        QSignalSpy ready(widget.get(), &YDAdjustmentWidget::ImageReady);
+        changed->ShowIn(*widget);
+        widget->SetImage(source, RGBA32iImage(), QPoint(), QRect());
+        if (isDialog && !Entry().makeDrawing)
+            QTRY_VERIFY_WITH_TIMEOUT(ready.count() > 0 && !widget->AdjustedImage().IsEmpty(), PatienceMs);
+        QVERIFY(ControlsOf(*widget) != controls);
+        widget->ClearData();
+        QVERIFY(widget->SourceImage().IsEmpty());
+        QVERIFY(widget->AdjustedImage().IsEmpty());
+        QCOMPARE(ControlsOf(*widget), controls);
+        const auto settings = Entry().makeSettings();
+        settings->TakeFrom(*widget);
+        QCOMPARE(settings->ToJson(), Entry().makeSettings()->ToJson());
+    }
 }
 
 void TestAdjustmentCatalog::DialogsPreviewWhatPanelsApply()
