@@ -1,9 +1,9 @@
 #include "DeviceRows.h"
 
 #include "Measurement.h"
-#include "gpu/KVGpuService.h"
 #include "gpu/SelectiveColorsJob.h"
 #include "gpu/SelectiveColorsOnCpu.h"
+#include "gpu/SelectiveColorsService.h"
 
 #include <QEventLoop>
 
@@ -24,16 +24,16 @@ QList<SelectiveParams> Targets()
 }
 
 /// As a dialog has it: the picture was sent to the device by the pass before.
-double TimeOnDevice(KVGpuService& service, const BenchPictures& pictures)
+double TimeOnDevice(SelectiveColorsService& service, const BenchPictures& pictures)
 {
     QEventLoop loop;
-    QObject::connect(&service, &KVGpuService::finished, &loop, &QEventLoop::quit);
-    QObject::connect(&service, &KVGpuService::dropped, &loop, [&loop] { loop.exit(1); });
+    QObject::connect(&service, &SelectiveColorsService::finished, &loop, &QEventLoop::quit);
+    QObject::connect(&service, &SelectiveColorsService::dropped, &loop, [&loop] { loop.exit(1); });
     bool isAnswered = false;
     const double ms = TimeOf([&] {
         const RGBA32iImage& picture = pictures.photograph;
         const quint64 request =
-            service.process_selective_color(picture.SharedPixels(), picture.Width(), picture.Height(),
+            service.request_selective_color(picture.SharedPixels(), picture.Width(), picture.Height(),
                                             Targets(), Mode::Relative, nullptr, 0, 0, 0, 0, false, &loop);
         isAnswered = request != 0 && loop.exec() == 0;
     });
@@ -57,7 +57,7 @@ double TimeOnProcessor(const BenchPictures& pictures)
 
 void RegisterDeviceRows(int megapixels)
 {
-    KVGpuService* const service = KVGpuService::get_instance();
+    auto* const service = dynamic_cast<SelectiveColorsService*>(KVGpuService::get_instance());
     if (!service)
         return;
     std::string device = service->device_name().toStdString();

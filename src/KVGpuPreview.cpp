@@ -1,5 +1,6 @@
 #include "KVGpuPreview.h"
 
+#include "LendToGpu.h"
 #include "image/YDSelectionArea.h"
 
 #include <utility>
@@ -33,18 +34,20 @@ MaskPart MaskPartOf(const YDAdjustmentJob& job)
 
 } // namespace
 
-KVGpuPreview::KVGpuPreview(KVGpuService& service, std::chrono::milliseconds patience) : m_service(&service)
+KVGpuPreview::KVGpuPreview(KVGpuService& service, std::chrono::milliseconds patience)
+    : m_service(&service), m_requests(dynamic_cast<KVGpuRequests*>(&service))
 {
     m_patience.setSingleShot(true);
     m_patience.setInterval(patience);
     connect(&m_patience, &QTimer::timeout, this, &KVGpuPreview::Fail);
-    connect(&service, &KVGpuService::dropped, this, &KVGpuPreview::OnDropped);
     connect(&service, &QObject::destroyed, this, &KVGpuPreview::Fail);
+    if (m_requests)
+        m_requests->on_dropped(this, [this](quint64 request) { OnDropped(request); });
 }
 
 KVGpuPreview::~KVGpuPreview()
 {
-    Abort();
+    GiveUp();
     EndFilter();
 }
 
@@ -53,7 +56,7 @@ void KVGpuPreview::BeginFilter(int width, int height)
     if (!m_service)
         return;
     m_service->begin_filter(width, height);
-    if (m_isFilterActive)
+    if (m_isFilterActive && m_requests)
         m_service->end_filter(); // of the one before; only now, so that the service keeps its pictures
     m_isFilterActive = true;
     m_hasFailed = false;
@@ -68,9 +71,22 @@ void KVGpuPreview::EndFilter()
 bool KVGpuPreview::Start(QFutureWatcher<RGBA32iImage>* watcher, const YDAdjustmentJob& job,
                          quint64 pictureNumber, const SelectiveParamsList& params)
 {
-    Abort();
+    GiveUp();
     if (!m_service || m_hasFailed)
         return false;
+    m_isOnItsWay = m_requests ? MakeRequest(job, pictureNumber, params) : MakePlainRequest(job, params);
+    if (!m_isOnItsWay)
+        return false;
+    m_preview = QFutureInterface<RGBA32iImage>();
+    m_preview.reportStarted();
+    watcher->setFuture(m_preview.future());
+    m_patience.start();
+    return true;
+}
+
+bool KVGpuPreview::MakeRequest(const YDAdjustmentJob& job, quint64 pictureNumber,
+                               const SelectiveParamsList& params)
+{
     const bool isSelected = !job.selectionBoundingRect.isEmpty();
     const MaskPart mask = isSelected ? MaskPartOf(job) : MaskPart();
     if (isSelected && !mask.pixels)
@@ -81,35 +97,52 @@ bool KVGpuPreview::Start(QFutureWatcher<RGBA32iImage>* watcher, const YDAdjustme
         m_pixels = NewHandle(job.image, job.image.Pixels());
     if (isSelected && !m_mask)
         m_mask = NewHandle(job.selection, mask.pixels);
-    m_request = m_service->process_selective_color(
+    m_request = m_requests->request_selective_color(
         m_pixels, job.image.Width(), job.image.Height(), params.targets, params.mode, m_mask, mask.width,
         mask.height, mask.place.x(), mask.place.y(), false, this, job.selection.RowLength());
-    if (m_request == 0)
+    return m_request != 0;
+}
+
+bool KVGpuPreview::MakePlainRequest(const YDAdjustmentJob& job, const SelectiveParamsList& params)
+{
+    const bool isSelected = !job.selectionBoundingRect.isEmpty();
+    if (isSelected && job.selection.IsEmpty())
+        return false; // no mask would mean that all is selected
+    const RGBA32iImage mask = isSelected ? job.selection : RGBA32iImage();
+    if (!LendToGpu(*m_service, job.image, mask))
         return false;
-    m_preview = QFutureInterface<RGBA32iImage>();
-    m_preview.reportStarted();
-    watcher->setFuture(m_preview.future());
-    m_patience.start();
+    // Not as constant bytes: a service may say either in its parameters.
+    const auto bytesOf = [](const RGBA32iImage& image) {
+        return reinterpret_cast<unsigned char*>(image.Pixels());
+    };
+    m_service->process_selective_color(
+        bytesOf(job.image), job.image.Width(), job.image.Height(), params.targets, params.mode, bytesOf(mask),
+        mask.Width(), mask.Height(), job.selectionOffset.x(), job.selectionOffset.y(), false);
     return true;
 }
 
 void KVGpuPreview::Take(const RGBA32iImage& answer)
 {
-    if (m_request == 0 || !m_service || m_service->request_of(answer) != m_request)
+    if (!m_isOnItsWay || !IsAnswered(answer))
         return;
     m_preview.reportResult(answer);
     Finish();
 }
 
+/// Whether `answer` is the one that is waited for.
+bool KVGpuPreview::IsAnswered(const RGBA32iImage& answer) const
+{
+    if (!m_requests)
+        return true;
+    return m_service && m_requests->request_of(answer) == m_request;
+}
+
 void KVGpuPreview::Abort()
 {
-    if (m_request == 0)
-        return;
-    const quint64 request = m_request;
-    m_preview.cancel();
-    Finish();
-    if (m_service)
-        m_service->cancel(request);
+    if (Requests() || !m_service || m_hasFailed)
+        GiveUp();
+    else if (m_isOnItsWay)
+        m_preview.cancel();
 }
 
 void KVGpuPreview::ForgetAllBut(quint64 pictureNumber)
@@ -128,14 +161,30 @@ void KVGpuPreview::OnDropped(quint64 request)
 
 void KVGpuPreview::Fail()
 {
-    if (m_request == 0)
+    if (!m_isOnItsWay)
         return;
     m_hasFailed = true;
-    emit Failed();
+    if (m_preview.isCanceled())
+        GiveUp(); // whoever aborted it waits for its end alone
+    else
+        emit Failed();
+}
+
+/// Cancels and finishes the preview that is on its way, at once.
+void KVGpuPreview::GiveUp()
+{
+    if (!m_isOnItsWay)
+        return;
+    const quint64 request = m_request;
+    m_preview.cancel();
+    Finish();
+    if (KVGpuRequests* const requests = Requests())
+        requests->cancel(request);
 }
 
 void KVGpuPreview::Finish()
 {
+    m_isOnItsWay = false;
     m_request = 0;
     m_patience.stop();
     m_preview.reportFinished();

@@ -2,6 +2,7 @@
 
 #include "YDAdjustmentJob.h"
 #include "adjustmentgui_export.h"
+#include "gpu/KVGpuRequests.h"
 #include "gpu/KVGpuService.h"
 
 #include <QFutureInterface>
@@ -16,8 +17,12 @@
 /// The previews that the GPU service computes for one widget, each a future as a job on the processor has
 /// one.
 ///
-/// At most one is on its way. Its future is always finished: by the answer, by Abort(), or by the
-/// destructor. GUI thread only.
+/// At most one is on its way. Its future is always finished: by the answer, by Abort(), by the end of the
+/// patience, or by the destructor. GUI thread only.
+///
+/// A service that offers KVGpuRequests says which answer belongs to which request, and can be told that
+/// nobody waits any longer. Of one that does not, any answer is taken for the one that is waited for, and a
+/// preview that is aborted ends with its answer all the same, so that the next request finds none on its way.
 class ADJUSTMENTGUI_EXPORT KVGpuPreview : public QObject
 {
     Q_OBJECT
@@ -42,7 +47,8 @@ public:
     /// Ends the preview that is on its way with `answer`, if it is the answer to that.
     void Take(const RGBA32iImage& answer);
 
-    /// Cancels and finishes the preview that is on its way, at once.
+    /// Cancels the preview that is on its way. It is finished at once, or with the answer of a service that
+    /// can not be told.
     void Abort();
 
     /// Lets go of the pixels of other pictures.
@@ -50,21 +56,28 @@ public:
 
 signals:
     /// No answer will come to the preview that is on its way, and the service is not asked again before the
-    /// next filter. The preview's future still waits for Abort().
+    /// next filter. The preview's future still waits for Abort(), which then finishes it at once.
     void Failed();
 
 private:
     using Handle = std::shared_ptr<const unsigned char>;
 
+    KVGpuRequests* Requests() const { return m_service ? m_requests : nullptr; }
+    bool MakeRequest(const YDAdjustmentJob& job, quint64 pictureNumber, const SelectiveParamsList& params);
+    bool MakePlainRequest(const YDAdjustmentJob& job, const SelectiveParamsList& params);
+    bool IsAnswered(const RGBA32iImage& answer) const;
     void OnDropped(quint64 request);
     void Fail();
+    void GiveUp();
     void Finish();
 
     const QPointer<KVGpuService> m_service;
+    KVGpuRequests* const m_requests; ///< of the service; null where it offers none
     QTimer m_patience;
     bool m_isFilterActive = false;
     bool m_hasFailed = false;
-    quint64 m_request = 0; ///< of the preview that is on its way; 0: none
+    bool m_isOnItsWay = false;
+    quint64 m_request = 0; ///< of the preview that is on its way, where requests have numbers
     QFutureInterface<RGBA32iImage> m_preview;
     quint64 m_pictureNumber = 0; ///< whose pixels the handles are
     Handle m_pixels;

@@ -1,11 +1,10 @@
 #include "AdjustmentProbe.h"
-#include "KVGpuPreview.h"
+#include "GpuWidget.h"
 #include "KVSelectiveColorsWidget.h"
-#include "TestPictures.h"
-#include "YDAdjustmentWidget.h"
 #include "core/KVApplication.h"
 #include "gpu/SelectiveColorsDevice.h"
 #include "gpu/SelectiveColorsJob.h"
+#include "gpu/SelectiveColorsService.h"
 #include "gui/YDOperationProgressDlg.h"
 
 #include <QApplication>
@@ -29,8 +28,6 @@ using namespace std::chrono_literals;
 constexpr int PatienceMs = 20000;
 /// Longer than the delay in which changes are gathered, so that a job that would start has started.
 constexpr int QuietMs = 150;
-/// What a preview of the processor is filled with.
-constexpr int GreyOfProcessor = 200;
 
 /// What the device waits for, and what it tells.
 struct Gate
@@ -79,55 +76,11 @@ private:
 /// The service that the running application has.
 KVGpuService* theService = nullptr;
 
-/// An adjustment whose previews the service computes.
-class GpuWidget : public YDAdjustmentWidget
-{
-public:
-    explicit GpuWidget(KVGpuService& service, std::chrono::milliseconds patience = 1h)
-        : YDAdjustmentWidget(true, nullptr, Qt::WindowFlags()),
-          m_preview(std::make_unique<KVGpuPreview>(service, patience))
-    {
-        connect(
-            &service, &KVGpuService::finished, this,
-            [this](const RGBA32iImage& image) { m_preview->Take(image); }, Qt::QueuedConnection);
-        connect(m_preview.get(), &KVGpuPreview::Failed, this, &GpuWidget::StartProcessing);
-    }
-
-    KVGpuPreview& Preview() { return *m_preview; }
-    void SetPercent(int percent)
-    {
-        m_percent = percent;
-        emit DataChanged();
-    }
-
-    void Reset() override { SetPercent(0); }
-    void StartJobWatching(JobWatcher* watcher) override
-    {
-        SelectiveParamsList params;
-        params.targets[0].cyan = float(m_percent);
-        const YDAdjustmentJob job = MakePreviewJob();
-        if (!m_preview->Start(watcher, job, PictureNumber(), params))
-            Launch(watcher, &ByProcessor, job);
-    }
-
-protected:
-    void AbortJob() override { m_preview->Abort(); }
-
-private:
-    static RGBA32iImage ByProcessor(const YDAdjustmentJob& job)
-    {
-        return TestPictures::Grey(job.image.Width(), job.image.Height(), GreyOfProcessor);
-    }
-
-    std::unique_ptr<KVGpuPreview> m_preview;
-    int m_percent = 0;
-};
-
 /// A service on a gated device, and a widget.
 struct Bench
 {
     explicit Bench(std::chrono::milliseconds patience = 1h)
-        : service(std::make_unique<KVGpuService>(std::make_unique<GatedDevice>(gate))),
+        : service(std::make_unique<SelectiveColorsService>(std::make_unique<GatedDevice>(gate))),
           widget(std::make_unique<GpuWidget>(*service, patience))
     {
         theService = service.get();
@@ -153,15 +106,9 @@ struct Bench
     }
 
     Gate gate;
-    std::unique_ptr<KVGpuService> service;
+    std::unique_ptr<SelectiveColorsService> service;
     std::unique_ptr<GpuWidget> widget;
 };
-
-int Shown(const YDAdjustmentWidget& widget)
-{
-    const RGBA32iImage image = widget.AdjustedImage();
-    return image.IsEmpty() ? -1 : image.Row(0)[0].g;
-}
 
 YDOperationProgressDlg* WaitDialog()
 {

@@ -2,9 +2,9 @@
 #include "OpenClProbe.h"
 #include "SelectiveColorsCases.h"
 #include "core/KVApplication.h"
-#include "gpu/KVGpuService.h"
 #include "gpu/OpenClDevice.h"
 #include "gpu/SelectiveColorsOnCpu.h"
+#include "gpu/SelectiveColorsService.h"
 
 #include <QProcess>
 #include <QSettings>
@@ -66,26 +66,32 @@ private:
     const std::shared_ptr<DeviceState> m_state;
 };
 
+/// The service of this program; null where there is none.
+SelectiveColorsService* TheService()
+{
+    return dynamic_cast<SelectiveColorsService*>(KVGpuService::get_instance());
+}
+
 /// A service on a fake device, and what it said, in order: "finished 1", "dropped 2".
 class ServiceProbe
 {
 public:
     ServiceProbe()
         : state(std::make_shared<DeviceState>()),
-          service(std::make_unique<KVGpuService>(std::make_unique<FakeDevice>(state)))
+          service(std::make_unique<SelectiveColorsService>(std::make_unique<FakeDevice>(state)))
     {
         QObject::connect(service.get(), &KVGpuService::finished, service.get(),
                          [this](const RGBA32iImage& image) {
                              said.append(QStringLiteral("finished %1").arg(service->request_of(image)));
                              last = image;
                          });
-        QObject::connect(service.get(), &KVGpuService::dropped, service.get(),
+        QObject::connect(service.get(), &SelectiveColorsService::dropped, service.get(),
                          [this](quint64 request) { said.append(QStringLiteral("dropped %1").arg(request)); });
     }
 
     quint64 Ask(const QObject* requester = nullptr, const QList<SelectiveParams>& targets = RandomTargets(1))
     {
-        return service->process_selective_color(source.SharedPixels(), Width, Height, targets, Mode::Relative,
+        return service->request_selective_color(source.SharedPixels(), Width, Height, targets, Mode::Relative,
                                                 nullptr, 0, 0, 0, 0, false, requester);
     }
     RGBA32iImage ExpectedFor(const QList<SelectiveParams>& targets) const
@@ -100,7 +106,7 @@ public:
     const std::shared_ptr<DeviceState> state;
     QStringList said;
     RGBA32iImage last;
-    std::unique_ptr<KVGpuService> service; // the first to go
+    std::unique_ptr<SelectiveColorsService> service; // the first to go
 };
 
 /// This program as a child, in the mode `mode`, which is one of main()'s.
@@ -137,6 +143,9 @@ private slots:
     void AnswersWithTheBytesOfTheRule();
     void AnswersCallsOfAnyKind_data();
     void AnswersCallsOfAnyKind();
+    void APlainCallGivesTheBytesOfTheRule_data();
+    void APlainCallGivesTheBytesOfTheRule();
+    void APlainCallForNoPictureIsWarnedOf();
     void RefusesPicturesThatAreNotThere_data();
     void RefusesPicturesThatAreNotThere();
     void DropsAPictureThatThereIsNoMemoryFor();
@@ -213,7 +222,7 @@ void TestKVGpuService::TheInstanceFollowsEnvironmentAndSetting()
 
 void TestKVGpuService::ThereIsOneInstance()
 {
-    KVGpuService* const service = KVGpuService::get_instance();
+    SelectiveColorsService* const service = TheService();
     QVERIFY2(service, "OpenCL has no device to test with; `./dev install-deps` installs PoCL.");
     QCOMPARE(KVGpuService::get_instance(), service);
     QVERIFY(!service->device_name().isEmpty());
@@ -221,7 +230,7 @@ void TestKVGpuService::ThereIsOneInstance()
 
 void TestKVGpuService::AnswersWithTheBytesOfTheRule()
 {
-    KVGpuService* const service = KVGpuService::get_instance();
+    SelectiveColorsService* const service = TheService();
     QVERIFY(service);
     const RGBA32iImage source = TestPictures::Random(1000, 701, 8);
     const RGBA32iImage mask = Mask(640, 500, 9);
@@ -236,7 +245,7 @@ void TestKVGpuService::AnswersWithTheBytesOfTheRule()
                 job.mask = Shared(mask);
             job.maskX = -40;
             job.maskY = 300;
-            const quint64 request = service->process_selective_color(
+            const quint64 request = service->request_selective_color(
                 source.SharedPixels(), 1000, 701, RandomTargets(5), mode, job.mask.handle, job.mask.width,
                 job.mask.height, -40, 300, false, this);
             QVERIFY(finished.wait(TimeoutMs));
@@ -284,7 +293,7 @@ void TestKVGpuService::AnswersCallsOfAnyKind()
     QFETCH(int, mode);
     QFETCH(QSize, maskSize);
     QFETCH(QPoint, offset);
-    KVGpuService* const service = KVGpuService::get_instance();
+    SelectiveColorsService* const service = TheService();
     QVERIFY(service);
     const RGBA32iImage source = TestPictures::Random(Width, Height, 8);
     const RGBA32iImage mask = Mask(20, 20, 9);
@@ -299,11 +308,60 @@ void TestKVGpuService::AnswersCallsOfAnyKind()
     job.maskX = offset.x();
     job.maskY = offset.y();
     QSignalSpy finished(service, &KVGpuService::finished);
-    QVERIFY(service->process_selective_color(source.SharedPixels(), Width, Height, list,
+    QVERIFY(service->request_selective_color(source.SharedPixels(), Width, Height, list,
                                              static_cast<Mode>(mode), job.mask.handle, maskSize.width(),
                                              maskSize.height(), offset.x(), offset.y(), false) != 0);
     QVERIFY(finished.wait(TimeoutMs));
     QVERIFY(TestPictures::AreEqual(finished.at(0).at(0).value<RGBA32iImage>(), Expected(job)));
+}
+
+void TestKVGpuService::APlainCallGivesTheBytesOfTheRule_data()
+{
+    QTest::addColumn<bool>("hasMask");
+    QTest::newRow("all") << false;
+    QTest::newRow("a selection") << true;
+}
+
+void TestKVGpuService::APlainCallGivesTheBytesOfTheRule()
+{
+    QFETCH(bool, hasMask);
+    KVGpuService* const service = KVGpuService::get_instance();
+    QVERIFY(service);
+    const RGBA32iImage source = TestPictures::Random(1000, 301, 8);
+    const RGBA32iImage mask = hasMask ? Mask(640, 200, 9) : RGBA32iImage();
+    const auto bytesOf = [](const RGBA32iImage& image) {
+        return reinterpret_cast<unsigned char*>(image.Pixels());
+    };
+    QSignalSpy finished(service, &KVGpuService::finished);
+    service->begin_filter(1000, 301);
+    for (const int seed : {1, 2}) { // the same place with other pixels
+        const RGBA32iImage pixels = TestPictures::Random(1000, 301, quint32(seed));
+        for (int y = 0; y < source.Height(); ++y)
+            std::copy_n(pixels.Row(y), source.Width(), source.Row(y));
+        SelectiveColorsJob job;
+        job.source = Shared(source);
+        job.rule = SelectiveColorsRule(RandomTargets(5), Mode::Absolute);
+        if (hasMask)
+            job.mask = Shared(mask);
+        job.maskX = -40;
+        job.maskY = 30;
+        service->process_selective_color(bytesOf(source), 1000, 301, RandomTargets(5), Mode::Absolute,
+                                         bytesOf(mask), mask.Width(), mask.Height(), -40, 30, false);
+        QVERIFY(finished.wait(TimeoutMs));
+        QVERIFY(TestPictures::AreEqual(finished.takeFirst().at(0).value<RGBA32iImage>(), Expected(job)));
+    }
+    service->end_filter();
+    QCOMPARE(source.SharedPixels().use_count(), 2L); // the picture's own, and the one just made
+}
+
+void TestKVGpuService::APlainCallForNoPictureIsWarnedOf()
+{
+    const LoggedMessages warnings(QtWarningMsg);
+    ServiceProbe probe;
+    probe.service->process_selective_color(nullptr, 5, 5, {}, Mode::Relative, nullptr, 0, 0, 0, 0, false);
+    QCOMPARE(warnings.All().size(), 1);
+    QTest::qWait(50);
+    QCOMPARE(probe.said, QStringList());
 }
 
 void TestKVGpuService::RefusesPicturesThatAreNotThere_data()
@@ -341,7 +399,7 @@ void TestKVGpuService::RefusesPicturesThatAreNotThere()
     QFETCH(int, maskRowLength);
     ServiceProbe probe;
     const RGBA32iImage mask = Mask(20, 20, 9);
-    QCOMPARE(probe.service->process_selective_color(
+    QCOMPARE(probe.service->request_selective_color(
                  hasPixels ? probe.source.SharedPixels() : nullptr, size.width(), size.height(),
                  RandomTargets(1), Mode::Relative, maskSize.isNull() ? nullptr : mask.SharedPixels(),
                  maskSize.width(), maskSize.height(), 0, 0, false, nullptr, maskRowLength),
@@ -357,7 +415,7 @@ void TestKVGpuService::DropsAPictureThatThereIsNoMemoryFor()
     constexpr int Side = 1 << 27; // 64 petabytes; nobody knows what lies behind such a handle
     static const unsigned char pixel[4] = {};
     const std::shared_ptr<const unsigned char> pixels(pixel, [](const unsigned char*) {});
-    QCOMPARE(probe.service->process_selective_color(pixels, Side, Side, {}, Mode::Relative, nullptr, 0, 0, 0,
+    QCOMPARE(probe.service->request_selective_color(pixels, Side, Side, {}, Mode::Relative, nullptr, 0, 0, 0,
                                                     0, false),
              quint64(1));
     QTRY_COMPARE_WITH_TIMEOUT(probe.said, QStringList{QStringLiteral("dropped 1")}, TimeoutMs);
@@ -600,10 +658,10 @@ void TestKVGpuService::NothingLeaksInTenThousandRequests()
     QString problem;
     auto device = OpenClDevice::Find(OpenClProbe::Loaded(), GpuUse::Any, problem);
     QVERIFY2(device, qPrintable(problem));
-    KVGpuService service(std::move(device));
+    SelectiveColorsService service(std::move(device));
     int answers = 0;
     std::vector<std::weak_ptr<const unsigned char>> results;
-    connect(&service, &KVGpuService::dropped, this, [&answers] { ++answers; });
+    connect(&service, &SelectiveColorsService::dropped, this, [&answers] { ++answers; });
     connect(&service, &KVGpuService::finished, this, [&answers, &results](const RGBA32iImage& image) {
         ++answers;
         results.push_back(image.SharedPixels());
@@ -613,7 +671,7 @@ void TestKVGpuService::NothingLeaksInTenThousandRequests()
     const QList<SelectiveParams> targets = RandomTargets(1);
     service.begin_filter(40, 30);
     for (int i = 0; i < Requests; ++i) {
-        service.process_selective_color(source.SharedPixels(), 40, 30, targets, Mode::Absolute,
+        service.request_selective_color(source.SharedPixels(), 40, 30, targets, Mode::Absolute,
                                         i % 2 == 0 ? nullptr : mask.SharedPixels(), 30, 20, 5, 5,
                                         i % 100 == 0, i % 3 == 0 ? this : nullptr);
         while (i % Burst == 0 && answers < i)
@@ -635,7 +693,7 @@ constexpr const char* Application = "tst_KVGpuService";
 
 int TellInstance()
 {
-    const KVGpuService* const service = KVGpuService::get_instance();
+    const SelectiveColorsService* const service = TheService();
     if (service)
         std::printf("device %s\n", qPrintable(service->device_name()));
     else
@@ -646,13 +704,13 @@ int TellInstance()
 /// Leaves three requests behind: at work, in the queue and perhaps answered.
 bool AskForMuch(const QObject& first, const QObject& second)
 {
-    KVGpuService* const service = KVGpuService::get_instance();
+    SelectiveColorsService* const service = TheService();
     if (!service)
         return false;
     const RGBA32iImage source = TestPictures::Grey(3000, 2000, 100);
     service->begin_filter(3000, 2000);
     for (const QObject* requester : {&first, &second, static_cast<const QObject*>(nullptr)})
-        service->process_selective_color(source.SharedPixels(), 3000, 2000, RandomTargets(1), Mode::Relative,
+        service->request_selective_color(source.SharedPixels(), 3000, 2000, RandomTargets(1), Mode::Relative,
                                          nullptr, 0, 0, 0, 0, false, requester);
     std::puts("asked");
     return true;

@@ -2,7 +2,7 @@
 #include "KVSelectiveColorsWidget.h"
 #include "TestPictures.h"
 #include "core/KVApplication.h"
-#include "gpu/KVGpuService.h"
+#include "gpu/SelectiveColorsService.h"
 #include "image/KVIterativeSelectiveColorsTransformation.h"
 
 #include <QComboBox>
@@ -110,14 +110,15 @@ RGBA32iImage Mask(int width, int height)
 /// Keeps the GPU service, if there is one, at work for a while on a picture of somebody else.
 void OccupyGpu()
 {
-    KVGpuService* const service = KVGpuService::get_instance();
+    auto* const service = dynamic_cast<SelectiveColorsService*>(KVGpuService::get_instance());
     if (!service)
         return;
     static const QObject somebody;
     const RGBA32iImage picture(6000, 4000);
-    service->process_selective_color(picture.SharedPixels(), picture.Width(), picture.Height(),
-                                     Settings().targets, Mode::Absolute, nullptr, 0, 0, 0, 0, true,
-                                     &somebody);
+    const quint64 request = service->request_selective_color(
+        picture.SharedPixels(), picture.Width(), picture.Height(), Settings().targets, Mode::Absolute,
+        nullptr, 0, 0, 0, 0, true, &somebody);
+    QVERIFY(request != 0);
 }
 
 } // namespace

@@ -64,6 +64,7 @@ private slots:
     void AMaskMayBeThePictureItself();
     void SendsAPictureOnceUntilItIsReleased();
     void SendsAPictureAnewWhenItsContentIsNew();
+    void KeepsNoBorrowedPictures();
     void KeepsFewPictures();
     void FailsWithAReason_data();
     void FailsWithAReason();
@@ -258,6 +259,25 @@ void TestOpenClDevice::SendsAPictureAnewWhenItsContentIsNew()
             std::copy_n(other.Row(y), 300, source.Row(y));
         job.isContentNew = true;
         QVERIFY(TestPictures::AreEqual(Adjusted(*device, job), Expected(job)));
+    }
+}
+
+void TestOpenClDevice::KeepsNoBorrowedPictures()
+{
+    for (const bool sharesMemory : {true, false}) {
+        OpenClProbe::SetSharesMemory(sharesMemory);
+        const RGBA32iImage source = TestPictures::Random(300, 80, 3);
+        const RGBA32iImage mask = Mask(300, 80, 4);
+        const auto device = MakeDevice();
+        SelectiveColorsJob job = JobOn(source);
+        job.mask = Shared(mask);
+        const long before = job.source.handle.use_count();
+        job.isBorrowed = true;
+        QVERIFY(TestPictures::AreEqual(Adjusted(*device, job), Expected(job)));
+        QCOMPARE(job.source.handle.use_count(), before);
+        job.isBorrowed = false;
+        QVERIFY(!Adjusted(*device, job).IsEmpty());
+        QVERIFY(job.source.handle.use_count() > before);
     }
 }
 

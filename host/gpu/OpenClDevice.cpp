@@ -140,6 +140,10 @@ QString OpenClDevice::Adjust(const SelectiveColorsJob& job, const RGBA32iImage& 
         ReleasePictures(); // those of other filters may be all that there was no room for
         problem = AdjustOnce(job, result, abort);
     }
+    if (job.isBorrowed) {
+        Forget(job.source);
+        Forget(job.mask);
+    }
     return problem;
 }
 

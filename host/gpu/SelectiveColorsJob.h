@@ -41,6 +41,7 @@ struct SelectiveColorsJob
     qint64 maskY = 0;
     SelectiveColorsRule rule{{}, SelectiveParamsList::Relative};
     bool isContentNew = false; ///< what was known of the source and the mask holds no longer
+    bool isBorrowed = false;   ///< the pixels may go once the job is done, whatever their handles say
 
     bool HasMask() const { return bool(mask.handle); }
 
