@@ -283,6 +283,7 @@ private slots:
     void TranslucentPixelsAreEnhancedAsOpaqueOnes();
     void PlainPicturesAreStretchedBySixteenLevels_data();
     void PlainPicturesAreStretchedBySixteenLevels();
+    void APictureOfEveryLevelIsNotStretched();
     void TheTemperatureHasTwoScales_data();
     void TheTemperatureHasTwoScales();
     void TheTemperatureFollowsTheBalance_data();
@@ -807,6 +808,21 @@ void TestYDWBWidget::PlainPicturesAreStretchedBySixteenLevels()
     f.widget.SetValue(Enhanced(100));
     const RGBA32iImage converted = Converted(f.widget, TestPictures::Grey(40, 30, grey));
     QCOMPARE(int(converted.Row(10)[10].g), stretched);
+}
+
+/// A level alone is more than is cut off at either end.
+void TestYDWBWidget::APictureOfEveryLevelIsNotStretched()
+{
+    const RGBA32iImage source(256, 10);
+    for (int y = 0; y < source.Height(); ++y)
+        for (int x = 0; x < source.Width(); ++x)
+            source.Row(y)[x] = YDRGBA32i(quint8(x), quint8(x), quint8(x), 255);
+    Fixture f;
+    f.widget.SetValue(Enhanced(100));
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), ExpectedEnhanced(source, 100, nullptr)));
+    QVERIFY(TestPictures::AreEqual(ByRule(AutomaticLevels(source), source), source));
+    const KVIterativeWBTransformation balance(source, KVWBTransformation::Auto, 100);
+    QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), ByRule(balance, source)));
 }
 
 void TestYDWBWidget::TheTemperatureHasTwoScales_data()
