@@ -4,8 +4,7 @@
 #include "Measurement.h"
 #include "PreviewProbe.h"
 #include "VectorTargets.h"
-#include "YDAdjustmentWidget.h"
-#include "catalog/AdjustmentCatalog.h"
+#include "YDTaskWidget.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -66,16 +65,15 @@ private:
     std::unique_ptr<PreviewProbe> m_probe;
 };
 
-/// Puts what `adjustment` makes of it in the place of `image`.
-void Apply(const BenchAdjustment& adjustment, YDAdjustmentWidget& widget, RGBA32iImage& image,
+/// Adjusts `image` itself.
+void Apply(const BenchAdjustment& adjustment, YDTaskWidget& widget, RGBA32iImage& image,
            const RGBA32iImage& mask, const QRect& bounds)
 {
     if (!adjustment.isPreviewOnly) {
         widget.ConvertImage(image, mask, QPoint(), bounds);
         return;
     }
-    const AdjustmentEntry& entry = *AdjustmentCatalog::Find(QString::fromStdString(adjustment.name));
-    const QString problem = entry.apply(widget, image, mask, QPoint(), bounds);
+    const QString problem = widget.MakeTask().Apply(image, {mask, QPoint(), bounds}).problem;
     if (!problem.isEmpty())
         qFatal("%s: %s", adjustment.name.c_str(), qPrintable(problem));
 }
@@ -84,7 +82,7 @@ BenchRow ConversionRow(const BenchAdjustment& adjustment, bool isSelected)
 {
     const auto probe = std::make_shared<ProbeOfRow>(adjustment);
     const auto pass = [probe, isSelected, &adjustment](const BenchPictures& pictures) {
-        YDAdjustmentWidget& widget = probe->On(pictures).Widget();
+        YDTaskWidget& widget = probe->On(pictures).Widget();
         const RGBA32iImage mask = isSelected ? pictures.mask : RGBA32iImage();
         const QRect bounds = isSelected ? pictures.Bounds() : QRect();
         RGBA32iImage image = pictures.work;

@@ -2,7 +2,7 @@
 
 #include "Measurement.h"
 #include "PreviewProbe.h"
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "gui/KVDocumentView.h"
 
 #include <QElapsedTimer>
@@ -33,7 +33,7 @@ bool HaveSamePixels(const RGBA32iImage& a, const RGBA32iImage& b)
     return true;
 }
 
-bool LastPreviewEqualsConversion(YDAdjustmentWidget& widget)
+bool LastPreviewEqualsConversion(YDTaskWidget& widget)
 {
     RGBA32iImage converted = widget.SourceImage().DeepCopy();
     widget.ConvertImage(converted, RGBA32iImage(), QPoint(), QRect());
@@ -75,7 +75,7 @@ void MeasureGaps(benchmark::State& state, const BenchAdjustment& adjustment, int
     view.resize(ViewSize);
     view.SetImage(pictures.photograph);
     view.show();
-    YDAdjustmentWidget& widget = probe.Widget();
+    YDTaskWidget& widget = probe.Widget();
     widget.SetView(&view);
     widget.show();
     int previews = 0;

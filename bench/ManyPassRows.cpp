@@ -1,7 +1,7 @@
 #include "ManyPassRows.h"
 
 #include "Measurement.h"
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "catalog/AdjustmentCatalog.h"
 
 #include <QJsonDocument>
@@ -29,7 +29,7 @@ constexpr ManyPasses Rows[] = {
     {"color-enhancer", "further-runs", R"({"amount": 60})", false},
 };
 
-std::unique_ptr<YDAdjustmentWidget> MakePanel(const ManyPasses& passes)
+std::unique_ptr<YDTaskWidget> MakePanel(const ManyPasses& passes)
 {
     const AdjustmentEntry* const entry = AdjustmentCatalog::Find(QString::fromLatin1(passes.adjustment));
     if (!entry)
@@ -39,13 +39,13 @@ std::unique_ptr<YDAdjustmentWidget> MakePanel(const ManyPasses& passes)
     const QString problem = settings->FromJson(QJsonDocument::fromJson(passes.settings).object());
     if (!problem.isEmpty())
         qFatal("%s: %s", passes.adjustment, qPrintable(problem));
-    settings->ShowIn(*panel);
+    entry->show(*panel, *settings);
     return panel;
 }
 
 BenchRow RowOf(const ManyPasses& passes)
 {
-    const auto panel = std::make_shared<std::unique_ptr<YDAdjustmentWidget>>();
+    const auto panel = std::make_shared<std::unique_ptr<YDTaskWidget>>();
     BenchRow row;
     row.prepare = [panel, passes](const BenchPictures& pictures) {
         if (!*panel)

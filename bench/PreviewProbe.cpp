@@ -1,6 +1,6 @@
 #include "PreviewProbe.h"
 
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "catalog/AdjustmentCatalog.h"
 
 #include <QElapsedTimer>
@@ -13,7 +13,7 @@ namespace {
 constexpr double NsPerMs = 1e6;
 constexpr int PatienceMs = 60000;
 
-std::unique_ptr<YDAdjustmentWidget> MakeDialog(const BenchAdjustment& adjustment)
+std::unique_ptr<YDTaskWidget> MakeDialog(const BenchAdjustment& adjustment)
 {
     const AdjustmentEntry* const entry = AdjustmentCatalog::Find(QString::fromStdString(adjustment.name));
     if (!entry)
@@ -23,7 +23,7 @@ std::unique_ptr<YDAdjustmentWidget> MakeDialog(const BenchAdjustment& adjustment
     const QString problem = settings->FromJson(QJsonDocument::fromJson(adjustment.settings).object());
     if (!problem.isEmpty())
         qFatal("%s: %s", adjustment.name.c_str(), qPrintable(problem));
-    settings->ShowIn(*dialog);
+    entry->show(*dialog, *settings);
     return dialog;
 }
 

@@ -5,7 +5,7 @@
 
 #include <memory>
 
-class YDAdjustmentWidget;
+class YDTaskWidget;
 
 /// An adjustment's dialog over a picture, whose jobs are timed from outside, as its user sees them.
 class PreviewProbe
@@ -16,7 +16,7 @@ public:
     PreviewProbe(const BenchAdjustment& adjustment, const RGBA32iImage& picture);
     ~PreviewProbe();
 
-    YDAdjustmentWidget& Widget() const { return *m_widget; }
+    YDTaskWidget& Widget() const { return *m_widget; }
 
     /// Puts the control to its other value.
     void ChangeControl();
@@ -34,6 +34,6 @@ public:
 
 private:
     const BenchAdjustment& m_adjustment;
-    const std::unique_ptr<YDAdjustmentWidget> m_widget;
+    const std::unique_ptr<YDTaskWidget> m_widget;
     int m_nextValue = 0;
 };

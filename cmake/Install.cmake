@@ -23,14 +23,19 @@ install(FILES
 # Relative, so that an installation can be moved.
 file(RELATIVE_PATH PC_PREFIX "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
 set(PC_HOST_LIBS "")
+set(PC_OPERATIONS_HOST_LIBS "")
 if(NOT ADJUSTMENTGUI_HOST)
     foreach(folder gui guicore widgets plugincore theme geometry gpu overlay image utilities core)
         string(APPEND PC_HOST_LIBS " -ladjustmentgui-host-${folder}")
     endforeach()
+    foreach(folder overlay image utilities core)
+        string(APPEND PC_OPERATIONS_HOST_LIBS " -ladjustmentgui-host-${folder}")
+    endforeach()
 endif()
-configure_file("${PROJECT_SOURCE_DIR}/packaging/adjustmentgui.pc.in"
-    "${PROJECT_BINARY_DIR}/adjustmentgui.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/adjustmentgui.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(package adjustmentgui adjustmentgui-operations)
+    configure_file("${PROJECT_SOURCE_DIR}/packaging/${package}.pc.in" "${PROJECT_BINARY_DIR}/${package}.pc" @ONLY)
+    install(FILES "${PROJECT_BINARY_DIR}/${package}.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
 
 if(ADJUSTMENTGUI_BUILD_APPS)
     install(FILES packaging/adjust-editor.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)

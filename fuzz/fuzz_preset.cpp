@@ -1,8 +1,8 @@
 // Presets from anywhere: they are read, shown in a panel and applied, and none of it may do harm.
 
-#include "YDAdjustmentWidget.h"
-#include "YDBlackAndWhiteWidget.h"
+#include "YDTaskWidget.h"
 #include "catalog/AdjustmentCatalog.h"
+#include "operations/BlackAndWhite.h"
 
 #include <QApplication>
 
@@ -39,7 +39,7 @@ struct Limits
 };
 
 /// The tag that an adjustment's presets begin with, which most random bytes would never get past.
-QByteArray TagOf(const AdjustmentSettings& settings)
+QByteArray TagOf(const operations::Settings& settings)
 {
     const QByteArray preset = settings.ToPreset();
     int length = 0;
@@ -67,7 +67,7 @@ const std::vector<TaggedEntry>& TaggedEntries()
             const QByteArray tag = TagOf(*settings);
             entries.push_back({&entry, tag, settings->ToPreset().size() - tag.size()});
         }
-        constexpr std::string_view Older = YDBlackAndWhiteWidget::Params::OlderTag;
+        constexpr std::string_view Older = operations::BlackAndWhite::OlderTag;
         const QByteArray older(Older.data(), int(Older.size()));
         const AdjustmentEntry* const renamed = AdjustmentCatalog::FindByPreset(older);
         for (const TaggedEntry& current : std::vector(entries))
@@ -109,7 +109,7 @@ Limits LimitsFrom(Bytes& bytes)
 }
 
 /// What was read, written and read again is the same preset.
-void CheckRoundTrip(const AdjustmentEntry& entry, const AdjustmentSettings& settings)
+void CheckRoundTrip(const AdjustmentEntry& entry, const operations::Settings& settings)
 {
     const QByteArray written = settings.ToPreset();
     if (written.isEmpty())
@@ -129,9 +129,9 @@ void ReadShowApply(const AdjustmentEntry& entry, const QByteArray& preset, const
         return;
     CheckRoundTrip(entry, *settings);
     const auto panel = entry.makeWidget(false, nullptr);
-    settings->ShowIn(*panel);
-    RGBA32iImage image = picture.DeepCopy();
-    entry.apply(*panel, image, limits.selection, limits.offset, limits.boundingRect);
+    entry.show(*panel, *settings);
+    for (const operations::Task& task : {settings->MakeTask(), panel->MakeTask()})
+        (void)task.ApplyToCopy(picture, {limits.selection, limits.offset, limits.boundingRect});
 }
 
 } // namespace

@@ -1,29 +1,12 @@
 #include "KVFillColorWidget.h"
 
-#include "ColorAtOpacity.h"
 #include "IsSameColor.h"
 #include "PickColor.h"
 #include "ShowSwatch.h"
-#include "YDIterativeAdjustmentTransformation.h"
-#include "image/KVFillTransformation.h"
 #include "ui_FillColor.h"
 
-bool KVFillColorWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool KVFillColorWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
-
-QDataStream& operator<<(QDataStream& stream, const KVFillColorWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::FillColor, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, KVFillColorWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::FillColor, __LINE__);
-}
-
 KVFillColorWidget::KVFillColorWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::FillColor>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::FillColor>())
 {
     m_ui->setupUi(GetUIContent());
     SetValue(m_params);
@@ -40,15 +23,12 @@ void KVFillColorWidget::SetValue(const Params& params)
     Connect();
 }
 
+operations::Task KVFillColorWidget::MakeTask() const { return operations::MakeTask(m_params); }
+
 void KVFillColorWidget::Reset()
 {
     SetValue(Params());
     AnnounceChange(&KVFillColorWidget::ValueChanged);
-}
-
-void KVFillColorWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, ColorizeData{MakePreviewJob(), m_params.color, m_params.opacity});
 }
 
 void KVFillColorWidget::OnColor()
@@ -89,11 +69,4 @@ void KVFillColorWidget::SetColor(const QColor& color)
 {
     m_params.color = color;
     ShowSwatch(m_ui->m_pColor, color);
-}
-
-RGBA32iImage KVFillColorWidget::Process(const ColorizeData& data)
-{
-    KVFillTransformation fill;
-    fill.SetData(ColorAtOpacity(data.color, data.opacity));
-    return RunTransformation(data, YDIterativeAdjustmentTransformation<KVFillTransformation>(fill));
 }

@@ -3,7 +3,6 @@
 #include "CheckOnly.h"
 #include "KVGpuPreview.h"
 #include "gpu/KVGpuService.h"
-#include "image/KVIterativeSelectiveColorsTransformation.h"
 #include "ui_SelectiveColorsWidget.h"
 
 #include <QPainter>
@@ -60,16 +59,16 @@ int Shown(float percent)
 
 QDataStream& operator<<(QDataStream& stream, const SelectiveParamsList& params)
 {
-    return YDRecord::Insert(stream, params, YDRecordNames::SelectiveColors, __LINE__);
+    return YDRecord::Insert(stream, params, operations::SelectiveColors::LogName, __LINE__);
 }
 
 QDataStream& operator>>(QDataStream& stream, SelectiveParamsList& params)
 {
-    return YDRecord::Extract(stream, params, YDRecordNames::SelectiveColors, __LINE__);
+    return YDRecord::Extract(stream, params, operations::SelectiveColors::LogName, __LINE__);
 }
 
 KVSelectiveColorsWidget::KVSelectiveColorsWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::SelectiveColorsWidget>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::SelectiveColorsWidget>())
 {
     m_ui->setupUi(GetUIContent());
     InsertTargetColors();
@@ -102,17 +101,13 @@ void KVSelectiveColorsWidget::SetValue(const SelectiveParamsList& params)
     Connect();
 }
 
-void KVSelectiveColorsWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection,
-                                           const QPoint& offset, const QRect& boundingRect)
-{
-    Process({MakeConversionJob(image, selection, offset, boundingRect), GetValue()});
-}
-
 void KVSelectiveColorsWidget::SetupActivation(int width, int height)
 {
     if (m_gpu)
         m_gpu->BeginFilter(width, height);
 }
+
+operations::Task KVSelectiveColorsWidget::MakeTask() const { return operations::MakeTask(GetValue()); }
 
 void KVSelectiveColorsWidget::Reset()
 {
@@ -127,9 +122,8 @@ void KVSelectiveColorsWidget::Reset()
 
 void KVSelectiveColorsWidget::StartJobWatching(JobWatcher* watcher)
 {
-    const SelectiveColorsData job{MakePreviewJob(), GetValue()};
-    if (!m_gpu || !m_gpu->Start(watcher, job, PictureNumber(), job.params))
-        Launch(watcher, &Process, job);
+    if (!m_gpu || !m_gpu->Start(watcher, MakePreviewJob(), PictureNumber(), GetValue()))
+        YDTaskWidget::StartJobWatching(watcher);
 }
 
 void KVSelectiveColorsWidget::OnValueChanged()
@@ -242,9 +236,4 @@ void KVSelectiveColorsWidget::ShowPercentages(const SelectiveParams& params)
 void KVSelectiveColorsWidget::ShowMode()
 {
     CheckOnly({m_ui->m_pRelative, m_ui->m_pAbsolute}, m_mode == Mode::Relative ? 0 : 1);
-}
-
-RGBA32iImage KVSelectiveColorsWidget::Process(const SelectiveColorsData& data)
-{
-    return RunTransformation(data, KVIterativeSelectiveColorsTransformation(data.params));
 }

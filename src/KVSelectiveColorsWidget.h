@@ -1,9 +1,9 @@
 #pragma once
 
-#include "YDAdjustmentWidget.h"
-#include "YDRecord.h"
+#include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "image/SelectiveParamsList.h"
+#include "operations/SelectiveColors.h"
 
 #include <QMap>
 
@@ -20,7 +20,7 @@ class SelectiveColorsWidget;
 /// The spin boxes show the range that is chosen in the combo box. What they cannot show is kept as it was
 /// stored until it is edited. Previews are computed by the GPU service where there is one, ConvertImage()
 /// always computes by itself, with the same result.
-class ADJUSTMENTGUI_EXPORT KVSelectiveColorsWidget : public YDAdjustmentWidget
+class ADJUSTMENTGUI_EXPORT KVSelectiveColorsWidget : public YDTaskWidget
 {
     Q_OBJECT
 
@@ -33,10 +33,9 @@ public:
     /// are not taken.
     void SetValue(const SelectiveParamsList& params);
 
-    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                      const QRect& boundingRect) override;
     /// Tells the GPU service, until the widget is hidden, to expect pictures of about this size.
     void SetupActivation(int width, int height) override;
+    operations::Task MakeTask() const override;
     void Reset() override;
     void StartJobWatching(JobWatcher* watcher) override;
 
@@ -58,11 +57,6 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    struct SelectiveColorsData : YDAdjustmentJob
-    {
-        SelectiveParamsList params;
-    };
-
     void InsertTargetColors();
     void ConnectGpu();
     void Connect();
@@ -70,7 +64,6 @@ private:
     void ShowTarget();
     void ShowPercentages(const SelectiveParams& params);
     void ShowMode();
-    static RGBA32iImage Process(const SelectiveColorsData& data);
 
     const std::unique_ptr<Ui::SelectiveColorsWidget> m_ui;
     QMap<int, SelectiveParams> m_targets; ///< by the index of the range in the combo box

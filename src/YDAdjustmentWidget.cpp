@@ -29,6 +29,10 @@ YDAdjustmentWidget::YDAdjustmentWidget(bool isDialog, QWidget* parent, Qt::Windo
 {
     if (m_isDialog)
         BuildFrame();
+    connect(&m_progress, &operations::TaskProgress::RangeChanged, this,
+            &YDAdjustmentWidget::ProgressRangeChanged, Qt::QueuedConnection);
+    connect(&m_progress, &operations::TaskProgress::ValueChanged, this,
+            &YDAdjustmentWidget::ProgressValueChanged, Qt::QueuedConnection);
     connect(this, &YDAdjustmentWidget::ProgressRangeChanged, this,
             &YDAdjustmentWidget::OnProgressRangeChanged);
     connect(this, &YDAdjustmentWidget::ProgressValueChanged, this,
@@ -225,7 +229,7 @@ YDAdjustmentJob YDAdjustmentWidget::MakeConversionJob(const RGBA32iImage& image,
     job.selection = selection;
     job.selectionOffset = offset;
     job.selectionBoundingRect = boundingRect;
-    job.listener = this;
+    job.progress = &m_progress;
     return job;
 }
 
@@ -237,16 +241,6 @@ bool YDAdjustmentWidget::CopySource(YDAdjustmentJob& job)
            PixelBuffer::CopyRows(source.Pixels(), source.BytesPerLine(), job.image.Pixels(),
                                  job.image.BytesPerLine(), source.Width() * qsizetype(sizeof(YDRGBA32i)),
                                  source.Height(), job.abort);
-}
-
-void YDAdjustmentWidget::ForwardProgress(const YDAdjustmentProcessing& processing, const YDAdjustmentJob& job)
-{
-    if (!job.listener)
-        return;
-    connect(&processing, &YDAdjustmentProcessing::RangeChanged, job.listener,
-            &YDAdjustmentWidget::ProgressRangeChanged, Qt::QueuedConnection);
-    connect(&processing, &YDAdjustmentProcessing::ProgressChanged, job.listener,
-            &YDAdjustmentWidget::ProgressValueChanged, Qt::QueuedConnection);
 }
 
 void YDAdjustmentWidget::SetGrooveGradient(QSlider* slider, const QLinearGradient& gradient)

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "RunTransformation.h"
 #include "YDAdjustmentJob.h"
-#include "YDAdjustmentProcessingTemplate.h"
 #include "adjustmentgui_export.h"
 #include "image/KVImage.h"
 #include "image/PoolTasks.h"
+#include "operations/TaskProgress.h"
 #include "plugincore/KVAdjustmentWidget.h"
 
 #include <QFutureWatcher>
@@ -151,6 +152,9 @@ protected:
     /// Set while the running job shall stop; the abort flag of every background job.
     std::atomic<bool>& DataChangedFlag() { return m_dataChanged; }
 
+    /// What a job tells of its progress, for the widget's own signals; outlives every job.
+    operations::TaskProgress* Progress() { return &m_progress; }
+
     /// Tells the host and both kinds of listeners, in this order, that the user changed a parameter;
     /// `valueChanged` is the adjustment's own signal.
     template <class Widget>
@@ -189,9 +193,7 @@ protected:
     template <template <class> class Processing = YDAdjustmentProcessingTemplate, class T>
     static RGBA32iImage RunTransformation(const YDAdjustmentJob& job, const T& transformation)
     {
-        Processing<T> processing(job.abort, transformation);
-        ForwardProgress(processing, job);
-        return processing.Run(job);
+        return operations::RunTransformation<Processing>(job, transformation);
     }
 
     /// Has the job's widget announce the progress of `processing`. RunTransformation() does so by itself.
@@ -232,6 +234,7 @@ private:
     QPoint m_selectionOffset;
     bool m_processing = false;
     std::atomic<bool> m_dataChanged{false};
+    operations::TaskProgress m_progress;
     JobWatcher* m_watcher = nullptr;
     int m_progressTimerId = -1;
     int m_restartTimerId = -1;

@@ -1,70 +1,19 @@
 #include "YDBlackAndWhiteWidget.h"
 
 #include "CheckOnly.h"
-#include "image/YDIterativeBlackAndWhiteTransformation.h"
 #include "ui_BlackAndWhiteWidget.h"
 
 #include <cmath>
 
 namespace {
 
-struct Weights
-{
-    float r;
-    float g;
-    float b;
-};
-
-/// The weights of the fixed sets, by type.
-constexpr std::array<Weights, YDBlackAndWhiteWidget::Custom> FixedWeights{{
-    {0.333f, 0.333f, 0.333f},
-    {0.212671f, 0.71516f, 0.072169f},
-    {0.212671f, 0.71516f, 0.072169f},
-    {0.3f, 0.59f, 0.11f},
-    {0.212671f, 0.71516f, 0.072169f},
-}};
-
-Weights WeightsOf(const YDBlackAndWhiteWidget::Params& params)
-{
-    const bool isFixed =
-        params.type >= YDBlackAndWhiteWidget::Average && params.type < YDBlackAndWhiteWidget::Custom;
-    return isFixed ? FixedWeights[std::size_t(params.type)] : Weights{params.r, params.g, params.b};
-}
-
 /// What a spin box shows of a weight: 0 for one that is not a number, as which the transformation counts it.
 double Shown(float weight) { return std::isnan(weight) ? 0.0 : double(weight); }
 
 } // namespace
 
-bool YDBlackAndWhiteWidget::Params::Read(QDataStream& stream)
-{
-    return YDRecord::ReadTag(stream, Tag, OlderTag) != YDRecord::FoundTag::None &&
-           YDRecord::ReadFields(stream, *this);
-}
-
-bool YDBlackAndWhiteWidget::Params::Write(QDataStream& stream) const
-{
-    return YDRecord::Write(stream, *this);
-}
-
-float YDBlackAndWhiteWidget::Params::GetR() const { return WeightsOf(*this).r; }
-
-float YDBlackAndWhiteWidget::Params::GetG() const { return WeightsOf(*this).g; }
-
-float YDBlackAndWhiteWidget::Params::GetB() const { return WeightsOf(*this).b; }
-
-QDataStream& operator<<(QDataStream& stream, const YDBlackAndWhiteWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::BlackAndWhite, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDBlackAndWhiteWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::BlackAndWhite, __LINE__);
-}
-
 YDBlackAndWhiteWidget::YDBlackAndWhiteWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::BlackAndWhiteWidget>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::BlackAndWhiteWidget>())
 {
     m_ui->setupUi(GetUIContent());
     Connect();
@@ -83,21 +32,12 @@ void YDBlackAndWhiteWidget::SetValue(const Params& params)
     Connect();
 }
 
-void YDBlackAndWhiteWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection,
-                                         const QPoint& offset, const QRect& boundingRect)
-{
-    Process({MakeConversionJob(image, selection, offset, boundingRect), m_params});
-}
+operations::Task YDBlackAndWhiteWidget::MakeTask() const { return operations::MakeTask(m_params); }
 
 void YDBlackAndWhiteWidget::Reset()
 {
     SetValue(Params());
     AnnounceChange(&YDBlackAndWhiteWidget::ValueChanged);
-}
-
-void YDBlackAndWhiteWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, BlackAndWhiteData{MakePreviewJob(), m_params});
 }
 
 void YDBlackAndWhiteWidget::OnAverage(bool checked) { SelectType(checked, Average); }
@@ -170,11 +110,4 @@ void YDBlackAndWhiteWidget::ChangeWeight(float& weight, double value)
         return;
     weight = float(value);
     AnnounceChange(&YDBlackAndWhiteWidget::ValueChanged);
-}
-
-RGBA32iImage YDBlackAndWhiteWidget::Process(const BlackAndWhiteData& data)
-{
-    const Params& params = data.params;
-    return RunTransformation(data, YDIterativeBlackAndWhiteTransformation(params.type == Cie, params.GetR(),
-                                                                          params.GetG(), params.GetB()));
 }

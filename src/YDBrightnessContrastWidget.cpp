@@ -1,27 +1,9 @@
 #include "YDBrightnessContrastWidget.h"
 
-#include "image/YDIterativeBrightnessContrastTransformation.h"
 #include "ui_BrightnessContrastParamWidget.h"
 
-bool YDBrightnessContrastWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool YDBrightnessContrastWidget::Params::Write(QDataStream& stream) const
-{
-    return YDRecord::Write(stream, *this);
-}
-
-QDataStream& operator<<(QDataStream& stream, const YDBrightnessContrastWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::BrightnessContrast, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDBrightnessContrastWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::BrightnessContrast, __LINE__);
-}
-
 YDBrightnessContrastWidget::YDBrightnessContrastWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::BrightnessContrastParamWidget>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::BrightnessContrastParamWidget>())
 {
     m_ui->setupUi(GetUIContent());
     m_ui->m_pBrightnessSpin->setValue(0);
@@ -40,10 +22,10 @@ void YDBrightnessContrastWidget::SetValue(const Params& params)
     Connect();
 }
 
-void YDBrightnessContrastWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection,
-                                              const QPoint& offset, const QRect& boundingRect)
+operations::Task YDBrightnessContrastWidget::MakeTask() const
 {
-    Process(MakeData(MakeConversionJob(image, selection, offset, boundingRect)));
+    // The spin boxes may lie beyond the record.
+    return operations::MakeTask(Params{m_ui->m_pBrightnessSpin->value(), m_ui->m_pContrastSpin->value()});
 }
 
 void YDBrightnessContrastWidget::Reset()
@@ -51,11 +33,6 @@ void YDBrightnessContrastWidget::Reset()
     m_params = Params();
     m_ui->m_pBrightnessSpin->setValue(m_params.brightness);
     m_ui->m_pContrastSpin->setValue(m_params.contrast);
-}
-
-void YDBrightnessContrastWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, MakeData(MakePreviewJob()));
 }
 
 void YDBrightnessContrastWidget::OnBrightnessChanged(int value)
@@ -84,16 +61,4 @@ void YDBrightnessContrastWidget::Disconnect()
                &YDBrightnessContrastWidget::OnBrightnessChanged);
     disconnect(m_ui->m_pContrastSlider, &QSlider::valueChanged, this,
                &YDBrightnessContrastWidget::OnContrastChanged);
-}
-
-/// The values of the spin boxes, which may lie beyond those of the record.
-YDBrightnessContrastWidget::BCData YDBrightnessContrastWidget::MakeData(const YDAdjustmentJob& job) const
-{
-    return {job, m_ui->m_pBrightnessSpin->value(), m_ui->m_pContrastSpin->value()};
-}
-
-RGBA32iImage YDBrightnessContrastWidget::Process(const BCData& data)
-{
-    return RunTransformation(data,
-                             YDIterativeBrightnessContrastTransformation(data.brightness, data.contrast));
 }

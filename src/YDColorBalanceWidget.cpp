@@ -1,7 +1,6 @@
 #include "YDColorBalanceWidget.h"
 
 #include "CheckOnly.h"
-#include "image/YDIterativeColorBalanceTransformation.h"
 #include "ui_ColorBalanceParamWidget.h"
 
 #include <QLinearGradient>
@@ -21,28 +20,8 @@ QLinearGradient Between(Qt::GlobalColor left, Qt::GlobalColor right)
 
 } // namespace
 
-bool YDColorBalanceWidget::Params::Read(QDataStream& stream)
-{
-    return YDRecord::Read<YDRecord::FlagForm::Int>(stream, *this);
-}
-
-bool YDColorBalanceWidget::Params::Write(QDataStream& stream) const
-{
-    return YDRecord::Write<YDRecord::FlagForm::Int>(stream, *this);
-}
-
-QDataStream& operator<<(QDataStream& stream, const YDColorBalanceWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::ColorBalance, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDColorBalanceWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::ColorBalance, __LINE__);
-}
-
 YDColorBalanceWidget::YDColorBalanceWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::ColorBalanceParamWidget>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::ColorBalanceParamWidget>())
 {
     m_ui->setupUi(GetUIContent());
     ColorGrooves();
@@ -60,21 +39,12 @@ void YDColorBalanceWidget::SetValue(const Params& params)
     Connect();
 }
 
-void YDColorBalanceWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection,
-                                        const QPoint& offset, const QRect& boundingRect)
-{
-    Process({MakeConversionJob(image, selection, offset, boundingRect), m_params});
-}
+operations::Task YDColorBalanceWidget::MakeTask() const { return operations::MakeTask(m_params); }
 
 void YDColorBalanceWidget::Reset()
 {
     SetValue(Params());
     AnnounceChange(&YDColorBalanceWidget::ValueChanged);
-}
-
-void YDColorBalanceWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, CBData{MakePreviewJob(), m_params});
 }
 
 void YDColorBalanceWidget::OnCRChanged(int value) { ChangeAxis(m_params.cyanRed, value); }
@@ -176,12 +146,4 @@ void YDColorBalanceWidget::ChangeAxis(Params::Axis& axis, int value)
     if (const int index = AxisIndex(m_params.toneRange); index >= 0)
         axis[std::size_t(index)] = value;
     AnnounceChange(&YDColorBalanceWidget::ValueChanged);
-}
-
-RGBA32iImage YDColorBalanceWidget::Process(const CBData& data)
-{
-    const Params& params = data.params;
-    return RunTransformation(data, YDIterativeColorBalanceTransformation(params.cyanRed.data(),
-                                                                         params.magentaGreen.data(),
-                                                                         params.yellowBlue.data()));
 }

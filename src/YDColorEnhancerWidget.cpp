@@ -1,51 +1,12 @@
 #include "YDColorEnhancerWidget.h"
 
-#include "StretchFrom.h"
-#include "YDIterativeAdjustmentTransformation.h"
 #include "YDThresholdCache.h"
-#include "image/YDColorEnhancerTransformation.h"
 #include "ui_ColorEnhancer.h"
 
-#include <algorithm>
-#include <limits>
 #include <utility>
 
-namespace {
-
-LevelRange Blended(const LevelRange& own, const LevelRange& common, int affected)
-{
-    return {YDColorEnhancerWidget::InputBound(own.low, common.low, affected),
-            YDColorEnhancerWidget::InputBound(own.high, common.high, affected)};
-}
-
-YDLevelsTransformation LevelsFor(const YDThresholdCache::Thresholds& thresholds, int affected)
-{
-    const auto& [red, green, blue, common] = thresholds;
-    return StretchFrom<YDLevelsTransformation>(
-        Blended(red, common, affected), Blended(green, common, affected), Blended(blue, common, affected));
-}
-
-} // namespace
-
-bool YDColorEnhancerWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool YDColorEnhancerWidget::Params::Write(QDataStream& stream) const
-{
-    return YDRecord::Write(stream, *this);
-}
-
-QDataStream& operator<<(QDataStream& stream, const YDColorEnhancerWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::ColorEnhancer, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDColorEnhancerWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::ColorEnhancer, __LINE__);
-}
-
 YDColorEnhancerWidget::YDColorEnhancerWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::ColorEnhancer>()),
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::ColorEnhancer>()),
       m_thresholds(std::make_shared<YDThresholdCache>())
 {
     m_ui->setupUi(GetUIContent());
@@ -65,10 +26,14 @@ void YDColorEnhancerWidget::SetValue(const Params& params)
     Connect();
 }
 
-void YDColorEnhancerWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection,
-                                         const QPoint& offset, const QRect& boundingRect)
+operations::Task YDColorEnhancerWidget::MakeTask() const
 {
-    Process({MakeConversionJob(image, selection, offset, boundingRect), m_params, m_thresholds});
+    return operations::MakeTask(m_params);
+}
+
+operations::Task YDColorEnhancerWidget::MakeTaskForSource() const
+{
+    return operations::MakeTask(m_params, m_thresholds);
 }
 
 void YDColorEnhancerWidget::Reset()
@@ -84,14 +49,12 @@ void YDColorEnhancerWidget::StartJobWatching(JobWatcher* watcher)
         ForgetThresholds();
         m_isChangeKnown = true;
     }
-    Launch(watcher, &Process, EnhancerData{MakePreviewJob(), m_params, m_thresholds});
+    YDTaskWidget::StartJobWatching(watcher);
 }
 
 int YDColorEnhancerWidget::InputBound(int own, int common, int affected)
 {
-    // In 64 bits: a stored percentage may be any number.
-    const qint64 bound = (qint64(own - common) * affected + qint64(common) * 100) / 100;
-    return int(std::clamp<qint64>(bound, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+    return operations::InputBound(own, common, affected);
 }
 
 void YDColorEnhancerWidget::OnAmountChanged(int value)
@@ -133,16 +96,4 @@ void YDColorEnhancerWidget::ForgetThresholds()
 {
     m_counted = SourceImage();
     m_thresholds = std::make_shared<YDThresholdCache>();
-}
-
-RGBA32iImage YDColorEnhancerWidget::Process(const EnhancerData& data)
-{
-    const auto thresholds = data.thresholds->Of(data.image, data.abort);
-    if (!thresholds)
-        return data.image;
-    YDColorEnhancerTransformation enhancer;
-    enhancer.SetLevels(LevelsFor(*thresholds, data.params.affected));
-    enhancer.SetAmountData(data.params.amount);
-    return RunTransformation(data,
-                             YDIterativeAdjustmentTransformation<YDColorEnhancerTransformation>(enhancer));
 }

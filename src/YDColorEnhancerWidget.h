@@ -1,8 +1,8 @@
 #pragma once
 
-#include "YDAdjustmentWidget.h"
-#include "YDRecord.h"
+#include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
+#include "operations/ColorEnhancer.h"
 
 #include <memory>
 
@@ -17,26 +17,12 @@ class ColorEnhancer;
 /// What the picture holds is counted for the first job and kept until the source changes, so moving a control
 /// counts nothing again. Whoever only calls ConvertImage() for one picture after another hands each over with
 /// SetImage() first.
-class ADJUSTMENTGUI_EXPORT YDColorEnhancerWidget : public YDAdjustmentWidget
+class ADJUSTMENTGUI_EXPORT YDColorEnhancerWidget : public YDTaskWidget
 {
     Q_OBJECT
 
 public:
-    struct ADJUSTMENTGUI_EXPORT Params
-    {
-        int amount = 100;   ///< per cent
-        int affected = 100; ///< per cent: 0 stretches all channels alike, 100 each by what it holds itself
-
-        static constexpr std::string_view Tag = "KVColorEnhancer 1.00000";
-        template <class Self, class Visitor>
-        static bool VisitFields(Self& self, Visitor&& visit)
-        {
-            constexpr YDRecord::Range Percent{0, 100};
-            return visit("affected", self.affected, Percent) && visit("amount", self.amount, Percent);
-        }
-        [[nodiscard]] bool Read(QDataStream& stream);
-        [[nodiscard]] bool Write(QDataStream& stream) const;
-    };
+    using Params = operations::ColorEnhancer;
 
     YDColorEnhancerWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags);
     ~YDColorEnhancerWidget() override;
@@ -45,8 +31,8 @@ public:
     /// Shows `params` without announcing a change.
     void SetValue(const Params& params);
 
-    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                      const QRect& boundingRect) override;
+    /// The task counts the picture that it is run on; the widget itself counts its source once.
+    operations::Task MakeTask() const override;
     void Reset() override;
     void StartJobWatching(JobWatcher* watcher) override;
 
@@ -57,22 +43,18 @@ public:
 signals:
     void ValueChanged();
 
+protected:
+    operations::Task MakeTaskForSource() const override;
+
 private slots:
     void OnAmountChanged(int value);
     void OnAffectedChanged(int value);
     void OnSourceChanged();
 
 private:
-    struct EnhancerData : YDAdjustmentJob
-    {
-        Params params;
-        std::shared_ptr<YDThresholdCache> thresholds;
-    };
-
     void Connect();
     void Disconnect();
     void ForgetThresholds();
-    static RGBA32iImage Process(const EnhancerData& data);
 
     const std::unique_ptr<Ui::ColorEnhancer> m_ui;
     Params m_params;
@@ -80,8 +62,3 @@ private:
     RGBA32iImage m_counted;       ///< the source that the thresholds are of
     bool m_isChangeKnown = false; ///< a job has begun on a source whose change is yet to be announced
 };
-
-ADJUSTMENTGUI_EXPORT QDataStream& operator<<(QDataStream& stream,
-                                             const YDColorEnhancerWidget::Params& params);
-/// A record that cannot be read is logged and becomes the default one.
-ADJUSTMENTGUI_EXPORT QDataStream& operator>>(QDataStream& stream, YDColorEnhancerWidget::Params& params);

@@ -7,7 +7,6 @@
 #include "YDPickerDrag.h"
 #include "geometry/ControlNode.h"
 #include "gui/KVDocumentView.h"
-#include "image/YDIterativeCurvesTransformation.h"
 #include "ui_CurvesWidget.h"
 
 #include <QAction>
@@ -24,7 +23,6 @@ namespace {
 
 constexpr uint FirstHandle = 0;
 constexpr uint LastHandle = 1;
-constexpr int FullStrength = 100; ///< per cent
 
 constexpr YDRGBA32i Black(0, 0, 0, 255);
 constexpr YDRGBA32i Gray(128, 128, 128, 255);
@@ -59,22 +57,8 @@ QBrush Tones(const QPointF& end, const QColor& first, const QColor& last)
 
 } // namespace
 
-bool YDCurvesWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool YDCurvesWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
-
-QDataStream& operator<<(QDataStream& stream, const YDCurvesWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::Curves, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDCurvesWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::Curves, __LINE__);
-}
-
 YDCurvesWidget::YDCurvesWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::CurvesWidget>()),
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::CurvesWidget>()),
       m_drag(std::make_unique<YDPickerDrag>(this)), m_blackPick(new YDColorPick(Black, this)),
       m_grayPick(new YDColorPick(Gray, this)), m_whitePick(new YDColorPick(White, this))
 {
@@ -151,22 +135,13 @@ void YDCurvesWidget::SetView(KVDocumentView* view)
         picker->setChecked(false);
 }
 
-void YDCurvesWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                                  const QRect& boundingRect)
-{
-    Process({MakeConversionJob(image, selection, offset, boundingRect), m_params});
-}
+operations::Task YDCurvesWidget::MakeTask() const { return operations::MakeTask(m_params); }
 
 void YDCurvesWidget::Reset()
 {
     CancelPicks();
     SetValue(Params());
     AnnounceChange(&YDCurvesWidget::ValueChanged);
-}
-
-void YDCurvesWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, CurvesData{MakePreviewJob(), m_params});
 }
 
 bool YDCurvesWidget::eventFilter(QObject* watched, QEvent* event)
@@ -430,11 +405,6 @@ void YDCurvesWidget::Disconnect()
     disconnect(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
                &YDCurvesWidget::OnChannelChanged);
     disconnect(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this, &YDCurvesWidget::OnInputChanged);
-}
-
-RGBA32iImage YDCurvesWidget::Process(const CurvesData& data)
-{
-    return RunTransformation(data, YDIterativeCurvesTransformation(data.params.curves.data(), FullStrength));
 }
 
 /// The list that is shown for a channel, the composite one where there is no such channel.

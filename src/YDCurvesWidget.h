@@ -1,10 +1,10 @@
 #pragma once
 
-#include "YDAdjustmentWidget.h"
 #include "YDCurvePoints.h"
-#include "YDRecord.h"
+#include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "image/YDSharedImage.h"
+#include "operations/Curves.h"
 
 #include <QPainterPath>
 
@@ -32,28 +32,12 @@ class CurvesWidget;
 ///
 /// A list with fewer than two points shows and changes nothing and cannot be edited before a reset or a pick.
 /// One with more than 4096 is drawn and applied, but has no nodes and cannot be edited either.
-class ADJUSTMENTGUI_EXPORT YDCurvesWidget : public YDAdjustmentWidget
+class ADJUSTMENTGUI_EXPORT YDCurvesWidget : public YDTaskWidget
 {
     Q_OBJECT
 
 public:
-    struct ADJUSTMENTGUI_EXPORT Params
-    {
-        int channel = 0; ///< in the editor: 0 composite, 1 red, 2 green, 3 blue; stored as read
-        /// The points of each channel's curve, by channel; stored as read.
-        YDCurvePoints::Curves curves{YDCurvePoints::Straight(), YDCurvePoints::Straight(),
-                                     YDCurvePoints::Straight(), YDCurvePoints::Straight()};
-
-        static constexpr std::string_view Tag = "KVCurves 1.00000";
-        template <class Self, class Visitor>
-        static bool VisitFields(Self& self, Visitor&& visit)
-        {
-            return visit("channel", self.channel, YDRecord::Range{0, 3}) &&
-                   visit("curves", self.curves, YDRecord::Range{0, YDCurvePoints::MaxLevel});
-        }
-        [[nodiscard]] bool Read(QDataStream& stream);
-        [[nodiscard]] bool Write(QDataStream& stream) const;
-    };
+    using Params = operations::Curves;
 
     YDCurvesWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags);
     ~YDCurvesWidget() override;
@@ -63,10 +47,8 @@ public:
     void SetValue(const Params& params);
 
     void SetView(KVDocumentView* view) override;
-    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                      const QRect& boundingRect) override;
+    operations::Task MakeTask() const override;
     void Reset() override;
-    void StartJobWatching(JobWatcher* watcher) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     /// Has the histogram show the picture in `image`, which must live until another takes its place.
@@ -147,10 +129,6 @@ protected:
     void SceneKeyPressEvent(QKeyEvent* event);
 
 private:
-    struct CurvesData : YDAdjustmentJob
-    {
-        Params params;
-    };
     using PickRule = void (*)(YDCurvePoints::Curves& curves, const YDRGBA32i& color);
 
     void SetUpPanel();
@@ -159,7 +137,6 @@ private:
     void Connect();
     void Disconnect();
     void CancelPicks();
-    static RGBA32iImage Process(const CurvesData& data);
 
     std::size_t CurveOf(int channel) const;
     const QVector<QPoint>& Points() const { return m_params.curves[CurveOf(m_params.channel)]; }
@@ -186,7 +163,3 @@ private:
     YDColorPick* const m_grayPick;
     YDColorPick* const m_whitePick;
 };
-
-ADJUSTMENTGUI_EXPORT QDataStream& operator<<(QDataStream& stream, const YDCurvesWidget::Params& params);
-/// A record that cannot be read is logged and becomes the default one.
-ADJUSTMENTGUI_EXPORT QDataStream& operator>>(QDataStream& stream, YDCurvesWidget::Params& params);

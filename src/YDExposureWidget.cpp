@@ -2,7 +2,6 @@
 
 #include "ScopedDisconnect.h"
 #include "SliderPosition.h"
-#include "image/YDIterativeExposureTransformation.h"
 #include "ui_ExposureParamWidget.h"
 
 #include <cmath>
@@ -17,7 +16,7 @@ double NumberOrZero(double value) { return std::isnan(value) ? 0.0 : value; }
 } // namespace
 
 YDExposureWidget::YDExposureWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::ExposureParamWidget>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::ExposureParamWidget>())
 {
     m_ui->setupUi(GetUIContent());
     Connect();
@@ -51,21 +50,15 @@ void YDExposureWidget::SetOffset(double offset)
     m_ui->m_pOffsetSlider->setValue(SliderPosition(value, SliderScale));
 }
 
-void YDExposureWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                                    const QRect& boundingRect)
+operations::Task YDExposureWidget::MakeTask() const
 {
-    Process(MakeData(MakeConversionJob(image, selection, offset, boundingRect)));
+    return operations::MakeTask(operations::Exposure{GetExposure(), GetOffset()});
 }
 
 void YDExposureWidget::Reset()
 {
     m_ui->m_pExposureSpin->setValue(0.0);
     m_ui->m_pOffsetSpin->setValue(0.0);
-}
-
-void YDExposureWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, MakeData(MakePreviewJob()));
 }
 
 void YDExposureWidget::OnExposureChanged(double exposure)
@@ -111,14 +104,4 @@ void YDExposureWidget::MoveOffsetSlider(double offset)
     const ScopedDisconnect quiet(m_ui->m_pOffsetSlider, &QSlider::valueChanged, this,
                                  &YDExposureWidget::OnOffsetSlider);
     m_ui->m_pOffsetSlider->setValue(SliderPosition(offset, SliderScale));
-}
-
-YDExposureWidget::ExposureData YDExposureWidget::MakeData(const YDAdjustmentJob& job) const
-{
-    return {job, m_ui->m_pExposureSpin->value(), m_ui->m_pOffsetSpin->value()};
-}
-
-RGBA32iImage YDExposureWidget::Process(const ExposureData& data)
-{
-    return RunTransformation(data, YDIterativeExposureTransformation(data.exposure, data.offset));
 }

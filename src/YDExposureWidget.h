@@ -1,7 +1,8 @@
 #pragma once
 
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
+#include "operations/Exposure.h"
 
 #include <memory>
 
@@ -13,7 +14,7 @@ class ExposureParamWidget;
 ///
 /// The spin boxes hold the values; a slider shows its value's ten thousandths, truncated toward zero, so that
 /// -1.5 puts it at -14999. There is no record and no stream.
-class ADJUSTMENTGUI_EXPORT YDExposureWidget : public YDAdjustmentWidget
+class ADJUSTMENTGUI_EXPORT YDExposureWidget : public YDTaskWidget
 {
     Q_OBJECT
 
@@ -35,10 +36,8 @@ public:
     /// truncated view becomes the value, so that -0.25 ends as -0.2499. What is not a number counts as 0.
     void SetOffset(double offset);
 
-    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                      const QRect& boundingRect) override;
+    operations::Task MakeTask() const override;
     void Reset() override;
-    void StartJobWatching(JobWatcher* watcher) override;
 
 public slots:
     void OnExposureChanged(double exposure);
@@ -51,17 +50,9 @@ signals:
     void OffsetChanged();
 
 private:
-    struct ExposureData : YDAdjustmentJob
-    {
-        double exposure;
-        double offset;
-    };
-
     void Connect();
     void MoveExposureSlider(double exposure);
     void MoveOffsetSlider(double offset);
-    ExposureData MakeData(const YDAdjustmentJob& job) const;
-    static RGBA32iImage Process(const ExposureData& data);
 
     const std::unique_ptr<Ui::ExposureParamWidget> m_ui;
 };

@@ -2,7 +2,6 @@
 
 #include "ScopedDisconnect.h"
 #include "SliderPosition.h"
-#include "image/YDIterativeGammaCorrectionTransformation.h"
 #include "ui_GammaParamWidget.h"
 
 #include <cmath>
@@ -16,7 +15,7 @@ constexpr double SliderStep = 0.01;
 } // namespace
 
 YDGammaCorrectionWidget::YDGammaCorrectionWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::GammaParamWidget>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::GammaParamWidget>())
 {
     m_ui->setupUi(GetUIContent());
     connect(m_ui->m_pGammaSpin, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
@@ -37,18 +36,12 @@ void YDGammaCorrectionWidget::SetGamma(double gamma)
     m_ui->m_pGammaSlider->setValue(SliderPosition(value, SliderScale));
 }
 
-void YDGammaCorrectionWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection,
-                                           const QPoint& offset, const QRect& boundingRect)
+operations::Task YDGammaCorrectionWidget::MakeTask() const
 {
-    Process(MakeData(MakeConversionJob(image, selection, offset, boundingRect)));
+    return operations::MakeTask(operations::Gamma{GetGamma()});
 }
 
 void YDGammaCorrectionWidget::Reset() { m_ui->m_pGammaSpin->setValue(Neutral); }
-
-void YDGammaCorrectionWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, MakeData(MakePreviewJob()));
-}
 
 void YDGammaCorrectionWidget::OnGammaChanged(double gamma)
 {
@@ -67,14 +60,4 @@ void YDGammaCorrectionWidget::MoveSlider(double gamma)
     const ScopedDisconnect quiet(m_ui->m_pGammaSlider, &QSlider::valueChanged, this,
                                  &YDGammaCorrectionWidget::OnGammaSlider);
     m_ui->m_pGammaSlider->setValue(SliderPosition(gamma, SliderScale));
-}
-
-YDGammaCorrectionWidget::GCData YDGammaCorrectionWidget::MakeData(const YDAdjustmentJob& job) const
-{
-    return {job, m_ui->m_pGammaSpin->value()};
-}
-
-RGBA32iImage YDGammaCorrectionWidget::Process(const GCData& data)
-{
-    return RunTransformation(data, YDIterativeGammaCorrectionTransformation(data.gamma));
 }

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
+#include "operations/Gamma.h"
 
 #include <memory>
 
@@ -12,7 +13,7 @@ class GammaParamWidget;
 /// One gamma value, a slider and a spin box.
 ///
 /// The spin box holds the value; the slider shows its hundredths. There is no record and no stream.
-class ADJUSTMENTGUI_EXPORT YDGammaCorrectionWidget : public YDAdjustmentWidget
+class ADJUSTMENTGUI_EXPORT YDGammaCorrectionWidget : public YDTaskWidget
 {
     Q_OBJECT
 
@@ -26,10 +27,8 @@ public:
     /// truncated view becomes the value, so that 1.999 ends as 1.99. What is not a number counts as 1.
     void SetGamma(double gamma);
 
-    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                      const QRect& boundingRect) override;
+    operations::Task MakeTask() const override;
     void Reset() override;
-    void StartJobWatching(JobWatcher* watcher) override;
 
 public slots:
     void OnGammaChanged(double gamma);
@@ -39,14 +38,7 @@ signals:
     void GammaChanged();
 
 private:
-    struct GCData : YDAdjustmentJob
-    {
-        double gamma;
-    };
-
     void MoveSlider(double gamma);
-    GCData MakeData(const YDAdjustmentJob& job) const;
-    static RGBA32iImage Process(const GCData& data);
 
     const std::unique_ptr<Ui::GammaParamWidget> m_ui;
 };

@@ -1,7 +1,5 @@
 #include "YDHueSaturationWidget.h"
 
-#include "KVAdjustmentProcessingTemplate.h"
-#include "image/YDHueSaturationTransformation.h"
 #include "ui_HueSaturationParamWidget.h"
 
 #include <algorithm>
@@ -30,28 +28,8 @@ int HueOnCircle(int hue)
 
 } // namespace
 
-bool YDHueSaturationWidget::Params::Read(QDataStream& stream)
-{
-    return YDRecord::Read<YDRecord::FlagForm::Int>(stream, *this);
-}
-
-bool YDHueSaturationWidget::Params::Write(QDataStream& stream) const
-{
-    return YDRecord::Write<YDRecord::FlagForm::Int>(stream, *this);
-}
-
-QDataStream& operator<<(QDataStream& stream, const YDHueSaturationWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::HueSaturation, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDHueSaturationWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::HueSaturation, __LINE__);
-}
-
 YDHueSaturationWidget::YDHueSaturationWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::HueSaturationParamWidget>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::HueSaturationParamWidget>())
 {
     m_ui->setupUi(GetUIContent());
     UpdateColorLabels();
@@ -100,10 +78,11 @@ void YDHueSaturationWidget::SetValue(const Params& params)
     UpdateSaturationGroove();
 }
 
-void YDHueSaturationWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection,
-                                         const QPoint& offset, const QRect& boundingRect)
+operations::Task YDHueSaturationWidget::MakeTask() const
 {
-    Process(MakeData(MakeConversionJob(image, selection, offset, boundingRect)));
+    return operations::MakeTask(Params{m_ui->m_pHueSpin->value(), m_ui->m_pSaturationSpin->value(),
+                                       m_ui->m_pLightnessSpin->value(),
+                                       m_ui->m_pColorizeCheckBox->isChecked()});
 }
 
 void YDHueSaturationWidget::Reset()
@@ -113,11 +92,6 @@ void YDHueSaturationWidget::Reset()
     m_ui->m_pSaturationSpin->setValue(m_params.saturation);
     m_ui->m_pLightnessSpin->setValue(m_params.lightness);
     m_ui->m_pColorizeCheckBox->setChecked(m_params.colorize);
-}
-
-void YDHueSaturationWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, MakeData(MakePreviewJob()));
 }
 
 // The colours follow before DataChanged(), so that who listens to it finds the panel as it is now.
@@ -215,16 +189,4 @@ void YDHueSaturationWidget::UpdateHueGroove()
 void YDHueSaturationWidget::UpdateSaturationGroove()
 {
     SetGrooveGradient(m_ui->m_pSaturationSlider, GetSaturation(m_params.hue, m_params.lightness));
-}
-
-YDHueSaturationWidget::HSData YDHueSaturationWidget::MakeData(const YDAdjustmentJob& job) const
-{
-    return {job, m_ui->m_pHueSpin->value(), m_ui->m_pSaturationSpin->value(), m_ui->m_pLightnessSpin->value(),
-            m_ui->m_pColorizeCheckBox->isChecked()};
-}
-
-RGBA32iImage YDHueSaturationWidget::Process(const HSData& data)
-{
-    return RunTransformation<KVAdjustmentProcessingTemplate>(
-        data, YDHueSaturationTransformation(data.hue, data.saturation, data.lightness, data.colorize));
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "YDAdjustmentWidget.h"
-#include "YDRecord.h"
+#include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
+#include "operations/HueSaturation.h"
 
 #include <QLinearGradient>
 
@@ -19,30 +19,12 @@ class HueSaturationParamWidget;
 /// becomes of them.
 ///
 /// Jobs use the controls: a value of the record beyond its control's end is kept, and processed as that end.
-class ADJUSTMENTGUI_EXPORT YDHueSaturationWidget : public YDAdjustmentWidget
+class ADJUSTMENTGUI_EXPORT YDHueSaturationWidget : public YDTaskWidget
 {
     Q_OBJECT
 
 public:
-    struct ADJUSTMENTGUI_EXPORT Params
-    {
-        int hue = 0;        ///< degrees, 0..359 in the panel
-        int saturation = 0; ///< -100..100 in the panel
-        int lightness = 0;  ///< -100..100 in the panel
-        bool colorize = false;
-
-        static constexpr std::string_view Tag = "KVHueSaturation 1.00000";
-        template <class Self, class Visitor>
-        static bool VisitFields(Self& self, Visitor&& visit)
-        {
-            constexpr YDRecord::Range Percent{-100, 100};
-            return visit("hue", self.hue, YDRecord::Range{0, 359}) &&
-                   visit("saturation", self.saturation, Percent) &&
-                   visit("lightness", self.lightness, Percent) && visit("colorize", self.colorize);
-        }
-        [[nodiscard]] bool Read(QDataStream& stream);
-        [[nodiscard]] bool Write(QDataStream& stream) const;
-    };
+    using Params = operations::HueSaturation;
 
     YDHueSaturationWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags);
     ~YDHueSaturationWidget() override;
@@ -56,10 +38,8 @@ public:
     /// Shows `params` without announcing a change.
     void SetValue(const Params& params);
 
-    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                      const QRect& boundingRect) override;
+    operations::Task MakeTask() const override;
     void Reset() override;
-    void StartJobWatching(JobWatcher* watcher) override;
 
 public slots:
     void OnHueChanged(int value);
@@ -71,28 +51,13 @@ signals:
     void ValueChanged();
 
 private:
-    struct HSData : YDAdjustmentJob
-    {
-        int hue;
-        int saturation;
-        int lightness;
-        bool colorize;
-    };
-
     void Connect();
     void Disconnect();
     void ShowLastHue();
     void UpdateColorLabels();
     void UpdateHueGroove();
     void UpdateSaturationGroove();
-    HSData MakeData(const YDAdjustmentJob& job) const;
-    static RGBA32iImage Process(const HSData& data);
 
     const std::unique_ptr<Ui::HueSaturationParamWidget> m_ui;
     Params m_params;
 };
-
-ADJUSTMENTGUI_EXPORT QDataStream& operator<<(QDataStream& stream,
-                                             const YDHueSaturationWidget::Params& params);
-/// A record that cannot be read is logged and becomes the default one.
-ADJUSTMENTGUI_EXPORT QDataStream& operator>>(QDataStream& stream, YDHueSaturationWidget::Params& params);

@@ -26,32 +26,13 @@ constexpr std::size_t High = 1;
 constexpr int LowestLevel = 0;
 constexpr int HighestLevel = 255;
 constexpr int Gap = 2; ///< that the controls keep between the input's ends
-constexpr int FullStrength = 100;
 
-// The gammas of the two ends of the input scale and of its middle, in thousandths.
-constexpr qint64 GammaAtLow = 9990;
-constexpr qint64 GammaAtMiddle = 1000;
-constexpr qint64 GammaAtHigh = 10;
-constexpr double Thousandth = 0.001;
-
-int BoundedToInt(qint64 value)
+/// The level that is `distance` from another, on the scale or not, as far as integers reach.
+int LevelBeside(int level, int distance)
 {
-    return int(std::clamp<qint64>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+    return int(std::clamp<qint64>(qint64(level) + distance, std::numeric_limits<int>::min(),
+                                  std::numeric_limits<int>::max()));
 }
-
-/// The integer part of `value`, toward zero, bounded to what an int holds.
-qint64 Truncated(double value)
-{
-    return qint64(
-        std::clamp<double>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
-}
-
-qint64 MidOf(int low, int high) { return (qint64(low) + high) / 2; }
-
-qint64 Quotient(qint64 dividend, qint64 divisor) { return dividend / (divisor == 0 ? 1 : divisor); }
-
-/// The level that is `distance` from another, on the scale or not.
-int LevelBeside(int level, int distance) { return BoundedToInt(qint64(level) + distance); }
 
 /// A gamma from outside as the spin box can take it.
 double ShownGamma(double gamma)
@@ -88,28 +69,8 @@ void AddHandle(YodiCustomSlider* slider, int value, const QColor& color, const Q
 
 } // namespace
 
-void YDLevelsWidget::Params::Derive()
-{
-    for (std::size_t i = 0; i < middle.size(); ++i)
-        middle[i] = MiddleValue(input[i][Low], input[i][High], gamma[i]);
-}
-
-bool YDLevelsWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool YDLevelsWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
-
-QDataStream& operator<<(QDataStream& stream, const YDLevelsWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::Levels, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDLevelsWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::Levels, __LINE__);
-}
-
 YDLevelsWidget::YDLevelsWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::LevelsWidget>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::LevelsWidget>())
 {
     m_ui->setupUi(GetUIContent());
     AlignWidths({m_ui->label_3, m_ui->label_2});
@@ -136,21 +97,12 @@ void YDLevelsWidget::SetValue(const Params& params)
 
 int YDLevelsWidget::MiddleValue(int low, int high, double gamma)
 {
-    const qint64 mid = MidOf(low, high);
-    const qint64 thousandths = std::isnan(gamma) ? GammaAtMiddle : Truncated(gamma * 1000.0);
-    if (thousandths > GammaAtMiddle)
-        return BoundedToInt(mid + (low - mid) * (thousandths - GammaAtMiddle) / (GammaAtLow - GammaAtMiddle));
-    return BoundedToInt(high + (mid - high) * (thousandths - GammaAtHigh) / (GammaAtMiddle - GammaAtHigh));
+    return Params::MiddleValue(low, high, gamma);
 }
 
 double YDLevelsWidget::ToneValue(int low, int high, int position)
 {
-    const qint64 mid = MidOf(low, high);
-    const qint64 thousandths =
-        position >= mid
-            ? Quotient((mid - position) * (GammaAtMiddle - GammaAtHigh), high - mid) + GammaAtMiddle
-            : Quotient((qint64(low) - position) * (GammaAtLow - GammaAtMiddle), mid - low) + GammaAtLow;
-    return BoundedToInt(thousandths) * Thousandth;
+    return Params::ToneValue(low, high, position);
 }
 
 int YDLevelsWidget::IndexToHistogrammChannel(int index)
@@ -158,21 +110,12 @@ int YDLevelsWidget::IndexToHistogrammChannel(int index)
     return YDHistogramFeed::IndexToHistogrammChannel(index);
 }
 
-void YDLevelsWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                                  const QRect& boundingRect)
-{
-    Process(MakeData(MakeConversionJob(image, selection, offset, boundingRect)));
-}
+operations::Task YDLevelsWidget::MakeTask() const { return operations::MakeTask(m_params); }
 
 void YDLevelsWidget::Reset()
 {
     SetValue(Params());
     AnnounceChange(&YDLevelsWidget::ValueChanged);
-}
-
-void YDLevelsWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, MakeData(MakePreviewJob()));
 }
 
 void YDLevelsWidget::AttachQImage(const YDSharedImage<QImage>* image) { m_feed->AttachQImage(image); }
@@ -392,21 +335,4 @@ std::size_t YDLevelsWidget::Edited() const
 {
     const bool isKnown = m_params.channel >= 0 && m_params.channel < int(m_params.input.size());
     return isKnown ? std::size_t(m_params.channel) : 0;
-}
-
-YDLevelsWidget::LevelsData YDLevelsWidget::MakeData(const YDAdjustmentJob& job) const
-{
-    return {job, m_params};
-}
-
-RGBA32iImage YDLevelsWidget::Process(const LevelsData& data)
-{
-    int input[4][2];
-    int output[4][2];
-    for (std::size_t channel = 0; channel < data.params.input.size(); ++channel) {
-        std::copy_n(data.params.input[channel].begin(), 2, input[channel]);
-        std::copy_n(data.params.output[channel].begin(), 2, output[channel]);
-    }
-    return RunTransformation(
-        data, YDIterativeLevelsTransformation(input, output, data.params.gamma.data(), FullStrength));
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "YDAdjustmentWidget.h"
-#include "YDRecord.h"
+#include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "image/YDSharedImage.h"
+#include "operations/Levels.h"
 
 #include <memory>
 
@@ -33,35 +33,12 @@ class LevelsWidget;
 /// and 400 they show 300 (of 0..398) and 302 (of 302 alone). The handles stay on the scale of 0..255. Where
 /// the record's channel is none of the four, the list of channels has no current item, and the panel shows
 /// and edits the composite's values until a channel is chosen.
-class ADJUSTMENTGUI_EXPORT YDLevelsWidget : public YDAdjustmentWidget
+class ADJUSTMENTGUI_EXPORT YDLevelsWidget : public YDTaskWidget
 {
     Q_OBJECT
 
 public:
-    struct ADJUSTMENTGUI_EXPORT Params
-    {
-        using Ends = std::array<int, 2>; ///< low and high
-
-        int channel = 0; ///< that the panel shows: 0 composite, 1 red, 2 green, 3 blue
-        std::array<Ends, 4> input{{{0, 255}, {0, 255}, {0, 255}, {0, 255}}};
-        std::array<int, 4> middle{128, 128, 128, 128}; ///< of the input scale; follows from input and gamma
-        std::array<Ends, 4> output{{{0, 255}, {0, 255}, {0, 255}, {0, 255}}}; ///< low above high inverts
-        std::array<double, 4> gamma{1.0, 1.0, 1.0, 1.0};                      ///< above 1 brightens
-
-        static constexpr std::string_view Tag = "KVLevels 1.00000";
-        template <class Self, class Visitor>
-        static bool VisitFields(Self& self, Visitor&& visit)
-        {
-            constexpr YDRecord::Range Levels{0, 255};
-            return visit("channel", self.channel, YDRecord::Range{0, 3}) &&
-                   visit("input", self.input, Levels) && visit("output", self.output, Levels) &&
-                   visit("gamma", self.gamma, YDRecord::Range{0.01, 9.99});
-        }
-        /// Sets `middle`, which is no field of its own, to what the fields say.
-        void Derive();
-        [[nodiscard]] bool Read(QDataStream& stream);
-        [[nodiscard]] bool Write(QDataStream& stream) const;
-    };
+    using Params = operations::Levels;
 
     YDLevelsWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags);
     ~YDLevelsWidget() override;
@@ -84,10 +61,8 @@ public:
     /// The histogram's channel mask for an index of the channel box; all three for one that it has not.
     static int IndexToHistogrammChannel(int index);
 
-    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                      const QRect& boundingRect) override;
+    operations::Task MakeTask() const override;
     void Reset() override;
-    void StartJobWatching(JobWatcher* watcher) override;
 
     /// Shows the histogram of the picture in `image` in place of the source's, until the source changes or
     /// another is attached. `image` must live until then; null: none.
@@ -114,11 +89,6 @@ signals:
     void ValueChanged();
 
 private:
-    struct LevelsData : YDAdjustmentJob
-    {
-        Params params;
-    };
-
     void BuildSliders();
     void Connect();
     void Disconnect();
@@ -127,14 +97,8 @@ private:
     void ShowOutput();
     void StoreMiddle(int low, int high, double gamma);
     std::size_t Edited() const;
-    LevelsData MakeData(const YDAdjustmentJob& job) const;
-    static RGBA32iImage Process(const LevelsData& data);
 
     const std::unique_ptr<Ui::LevelsWidget> m_ui;
     std::unique_ptr<YDHistogramFeed> m_feed;
     Params m_params;
 };
-
-ADJUSTMENTGUI_EXPORT QDataStream& operator<<(QDataStream& stream, const YDLevelsWidget::Params& params);
-/// A record that cannot be read is logged and becomes the default one.
-ADJUSTMENTGUI_EXPORT QDataStream& operator>>(QDataStream& stream, YDLevelsWidget::Params& params);

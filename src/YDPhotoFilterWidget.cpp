@@ -3,8 +3,6 @@
 #include "IsSameColor.h"
 #include "PickColor.h"
 #include "ShowSwatch.h"
-#include "image/ColorToRgba.h"
-#include "image/YDIterativePhotoFilterTransformation.h"
 #include "ui_PhotoFilterWidget.h"
 
 #include <array>
@@ -47,22 +45,8 @@ constexpr QColor CustomColor(0, 0, 0, 0);
 
 } // namespace
 
-bool YDPhotoFilterWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool YDPhotoFilterWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
-
-QDataStream& operator<<(QDataStream& stream, const YDPhotoFilterWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::PhotoFilter, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDPhotoFilterWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::PhotoFilter, __LINE__);
-}
-
 YDPhotoFilterWidget::YDPhotoFilterWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::PhotoFilterWidget>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::PhotoFilterWidget>())
 {
     m_ui->setupUi(GetUIContent());
     FillPresets();
@@ -82,21 +66,12 @@ void YDPhotoFilterWidget::SetValue(const Params& params)
     Connect();
 }
 
-void YDPhotoFilterWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection,
-                                       const QPoint& offset, const QRect& boundingRect)
-{
-    Process({MakeConversionJob(image, selection, offset, boundingRect), m_params});
-}
+operations::Task YDPhotoFilterWidget::MakeTask() const { return operations::MakeTask(m_params); }
 
 void YDPhotoFilterWidget::Reset()
 {
     SetValue(Params());
     AnnounceChange(&YDPhotoFilterWidget::ValueChanged);
-}
-
-void YDPhotoFilterWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, PhotoFilterData{MakePreviewJob(), m_params});
 }
 
 void YDPhotoFilterWidget::OnColor()
@@ -164,10 +139,4 @@ void YDPhotoFilterWidget::SetColor(const QColor& color)
     m_params.color = color;
     ShowSwatch(m_ui->m_pColor, color);
     UpdatePresetIndex(color);
-}
-
-RGBA32iImage YDPhotoFilterWidget::Process(const PhotoFilterData& data)
-{
-    return RunTransformation(
-        data, YDIterativePhotoFilterTransformation(ColorToRgba(data.params.color), data.params.density));
 }

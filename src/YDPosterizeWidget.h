@@ -1,7 +1,8 @@
 #pragma once
 
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
+#include "operations/Posterize.h"
 
 #include <memory>
 
@@ -12,7 +13,7 @@ class PosterizeParamWidget;
 /// The number of levels of each channel, a slider and a spin box that follow one another.
 ///
 /// The spin box holds the value. There is no record and no stream.
-class ADJUSTMENTGUI_EXPORT YDPosterizeWidget : public YDAdjustmentWidget
+class ADJUSTMENTGUI_EXPORT YDPosterizeWidget : public YDTaskWidget
 {
     Q_OBJECT
 
@@ -25,10 +26,8 @@ public:
     /// Shows `levels` without announcing a change.
     void SetPosterize(int levels);
 
-    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                      const QRect& boundingRect) override;
+    operations::Task MakeTask() const override;
     void Reset() override;
-    void StartJobWatching(JobWatcher* watcher) override;
 
 public slots:
     void OnPosterizeChanged(int levels);
@@ -37,13 +36,5 @@ signals:
     void PosterizeChanged();
 
 private:
-    struct PosterizeData : YDAdjustmentJob
-    {
-        int levels;
-    };
-
-    PosterizeData MakeData(const YDAdjustmentJob& job) const;
-    static RGBA32iImage Process(const PosterizeData& data);
-
     const std::unique_ptr<Ui::PosterizeParamWidget> m_ui;
 };

@@ -1,10 +1,8 @@
 #include "YDReplaceColorWidget.h"
 
-#include "ColorAtOpacity.h"
 #include "IsSameColor.h"
 #include "PickColor.h"
 #include "ShowSwatch.h"
-#include "image/YDFloodFillHelper.h"
 #include "ui_ReplaceColor.h"
 
 #include <array>
@@ -21,22 +19,8 @@ constexpr std::array<const char*, 4> PositionTexts{
 
 } // namespace
 
-bool YDReplaceColorWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool YDReplaceColorWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
-
-QDataStream& operator<<(QDataStream& stream, const YDReplaceColorWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::ReplaceColor, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDReplaceColorWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::ReplaceColor, __LINE__);
-}
-
 YDReplaceColorWidget::YDReplaceColorWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::ReplaceColor>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::ReplaceColor>())
 {
     m_ui->setupUi(GetUIContent());
     FillSourcePositions();
@@ -68,17 +52,12 @@ YDReplaceColorWidget::PositionType YDReplaceColorWidget::GetPositionType(int ind
     return isItem ? PositionType(m_ui->m_pPositionType->itemData(index).toInt()) : LeftTop;
 }
 
+operations::Task YDReplaceColorWidget::MakeTask() const { return operations::MakeTask(m_params); }
+
 void YDReplaceColorWidget::Reset()
 {
     SetValue(Params());
     AnnounceChange(&YDReplaceColorWidget::ValueChanged);
-}
-
-void YDReplaceColorWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process,
-           RCData{MakePreviewJob(), ColorAtOpacity(m_params.color, m_params.opacity), StartPoint(),
-                  m_params.tolerance});
 }
 
 void YDReplaceColorWidget::OnSourceToleranceChanged(int tolerance)
@@ -154,29 +133,4 @@ void YDReplaceColorWidget::Disconnect()
                &YDReplaceColorWidget::OnDestinationColor);
     disconnect(m_ui->m_pDestinationOpacity, &QSlider::valueChanged, this,
                &YDReplaceColorWidget::OnDestinationOpacityChanged);
-}
-
-QPoint YDReplaceColorWidget::StartPoint() const
-{
-    const QRect picture(0, 0, SourceImage().Width(), SourceImage().Height());
-    switch (m_params.position) {
-    case RightTop:
-        return picture.topRight();
-    case LeftBottom:
-        return picture.bottomLeft();
-    case RightBottom:
-        return picture.bottomRight();
-    default:
-        return picture.topLeft();
-    }
-}
-
-RGBA32iImage YDReplaceColorWidget::Process(const RCData& data)
-{
-    const auto tolerance = quint8(qBound(0, data.tolerance, 255)); // a stored one may be any
-    const YDRGBA32i everyChannel(tolerance, tolerance, tolerance, tolerance);
-    RGBA32iImage image = data.image;
-    // Where there is no memory for the fill, the picture stays as it is.
-    (void)YDFloodFillHelper::FloodFill(image, data.start, everyChannel, data.color, nullptr);
-    return image;
 }

@@ -35,22 +35,8 @@ int IndexOf(const Flags& flags, Qt::Alignment alignment)
 
 } // namespace
 
-bool YDSignWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool YDSignWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
-
-QDataStream& operator<<(QDataStream& stream, const YDSignWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::Sign, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDSignWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::Sign, __LINE__);
-}
-
 YDSignWidget::YDSignWidget(QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(false, parent, flags), m_ui(std::make_unique<Ui::SignWidget>())
+    : YDTaskWidget(false, parent, flags), m_ui(std::make_unique<Ui::SignWidget>())
 {
     m_ui->setupUi(GetUIContent());
     m_ui->m_pSelectAnImage->setIcon(style()->standardIcon(QStyle::SP_DirOpenIcon));
@@ -76,13 +62,13 @@ void YDSignWidget::SetValue(const Params& params)
     Connect();
 }
 
+operations::Task YDSignWidget::MakeTask() const { return operations::MakeTask(m_params); }
+
 void YDSignWidget::Reset()
 {
     SetValue(Params());
     AnnounceChange(&YDSignWidget::ValueChanged);
 }
-
-void YDSignWidget::StartJobWatching(JobWatcher*) {}
 
 QStringList YDSignWidget::GetOpenFileNames()
 {

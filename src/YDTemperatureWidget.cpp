@@ -1,25 +1,9 @@
 #include "YDTemperatureWidget.h"
 
-#include "YDIterativeAdjustmentTransformation.h"
-#include "image/YDTemperatureCorrection.h"
 #include "ui_TemperatureWidget.h"
 
-bool YDTemperatureWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool YDTemperatureWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
-
-QDataStream& operator<<(QDataStream& stream, const YDTemperatureWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::Temperature, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDTemperatureWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::Temperature, __LINE__);
-}
-
 YDTemperatureWidget::YDTemperatureWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::TemperatureWidget>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::TemperatureWidget>())
 {
     m_ui->setupUi(GetUIContent());
     m_ui->gridLayout->setAlignment(Qt::AlignTop); // a taller panel does not pull the rows apart
@@ -38,21 +22,12 @@ void YDTemperatureWidget::SetValue(const Params& params)
     Connect();
 }
 
-void YDTemperatureWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection,
-                                       const QPoint& offset, const QRect& boundingRect)
-{
-    Process({MakeConversionJob(image, selection, offset, boundingRect), m_params});
-}
+operations::Task YDTemperatureWidget::MakeTask() const { return operations::MakeTask(m_params); }
 
 void YDTemperatureWidget::Reset()
 {
     m_params = Params();
     ShowDefaults();
-}
-
-void YDTemperatureWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, TData{MakePreviewJob(), m_params});
 }
 
 void YDTemperatureWidget::OnTemperatureChanged(int value)
@@ -95,11 +70,4 @@ void YDTemperatureWidget::ShowDefaults()
     m_ui->m_pTemperature->setValue(Defaults.temperature);
     m_ui->m_pTint->setValue(Defaults.tint);
     m_ui->m_pStrength->setValue(Defaults.strength);
-}
-
-RGBA32iImage YDTemperatureWidget::Process(const TData& data)
-{
-    YDTemperatureCorrection correction;
-    correction.SetData(data.params.temperature, data.params.strength, data.params.tint);
-    return RunTransformation(data, YDIterativeAdjustmentTransformation<YDTemperatureCorrection>(correction));
 }

@@ -1,8 +1,6 @@
 #include "YDThresholdWidget.h"
 
 #include "YDHistogramFeed.h"
-#include "YDIterativeAdjustmentTransformation.h"
-#include "image/YDThresholdRGB32.h"
 #include "ui_Threshold.h"
 
 namespace {
@@ -13,22 +11,8 @@ constexpr int HighestLevel = 255;
 
 } // namespace
 
-bool YDThresholdWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool YDThresholdWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
-
-QDataStream& operator<<(QDataStream& stream, const YDThresholdWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::Threshold, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDThresholdWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::Threshold, __LINE__);
-}
-
 YDThresholdWidget::YDThresholdWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::Threshold>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::Threshold>())
 {
     m_ui->setupUi(GetUIContent());
     m_ui->m_pHistogramm->SetChannel(0);
@@ -47,21 +31,12 @@ YDThresholdWidget::~YDThresholdWidget() = default;
 
 void YDThresholdWidget::SetValue(const Params& params) { ShowLevel(params.level); }
 
-void YDThresholdWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                                     const QRect& boundingRect)
-{
-    Process(MakeData(MakeConversionJob(image, selection, offset, boundingRect)));
-}
+operations::Task YDThresholdWidget::MakeTask() const { return operations::MakeTask(m_params); }
 
 void YDThresholdWidget::Reset()
 {
     ShowLevel(Params().level);
     AnnounceChange(&YDThresholdWidget::ValueChanged);
-}
-
-void YDThresholdWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, MakeData(MakePreviewJob()));
 }
 
 void YDThresholdWidget::AttachQImage(const YDSharedImage<QImage>* image) { m_feed->AttachQImage(image); }
@@ -103,16 +78,4 @@ void YDThresholdWidget::ShowLevel(int level)
     m_params.level = level;
     m_ui->m_pSlider->ChangeValue(Handle, level);
     Connect();
-}
-
-YDThresholdWidget::ThresholdData YDThresholdWidget::MakeData(const YDAdjustmentJob& job) const
-{
-    return {job, m_params};
-}
-
-RGBA32iImage YDThresholdWidget::Process(const ThresholdData& data)
-{
-    YDThresholdRGB32 threshold;
-    threshold.SetLevel(data.params.level);
-    return RunTransformation(data, YDIterativeAdjustmentTransformation<YDThresholdRGB32>(threshold));
 }

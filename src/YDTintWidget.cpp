@@ -3,47 +3,12 @@
 #include "IsSameColor.h"
 #include "PickColor.h"
 #include "ShowSwatch.h"
-#include "YDAverageTintRGB32.h"
-#include "YDIterativeTintTransformation.h"
-#include "image/ColorToRgba.h"
-#include "image/YDTintRGB32.h"
 #include "ui_TintWidget.h"
 
 #include <QScopedValueRollback>
 
-#include <algorithm>
-
-namespace {
-
-using AverageTint = YDAverageTintRGB32<333, 334, 333>;
-using NtscTint = YDAverageTintRGB32<300, 590, 110>;
-using LumaTint = YDAverageTintRGB32<212, 715, 73>;
-
-/// Per cent as the amount of the tints by brightness.
-int ScaledAmount(int percent)
-{
-    constexpr int MaxPercent = 100;
-    return std::clamp(percent, 0, MaxPercent) * (AverageTint::FullAmount / MaxPercent);
-}
-
-} // namespace
-
-bool YDTintWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool YDTintWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
-
-QDataStream& operator<<(QDataStream& stream, const YDTintWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::Tint, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDTintWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::Tint, __LINE__);
-}
-
 YDTintWidget::YDTintWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::TintWidget>())
+    : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::TintWidget>())
 {
     m_ui->setupUi(GetUIContent());
     FillTintTypes();
@@ -61,21 +26,12 @@ void YDTintWidget::SetValue(const Params& params)
     ShowParams(params);
 }
 
-void YDTintWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                                const QRect& boundingRect)
-{
-    Process({MakeConversionJob(image, selection, offset, boundingRect), m_params});
-}
+operations::Task YDTintWidget::MakeTask() const { return operations::MakeTask(m_params); }
 
 void YDTintWidget::Reset()
 {
     SetValue(Params());
     AnnounceChange(&YDTintWidget::ValueChanged);
-}
-
-void YDTintWidget::StartJobWatching(JobWatcher* watcher)
-{
-    Launch(watcher, &Process, TintData{MakePreviewJob(), m_params});
 }
 
 void YDTintWidget::OnBlackTone()
@@ -168,29 +124,4 @@ void YDTintWidget::SetWhiteTone(const QColor& color)
 {
     m_params.whiteTone = color;
     ShowSwatch(m_ui->m_pWhiteTone, color);
-}
-
-template <class Functor>
-RGBA32iImage YDTintWidget::ProcessWith(const TintData& data, int amount)
-{
-    const Functor functor(ColorToRgba(data.params.blackTone), ColorToRgba(data.params.whiteTone), amount);
-    return RunTransformation(data, YDIterativeTintTransformation<Functor>(functor));
-}
-
-/// The host's tint by channels takes the amount in per cent; an unknown type has no result.
-RGBA32iImage YDTintWidget::Process(const TintData& data)
-{
-    const int amount = data.params.amount;
-    switch (data.params.type) {
-    case Average:
-        return ProcessWith<AverageTint>(data, ScaledAmount(amount));
-    case Ntsc:
-        return ProcessWith<NtscTint>(data, ScaledAmount(amount));
-    case Luma:
-        return ProcessWith<LumaTint>(data, ScaledAmount(amount));
-    case Rgb:
-        return ProcessWith<YDTintRGB32>(data, amount);
-    default:
-        return {};
-    }
 }

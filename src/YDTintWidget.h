@@ -1,8 +1,8 @@
 #pragma once
 
-#include "YDAdjustmentWidget.h"
-#include "YDRecord.h"
+#include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
+#include "operations/Tint.h"
 
 #include <QColor>
 
@@ -13,37 +13,20 @@ class TintWidget;
 }
 
 /// Maps the tones of a picture onto the ramp between two colours.
-class ADJUSTMENTGUI_EXPORT YDTintWidget : public YDAdjustmentWidget
+class ADJUSTMENTGUI_EXPORT YDTintWidget : public YDTaskWidget
 {
     Q_OBJECT
 
 public:
+    using Params = operations::Tint;
+
     /// How the brightness of a pixel is found; also the index in the panel's list.
     enum Type
     {
-        Average,
-        Ntsc,
-        Luma,
-        Rgb, ///< not found at all: every channel has a ramp of its own
-    };
-
-    struct ADJUSTMENTGUI_EXPORT Params
-    {
-        QColor blackTone{5, 6, 8};
-        QColor whiteTone{170, 209, 255};
-        int amount = 75; ///< per cent, 0..100 by the slider
-        int type = Average;
-
-        static constexpr std::string_view Tag = "KVTint 1.00000";
-        template <class Self, class Visitor>
-        static bool VisitFields(Self& self, Visitor&& visit)
-        {
-            return visit("blackTone", self.blackTone) && visit("whiteTone", self.whiteTone) &&
-                   visit("amount", self.amount, YDRecord::Range{0, 100}) &&
-                   visit("type", self.type, YDRecord::Range{Average, Rgb});
-        }
-        [[nodiscard]] bool Read(QDataStream& stream);
-        [[nodiscard]] bool Write(QDataStream& stream) const;
+        Average = Params::Average,
+        Ntsc = Params::Ntsc,
+        Luma = Params::Luma,
+        Rgb = Params::Rgb,
     };
 
     YDTintWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags);
@@ -54,10 +37,8 @@ public:
     /// announced as a change; the record is `params` by then.
     void SetValue(const Params& params);
 
-    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                      const QRect& boundingRect) override;
+    operations::Task MakeTask() const override;
     void Reset() override;
-    void StartJobWatching(JobWatcher* watcher) override;
 
 public slots:
     void OnBlackTone();
@@ -71,11 +52,6 @@ signals:
     void ValueChanged();
 
 private:
-    struct TintData : YDAdjustmentJob
-    {
-        Params params;
-    };
-
     void Connect();
     void Disconnect();
     void FillTintTypes();
@@ -83,16 +59,9 @@ private:
     void SetBlackTone(const QColor& color);
     void SetWhiteTone(const QColor& color);
     static int IndexByType(int type) { return type; }
-    template <class Functor>
-    static RGBA32iImage ProcessWith(const TintData& data, int amount);
-    static RGBA32iImage Process(const TintData& data);
 
     const std::unique_ptr<Ui::TintWidget> m_ui;
     Params m_params;
     /// What SetValue() shows, while it does: the spin box ends where a stored amount may go on.
     const Params* m_given = nullptr;
 };
-
-ADJUSTMENTGUI_EXPORT QDataStream& operator<<(QDataStream& stream, const YDTintWidget::Params& params);
-/// A record that cannot be read is logged and becomes the default one.
-ADJUSTMENTGUI_EXPORT QDataStream& operator>>(QDataStream& stream, YDTintWidget::Params& params);

@@ -8,24 +8,8 @@
 
 #include <QPointer>
 
-bool YDWatermarkWidget::Params::Read(QDataStream& stream) { return YDRecord::Read(stream, *this); }
-
-bool YDWatermarkWidget::Params::Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
-
-QString YDWatermarkWidget::Params::DefaultText() { return YDWatermarkWidget::tr("Watermark"); }
-
-QDataStream& operator<<(QDataStream& stream, const YDWatermarkWidget::Params& params)
-{
-    return YDRecord::Insert(stream, params, YDRecordNames::Watermark, __LINE__);
-}
-
-QDataStream& operator>>(QDataStream& stream, YDWatermarkWidget::Params& params)
-{
-    return YDRecord::Extract(stream, params, YDRecordNames::Watermark, __LINE__);
-}
-
 YDWatermarkWidget::YDWatermarkWidget(QWidget* parent, Qt::WindowFlags flags)
-    : YDAdjustmentWidget(false, parent, flags), m_ui(std::make_unique<Ui::WatermarkWidget>())
+    : YDTaskWidget(false, parent, flags), m_ui(std::make_unique<Ui::WatermarkWidget>())
 {
     m_ui->setupUi(GetUIContent());
     FillBlendingModes(*m_ui->m_pBlendCombo);
@@ -53,13 +37,13 @@ void YDWatermarkWidget::SetValue(const Params& params)
     Connect();
 }
 
+operations::Task YDWatermarkWidget::MakeTask() const { return operations::MakeTask(m_params); }
+
 void YDWatermarkWidget::Reset()
 {
     SetValue(Params());
     AnnounceChange(&YDWatermarkWidget::ValueChanged);
 }
-
-void YDWatermarkWidget::StartJobWatching(JobWatcher*) {}
 
 /// The widget, and the dialog with it, may be gone when the dialog is closed.
 void YDWatermarkWidget::OnSelectFont()

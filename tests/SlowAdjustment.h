@@ -1,25 +1,27 @@
 #pragma once
 
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "catalog/AdjustmentCatalog.h"
+#include "catalog/PanelDialog.h"
 
 #include <QSize>
 #include <QThread>
 
 #include <algorithm>
 #include <atomic>
+#include <memory>
 
-/// An adjustment that fills the picture with a grey, and whose job goes on until the test lets it end or it
-/// is aborted.
-class SlowAdjustment : public YDAdjustmentWidget
+/// An adjustment that fills the picture with a grey, and whose task goes on until the test lets it end or it
+/// is aborted. There is no grey below 0.
+class SlowAdjustment : public YDTaskWidget
 {
 public:
     inline static std::atomic<bool> mayEnd{true};
     inline static std::atomic<int> jobsBegun{0};
     inline static std::atomic<int> jobsEnded{0};
-    inline static std::atomic<bool> isStubborn{false}; ///< the job does not look at the abort flag
+    inline static std::atomic<bool> isStubborn{false}; ///< the task does not look at the abort flag
 
-    SlowAdjustment(bool isDialog, QWidget* parent) : YDAdjustmentWidget(isDialog, parent, Qt::WindowFlags())
+    SlowAdjustment(bool isDialog, QWidget* parent) : YDTaskWidget(isDialog, parent, Qt::WindowFlags())
     {
         GetUIContent()->setWindowTitle(QStringLiteral("Slow"));
     }
@@ -35,16 +37,9 @@ public:
 
     void SetupActivation(int width, int height) override { m_activation = {width, height}; }
     void Reset() override { SetGrey(0); }
-    void StartJobWatching(JobWatcher* watcher) override
+    operations::Task MakeTask() const override
     {
-        Data job;
-        static_cast<YDAdjustmentJob&>(job) = MakePreviewJob();
-        job.grey = m_grey;
-        Launch(watcher, &Process, job);
-    }
-    void ConvertImage(RGBA32iImage& image, const RGBA32iImage&, const QPoint&, const QRect&) override
-    {
-        Fill(image, m_grey);
+        return operations::Task([grey = m_grey](const YDAdjustmentJob& job) { return Run(job, grey); });
     }
 
     /// The catalogue's entry of it. Presets are those of another adjustment, as it has none.
@@ -53,60 +48,36 @@ public:
         AdjustmentEntry entry = AdjustmentCatalog::Entries().front();
         entry.name = QStringLiteral("slow");
         entry.title = "Slow";
-        entry.makeWidget = [](bool isDialog, QWidget* parent) -> std::unique_ptr<YDAdjustmentWidget> {
+        entry.makeWidget = [](bool isDialog, QWidget* parent) -> std::unique_ptr<YDTaskWidget> {
             return std::make_unique<SlowAdjustment>(isDialog, parent);
-        };
-        entry.apply = [](YDAdjustmentWidget& panel, RGBA32iImage& image, const RGBA32iImage& selection,
-                         const QPoint& offset, const QRect& boundingRect) {
-            panel.ConvertImage(image, selection, offset, boundingRect);
-            return QString();
         };
         return entry;
     }
 
-    /// The same as one that the host draws, which takes as long. A negative grey cannot be drawn.
-    static AdjustmentEntry HostDrawnEntry()
+    /// The same as an adjustment whose widget is a panel only.
+    static AdjustmentEntry PanelEntry()
     {
         AdjustmentEntry entry = Entry();
-        entry.makeWidget = [](bool, QWidget* parent) -> std::unique_ptr<YDAdjustmentWidget> {
-            return std::make_unique<SlowAdjustment>(false, parent);
-        };
-        entry.makeDrawing = [](const YDAdjustmentWidget& panel) -> AdjustmentEntry::Drawing {
-            return [grey = static_cast<const SlowAdjustment&>(panel).m_grey](
-                       const RGBA32iImage& image, const RGBA32iImage&, const QPoint&, const QRect&) {
-                ++jobsBegun;
-                while (!mayEnd)
-                    QThread::yieldCurrentThread();
-                if (grey >= 0)
-                    Fill(image, grey);
-                ++jobsEnded;
-                return grey >= 0 ? QString() : QStringLiteral("/some/where: there is no such grey");
-            };
+        entry.makeWidget = [](bool isDialog, QWidget* parent) -> std::unique_ptr<YDTaskWidget> {
+            if (!isDialog)
+                return std::make_unique<SlowAdjustment>(false, parent);
+            return std::make_unique<PanelDialog>(std::make_unique<SlowAdjustment>(false, nullptr), parent);
         };
         return entry;
     }
 
 private:
-    struct Data : YDAdjustmentJob
-    {
-        int grey = 0;
-    };
-
-    static void Fill(const RGBA32iImage& image, int grey)
-    {
-        const auto value = quint8(grey);
-        for (int y = 0; y < image.Height(); ++y)
-            std::fill_n(image.Row(y), image.Width(), YDRGBA32i(value, value, value, 255));
-    }
-
-    static RGBA32iImage Process(const Data& job)
+    static operations::Outcome Run(const YDAdjustmentJob& job, int grey)
     {
         ++jobsBegun;
-        while (!mayEnd && (isStubborn || !job.abort->load()))
+        const bool isWatched = job.abort && !isStubborn;
+        while (!mayEnd && !(isWatched && job.abort->load()))
             QThread::yieldCurrentThread();
-        Fill(job.image, job.grey);
+        const auto value = quint8(grey);
+        for (int y = 0; grey >= 0 && y < job.image.Height(); ++y)
+            std::fill_n(job.image.Row(y), job.image.Width(), YDRGBA32i(value, value, value, 255));
         ++jobsEnded;
-        return job.image;
+        return {job.image, grey >= 0 ? QString() : QStringLiteral("/some/where: there is no such grey")};
     }
 
     int m_grey = 0;

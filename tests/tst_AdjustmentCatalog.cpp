@@ -1,5 +1,5 @@
 #include "TestPictures.h"
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "catalog/AdjustmentCatalog.h"
 #include "gui/YodiCustomSlider.h"
 
@@ -81,7 +81,7 @@ QString StampFile()
 }
 
 /// A value of the field that differs from its default and that its control can show.
-QJsonValue Changed(const SettingsField& field)
+QJsonValue Changed(const operations::SettingsField& field)
 {
     const QJsonValue& value = field.defaultValue;
     const YDRecord::Range range = field.range.value_or(YDRecord::Range{0, 100});
@@ -110,7 +110,7 @@ QJsonArray WithFirstNumber(const QJsonArray& list, double number)
 }
 
 /// The field's default with `number` for it, or for the first number in it.
-QJsonValue WithNumber(const SettingsField& field, double number)
+QJsonValue WithNumber(const operations::SettingsField& field, double number)
 {
     return field.defaultValue.isArray() ? QJsonValue(WithFirstNumber(field.defaultValue.toArray(), number))
                                         : QJsonValue(number);
@@ -158,16 +158,32 @@ bool AnnouncesWhatIsSet(const QString& name)
     return name == QLatin1String("exposure") || name == QLatin1String("tint");
 }
 
-RGBA32iImage Applied(const AdjustmentEntry& entry, const AdjustmentSettings& settings,
-                     const RGBA32iImage& source)
+RGBA32iImage Applied(const operations::Settings& settings, const RGBA32iImage& source,
+                     const operations::Selection& selection = {})
 {
-    RGBA32iImage image = source.DeepCopy();
-    const auto panel = entry.makeWidget(false, nullptr);
-    settings.ShowIn(*panel);
-    const QString problem = entry.apply(*panel, image, RGBA32iImage(), QPoint(), QRect());
-    if (!problem.isEmpty())
-        qCritical().noquote() << problem;
-    return problem.isEmpty() ? image : RGBA32iImage();
+    const operations::Outcome outcome = settings.MakeTask().ApplyToCopy(source, selection);
+    if (!outcome.problem.isEmpty())
+        qCritical().noquote() << outcome.problem;
+    return outcome.problem.isEmpty() ? outcome.picture : RGBA32iImage();
+}
+
+/// A mask of noise that reaches beyond the left border of a picture of at least 600 x 500 pixels.
+operations::Selection SomeSelection()
+{
+    const RGBA32iImage mask = TestPictures::Noise(550, 440);
+    for (int y = 0; y < mask.Height(); ++y)
+        for (int x = 0; x < mask.Width(); ++x) {
+            const quint8 coverage = mask.Row(y)[x].g;
+            mask.Row(y)[x] = YDRGBA32i(coverage, coverage, coverage, coverage);
+        }
+    return {mask, QPoint(-7, 31), QRect(3, 5, 540, 430)};
+}
+
+/// Adjustments that change pixels only where a task or a preview is asked for, not by ConvertImage().
+bool ConvertsNothing(const QString& name)
+{
+    return name == QLatin1String("replace-color") || name == QLatin1String("fill-color") ||
+           name == QLatin1String("sign") || name == QLatin1String("watermark");
 }
 
 } // namespace
@@ -203,15 +219,18 @@ private slots:
     void NeutralSettingsChangeNoPixel();
     void ClearingLeavesNoPictureAndTheDefaults_data() { Adjustments(); }
     void ClearingLeavesNoPictureAndTheDefaults();
-    void DialogsPreviewWhatPanelsApply_data() { Dialogs(); }
-    void DialogsPreviewWhatPanelsApply();
     void EverySliderAndSpinBoxHasAnAccessibleName_data() { Adjustments(); }
     void EverySliderAndSpinBoxHasAnAccessibleName();
     void ReturnInAPanelPressesNoneOfItsButtons_data() { Adjustments(); }
     void ReturnInAPanelPressesNoneOfItsButtons();
-    void TheFocusGoesThroughThePanelFirst_data() { Dialogs(); }
+    void TheFocusGoesThroughThePanelFirst_data() { Adjustments(); }
     void TheFocusGoesThroughThePanelFirst();
-    void WhatTheHostDrawsIsAPanelAndWhatItApplies();
+    void EveryAdjustmentHasADialogWithButtonsAndAPanelWithout_data() { Adjustments(); }
+    void EveryAdjustmentHasADialogWithButtonsAndAPanelWithout();
+    void TheSameSettingsGiveTheSameBytesWhicheverWayTheyGo_data() { Adjustments(); }
+    void TheSameSettingsGiveTheSameBytesWhicheverWayTheyGo();
+    void EveryAdjustmentHasAWidget();
+    void WhatSettingsLackIsRemarked();
     void WhatCannotBeDrawnIsToldAndLeavesThePicture();
     void WhatFollowsFromTheFieldsIsShown();
     void TextIsParsedByTheFieldsType_data();
@@ -219,13 +238,12 @@ private slots:
 
 private:
     static void Adjustments();
-    static void Dialogs();
     static const AdjustmentEntry& Entry()
     {
         QFETCH(QString, name);
         return *AdjustmentCatalog::Find(name);
     }
-    static std::unique_ptr<AdjustmentSettings> ChangedSettings(const AdjustmentEntry& entry);
+    static std::unique_ptr<operations::Settings> ChangedSettings(const AdjustmentEntry& entry);
 };
 
 void TestAdjustmentCatalog::initTestCase()
@@ -241,21 +259,12 @@ void TestAdjustmentCatalog::Adjustments()
         QTest::newRow(qPrintable(entry.name)) << entry.name;
 }
 
-/// Those that have a dialog of their own.
-void TestAdjustmentCatalog::Dialogs()
-{
-    QTest::addColumn<QString>("name");
-    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries())
-        if (!entry.makeDrawing)
-            QTest::newRow(qPrintable(entry.name)) << entry.name;
-}
-
-std::unique_ptr<AdjustmentSettings> TestAdjustmentCatalog::ChangedSettings(const AdjustmentEntry& entry)
+std::unique_ptr<operations::Settings> TestAdjustmentCatalog::ChangedSettings(const AdjustmentEntry& entry)
 {
     auto settings = entry.makeSettings();
     QJsonObject values;
     const auto fields = settings->Fields();
-    for (const SettingsField& field : fields)
+    for (const operations::SettingsField& field : fields)
         values.insert(field.name, Changed(field));
     const QString problem = settings->FromJson(values);
     if (!problem.isEmpty())
@@ -301,7 +310,7 @@ void TestAdjustmentCatalog::TheOrderIsThatOfTheMenu()
                             "sign",
                             "watermark"};
     int previous = -1;
-    AdjustmentGroup group = AdjustmentGroup::Tone;
+    operations::Group group = operations::Group::Tone;
     for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries()) {
         QVERIFY2(order.indexOf(entry.name) > previous, qPrintable(entry.name));
         QVERIFY2(entry.group >= group, qPrintable(entry.name));
@@ -317,7 +326,7 @@ void TestAdjustmentCatalog::FieldsHaveNamesAndDefaults()
     QVERIFY(!fields.isEmpty());
     const QJsonObject values = settings->ToJson();
     QCOMPARE(values.size(), fields.size());
-    for (const SettingsField& field : fields) {
+    for (const operations::SettingsField& field : fields) {
         QVERIFY(!field.typeName.isEmpty());
         QCOMPARE(values.value(field.name), field.defaultValue);
     }
@@ -381,7 +390,7 @@ void TestAdjustmentCatalog::ValuesOutsideTheirRangeAreRefused()
     const auto settings = Entry().makeSettings();
     const QJsonObject before = settings->ToJson();
     const auto fields = settings->Fields();
-    for (const SettingsField& field : fields)
+    for (const operations::SettingsField& field : fields)
         if (field.range) {
             QVERIFY(
                 !settings->FromJson({{field.name, WithNumber(field, field.range->maximum + 1)}}).isEmpty());
@@ -400,14 +409,14 @@ void TestAdjustmentCatalog::WidgetsShowAndGiveBackSettings()
         const auto widget = Entry().makeWidget(isDialog, nullptr);
         QSignalSpy data(widget.get(), &YDAdjustmentWidget::DataChanged);
         const auto settings = Entry().makeSettings();
-        settings->TakeFrom(*widget);
+        Entry().take(*widget, *settings);
         QCOMPARE(settings->ToJson(), Entry().makeSettings()->ToJson());
-        changed->ShowIn(*widget);
-        settings->TakeFrom(*widget);
+        Entry().show(*widget, *changed);
+        Entry().take(*widget, *settings);
         QCOMPARE(settings->ToJson(), changed->ToJson());
         QCOMPARE(data.count() > 0, AnnouncesWhatIsSet(Entry().name));
         widget->Reset();
-        settings->TakeFrom(*widget);
+        Entry().take(*widget, *settings);
         QCOMPARE(settings->ToJson(), Entry().makeSettings()->ToJson());
     }
 }
@@ -428,8 +437,8 @@ void TestAdjustmentCatalog::WidgetsGiveBackWhatTheirSlidersTruncate()
     const auto settings = Entry().makeSettings();
     QCOMPARE(settings->FromJson(values), QString());
     for (int times = 0; times < 3; ++times) { // an editor shows again what it took
-        settings->ShowIn(*widget);
-        settings->TakeFrom(*widget);
+        Entry().show(*widget, *settings);
+        Entry().take(*widget, *settings);
         QCOMPARE(settings->ToJson(), values);
     }
 }
@@ -459,10 +468,10 @@ void TestAdjustmentCatalog::NeutralSettingsChangeNoPixel()
     for (const char* const json : neutral->settings) {
         const auto settings = Entry().makeSettings();
         QCOMPARE(settings->FromJson(QJsonDocument::fromJson(json).object()), QString());
-        QVERIFY2(TestPictures::AreEqual(Applied(Entry(), *settings, before), before), json);
+        QVERIFY2(TestPictures::AreEqual(Applied(*settings, before), before), json);
     }
     if (neutral->settings.empty())
-        QVERIFY(!TestPictures::AreEqual(Applied(Entry(), *Entry().makeSettings(), before), before));
+        QVERIFY(!TestPictures::AreEqual(Applied(*Entry().makeSettings(), before), before));
 }
 
 void TestAdjustmentCatalog::ClearingLeavesNoPictureAndTheDefaults()
@@ -473,33 +482,17 @@ void TestAdjustmentCatalog::ClearingLeavesNoPictureAndTheDefaults()
         const auto widget = Entry().makeWidget(isDialog, nullptr);
         const QStringList controls = ControlsOf(*widget);
         QSignalSpy ready(widget.get(), &YDAdjustmentWidget::ImageReady);
-        changed->ShowIn(*widget);
+        Entry().show(*widget, *changed);
         widget->SetImage(source, RGBA32iImage(), QPoint(), QRect());
-        if (isDialog && !Entry().makeDrawing)
+        if (isDialog)
             QTRY_VERIFY_WITH_TIMEOUT(ready.count() > 0 && !widget->AdjustedImage().IsEmpty(), PatienceMs);
         QVERIFY(ControlsOf(*widget) != controls);
         widget->ClearData();
         QVERIFY(widget->SourceImage().IsEmpty());
         QVERIFY(widget->AdjustedImage().IsEmpty());
         QCOMPARE(ControlsOf(*widget), controls);
-        const auto settings = Entry().makeSettings();
-        settings->TakeFrom(*widget);
-        QCOMPARE(settings->ToJson(), Entry().makeSettings()->ToJson());
+        QCOMPARE(Entry().SettingsOf(*widget)->ToJson(), Entry().makeSettings()->ToJson());
     }
-}
-
-void TestAdjustmentCatalog::DialogsPreviewWhatPanelsApply()
-{
-    const RGBA32iImage source = TestPictures::Noise(300, 200);
-    const auto settings = ChangedSettings(Entry());
-    const auto dialog = Entry().makeWidget(true, nullptr);
-    settings->ShowIn(*dialog);
-    QSignalSpy ready(dialog.get(), &YDAdjustmentWidget::ImageReady);
-    dialog->SetImage(source, RGBA32iImage(), QPoint(), QRect());
-    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
-    const RGBA32iImage image = Applied(Entry(), *settings, source);
-    QVERIFY(TestPictures::AreEqual(dialog->AdjustedImage(), image));
-    QVERIFY(!TestPictures::AreEqual(image, source));
 }
 
 void TestAdjustmentCatalog::EverySliderAndSpinBoxHasAnAccessibleName()
@@ -559,28 +552,15 @@ void TestAdjustmentCatalog::TheFocusGoesThroughThePanelFirst()
     QCOMPARE(outside.first(), QStringLiteral("m_pPreviewSlider"));
 }
 
-void TestAdjustmentCatalog::WhatTheHostDrawsIsAPanelAndWhatItApplies()
+/// A stamp and a text have panels only; the catalogue frames them as dialogs.
+void TestAdjustmentCatalog::EveryAdjustmentHasADialogWithButtonsAndAPanelWithout()
 {
-    QStringList drawn;
-    const RGBA32iImage source = TestPictures::Noise(700, 600); // larger than the margins
-    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries()) {
-        if (!entry.makeDrawing)
-            continue;
-        drawn.append(entry.name);
-        const auto settings = ChangedSettings(entry);
-        AdjustmentEntry::Drawing draw;
-        for (const bool isDialog : {false, true}) {
-            const auto panel = entry.makeWidget(isDialog, nullptr);
-            QVERIFY(!panel->findChild<QWidget*>(QStringLiteral("m_pButtons")));
-            settings->ShowIn(*panel);
-            draw = entry.makeDrawing(*panel);
-        }
-        const RGBA32iImage image = source.DeepCopy();
-        QCOMPARE(draw(image, RGBA32iImage(), QPoint(), QRect()), QString()); // the panel is gone
-        QVERIFY(TestPictures::AreEqual(image, Applied(entry, *settings, source)));
-        QVERIFY(!TestPictures::AreEqual(image, source));
-    }
-    QCOMPARE(drawn, QStringList({QStringLiteral("sign"), QStringLiteral("watermark")}));
+    const auto panel = Entry().makeWidget(false, nullptr);
+    QVERIFY(!panel->findChild<QWidget*>(QStringLiteral("m_pButtons")));
+    const auto dialog = Entry().makeWidget(true, nullptr);
+    QVERIFY(dialog->findChild<QWidget*>(QStringLiteral("m_pButtons")));
+    QCOMPARE(dialog->GetWidgetName(), panel->GetWidgetName());
+    QVERIFY(!dialog->GetWidgetName().isEmpty());
 }
 
 void TestAdjustmentCatalog::WhatCannotBeDrawnIsToldAndLeavesThePicture()
@@ -588,13 +568,74 @@ void TestAdjustmentCatalog::WhatCannotBeDrawnIsToldAndLeavesThePicture()
     const AdjustmentEntry* const sign = AdjustmentCatalog::Find(QStringLiteral("sign"));
     const auto settings = sign->makeSettings();
     QCOMPARE(settings->SetFromText(QStringLiteral("fileName=/no/such/stamp.png")), QString());
-    const auto panel = sign->makeWidget(false, nullptr);
-    settings->ShowIn(*panel);
     const RGBA32iImage source = TestPictures::Noise(30, 20);
-    RGBA32iImage image = source.DeepCopy();
-    const QString problem = sign->apply(*panel, image, RGBA32iImage(), QPoint(), QRect());
+    const RGBA32iImage image = source.DeepCopy();
+    const QString problem = settings->MakeTask().Apply(image).problem;
     QVERIFY2(problem.contains(QStringLiteral("/no/such/stamp.png")), qPrintable(problem));
     QVERIFY(TestPictures::AreEqual(image, source));
+
+    const auto dialog = sign->makeWidget(true, nullptr);
+    auto* const remark = dialog->findChild<QLabel*>(QStringLiteral("Remark"));
+    QVERIFY(remark->isHidden());
+    sign->show(*dialog, *settings);
+    QSignalSpy ready(dialog.get(), &YDAdjustmentWidget::ImageReady);
+    dialog->SetImage(source, RGBA32iImage(), QPoint(), QRect());
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+    QCOMPARE(dialog->Problem(), problem);
+    QVERIFY(dialog->AdjustedImage().IsEmpty());
+    QVERIFY(!remark->isHidden());
+    QCOMPARE(remark->text().remove(QChar(0x200b)), problem);
+}
+
+void TestAdjustmentCatalog::WhatSettingsLackIsRemarked()
+{
+    const AdjustmentEntry* const sign = AdjustmentCatalog::Find(QStringLiteral("sign"));
+    const auto settings = sign->makeSettings();
+    QVERIFY(!settings->WhatIsMissing().isEmpty());
+    const auto dialog = sign->makeWidget(true, nullptr);
+    QCOMPARE(dialog->WhatIsMissing(), settings->WhatIsMissing());
+    QSignalSpy ready(dialog.get(), &YDAdjustmentWidget::ImageReady);
+    dialog->SetImage(TestPictures::Noise(30, 20), RGBA32iImage(), QPoint(), QRect());
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+    QCOMPARE(dialog->findChild<QLabel*>(QStringLiteral("Remark"))->text(), settings->WhatIsMissing());
+    QCOMPARE(settings->SetFromText(QStringLiteral("fileName=a.png")), QString());
+    QCOMPARE(settings->WhatIsMissing(), QString());
+}
+
+/// From the settings' own task, from a panel's, from ConvertImage() and from a dialog's preview, with a
+/// selection and without.
+void TestAdjustmentCatalog::TheSameSettingsGiveTheSameBytesWhicheverWayTheyGo()
+{
+    const RGBA32iImage source = TestPictures::Noise(700, 600); // larger than the margins
+    const auto settings = ChangedSettings(Entry());
+    const auto panel = Entry().makeWidget(false, nullptr);
+    Entry().show(*panel, *settings);
+    const auto dialog = Entry().makeWidget(true, nullptr);
+    Entry().show(*dialog, *settings);
+    QSignalSpy ready(dialog.get(), &YDAdjustmentWidget::ImageReady);
+    for (const operations::Selection& selection : {operations::Selection(), SomeSelection()}) {
+        const RGBA32iImage expected = Applied(*settings, source, selection);
+        QVERIFY(!TestPictures::AreEqual(expected, source));
+        QVERIFY(TestPictures::AreEqual(panel->MakeTask().ApplyToCopy(source, selection).picture, expected));
+
+        RGBA32iImage converted = source.DeepCopy();
+        panel->SetImage(converted, {}, {}, {});
+        panel->ConvertImage(converted, selection.mask, selection.offset, selection.bounds);
+        QVERIFY(TestPictures::AreEqual(converted, ConvertsNothing(Entry().name) ? source : expected));
+
+        ready.clear();
+        dialog->SetImage(source, selection.mask, selection.offset, selection.bounds);
+        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+        QVERIFY(TestPictures::AreEqual(dialog->AdjustedImage(), expected));
+    }
+}
+
+/// The widgets' half of the table is complete and in the same order.
+void TestAdjustmentCatalog::EveryAdjustmentHasAWidget()
+{
+    QCOMPARE(AdjustmentCatalog::Entries().size(), operations::Catalog::All().size());
+    for (std::size_t i = 0; i < operations::Catalog::All().size(); ++i)
+        QCOMPARE(AdjustmentCatalog::Entries()[i].name, operations::Catalog::All()[i].name);
 }
 
 void TestAdjustmentCatalog::WhatFollowsFromTheFieldsIsShown()
@@ -603,7 +644,7 @@ void TestAdjustmentCatalog::WhatFollowsFromTheFieldsIsShown()
     const auto settings = levels->makeSettings();
     QCOMPARE(settings->SetFromText(QStringLiteral("gamma=[2, 1, 1, 1]")), QString());
     const auto panel = levels->makeWidget(false, nullptr);
-    settings->ShowIn(*panel);
+    levels->show(*panel, *settings);
     const auto* const slider = panel->findChild<YodiCustomSlider*>(QStringLiteral("m_pInputSlider"));
     QCOMPARE(slider->Value(1), 113); // 127 + (-127 * 1000) / 8990
 }

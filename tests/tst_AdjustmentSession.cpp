@@ -6,10 +6,10 @@
 #include "editor/AdjustmentDialog.h"
 #include "editor/AdjustmentSession.h"
 #include "editor/DocumentWindow.h"
-#include "editor/MaskOfShape.h"
 #include "editor/PresetMenu.h"
 #include "gui/KVDocumentView.h"
 #include "gui/YDOperationProgressDlg.h"
+#include "operations/MaskOfShape.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -47,7 +47,7 @@ struct Bench
 
     explicit Bench(const AdjustmentEntry& adjustment,
                    const RGBA32iImage& picture = TestPictures::Grey(Width, Height, 100),
-                   const SelectionMask& mask = SelectionMask())
+                   const operations::Selection& mask = operations::Selection())
         : entry(adjustment)
     {
         view.SetImage(picture);
@@ -59,7 +59,7 @@ struct Bench
     }
 
     AdjustmentDialog& Dialog() const { return *session->Dialog(); }
-    SlowAdjustment& Slow() const { return static_cast<SlowAdjustment&>(*Dialog().Widget()); }
+    SlowAdjustment& Slow() const { return static_cast<SlowAdjustment&>(PanelDialog::PanelOf(*Dialog().Widget())); }
     QAbstractButton* Button(QDialogButtonBox::StandardButton which) const
     {
         return Dialog().findChild<QDialogButtonBox*>(QStringLiteral("m_pButtons"))->button(which);
@@ -127,10 +127,10 @@ private slots:
     void DestroyingTheViewIsHarmless();
     void DestroyingTheWindowDuringAJobIsHarmless();
     void TheDialogsToggleFollowsTheView();
-    void AHostDrawnAdjustmentIsFramedByTheDialog();
-    void AHostDrawnAdjustmentIsPreviewed();
+    void APanelOnlyIsFramedByTheDialog();
+    void APanelOnlyIsPreviewed();
     void TheGuiThreadDoesNotWaitForADrawing();
-    void AHostDrawnAdjustmentDeliversTheLastChange();
+    void APanelOnlyDeliversTheLastChange();
     void WhatCannotBeDrawnIsSaidInTheDialog();
     void OkOnWhatCannotBeDrawnLeavesTheDialogOpen();
     void CancelDuringADrawingDeliversNothing();
@@ -189,7 +189,8 @@ void TestAdjustmentSession::OkDeliversWhatThePanelApplies()
     const RGBA32iImage picture = TestPictures::Noise(300, 200);
     QPainterPath ellipse;
     ellipse.addEllipse(QRectF(50, 40, 200, 150));
-    const SelectionMask mask = isSelected ? MaskOfShape(ellipse, 10, QSize(300, 200)) : SelectionMask();
+    const operations::Selection mask =
+        isSelected ? MaskOfShape(ellipse, 10, QSize(300, 200)) : operations::Selection();
 
     Bench bench(Brightness(), picture, mask);
     bench.Dialog().findChild<QSlider*>(QStringLiteral("m_pBrightnessSlider"))->setValue(35);
@@ -200,10 +201,7 @@ void TestAdjustmentSession::OkDeliversWhatThePanelApplies()
     const auto panel = Brightness().makeWidget(false, nullptr);
     panel->findChild<QSlider*>(QStringLiteral("m_pBrightnessSlider"))->setValue(35);
     panel->findChild<QSlider*>(QStringLiteral("m_pContrastSlider"))->setValue(-20);
-    RGBA32iImage expected = picture.DeepCopy();
-    const QString problem =
-        Brightness().apply(*panel, expected, mask.Coverage(), mask.Offset(), mask.BoundingRect());
-    QCOMPARE(problem, QString());
+    const RGBA32iImage expected = panel->MakeTask().ApplyToCopy(picture, mask).picture;
     QVERIFY(!TestPictures::AreEqual(expected, picture));
     QVERIFY(TestPictures::AreEqual(bench.accepted.first(), expected));
     QVERIFY2(TestPictures::AreEqual(picture, TestPictures::Noise(300, 200)), "the source stays as it is");
@@ -450,7 +448,7 @@ void TestAdjustmentSession::DestroyingTheViewIsHarmless()
     auto* const view = new KVDocumentView(&window);
     const AdjustmentEntry entry = SlowAdjustment::Entry();
     const QPointer<AdjustmentSession> session = new AdjustmentSession(entry, view, &window);
-    session->Start(TestPictures::Grey(Width, Height, 1), SelectionMask());
+    session->Start(TestPictures::Grey(Width, Height, 1), operations::Selection());
     delete view;
     session->Reject();
     QTRY_VERIFY_WITH_TIMEOUT(!session, PatienceMs);
@@ -479,9 +477,9 @@ void TestAdjustmentSession::TheDialogsToggleFollowsTheView()
     QVERIFY(!bench.view.IsSplitterHidden());
 }
 
-void TestAdjustmentSession::AHostDrawnAdjustmentIsFramedByTheDialog()
+void TestAdjustmentSession::APanelOnlyIsFramedByTheDialog()
 {
-    Bench bench(SlowAdjustment::HostDrawnEntry());
+    Bench bench(SlowAdjustment::PanelEntry());
     bench.Slow().SetGrey(70);
     bench.Button(QDialogButtonBox::Reset)->click();
     QTRY_COMPARE_WITH_TIMEOUT(bench.PreviewGrey(), 0, PatienceMs);
@@ -497,9 +495,9 @@ void TestAdjustmentSession::AHostDrawnAdjustmentIsFramedByTheDialog()
     QVERIFY(!bench.Dialog().isVisible());
 }
 
-void TestAdjustmentSession::AHostDrawnAdjustmentIsPreviewed()
+void TestAdjustmentSession::APanelOnlyIsPreviewed()
 {
-    Bench bench(SlowAdjustment::HostDrawnEntry());
+    Bench bench(SlowAdjustment::PanelEntry());
     QTRY_COMPARE_WITH_TIMEOUT(bench.PreviewGrey(), 0, PatienceMs);
     for (int grey = 1; grey <= 70; ++grey)
         bench.Slow().SetGrey(grey);
@@ -510,7 +508,7 @@ void TestAdjustmentSession::AHostDrawnAdjustmentIsPreviewed()
 void TestAdjustmentSession::TheGuiThreadDoesNotWaitForADrawing()
 {
     SlowAdjustment::mayEnd = false;
-    Bench bench(SlowAdjustment::HostDrawnEntry());
+    Bench bench(SlowAdjustment::PanelEntry());
     QSignalSpy previews(bench.session, &AdjustmentSession::PreviewReady);
     QTRY_COMPARE_WITH_TIMEOUT(SlowAdjustment::jobsBegun.load(), 1, PatienceMs);
     bench.Slow().SetGrey(70);
@@ -521,9 +519,9 @@ void TestAdjustmentSession::TheGuiThreadDoesNotWaitForADrawing()
     QCOMPARE(previews.size(), 1); // what was drawn of former settings is not shown
 }
 
-void TestAdjustmentSession::AHostDrawnAdjustmentDeliversTheLastChange()
+void TestAdjustmentSession::APanelOnlyDeliversTheLastChange()
 {
-    Bench bench(SlowAdjustment::HostDrawnEntry());
+    Bench bench(SlowAdjustment::PanelEntry());
     bench.Slow().SetGrey(71);
     bench.PressOk();
     QTRY_COMPARE_WITH_TIMEOUT(bench.accepted.size(), 1, PatienceMs);
@@ -533,7 +531,7 @@ void TestAdjustmentSession::AHostDrawnAdjustmentDeliversTheLastChange()
 
 void TestAdjustmentSession::WhatCannotBeDrawnIsSaidInTheDialog()
 {
-    Bench bench(SlowAdjustment::HostDrawnEntry());
+    Bench bench(SlowAdjustment::PanelEntry());
     const auto* const remark = bench.Dialog().findChild<QLabel*>(QStringLiteral("Remark"));
     QVERIFY(remark->isHidden());
     bench.Slow().SetGrey(-1);
@@ -548,7 +546,7 @@ void TestAdjustmentSession::WhatCannotBeDrawnIsSaidInTheDialog()
 
 void TestAdjustmentSession::OkOnWhatCannotBeDrawnLeavesTheDialogOpen()
 {
-    Bench bench(SlowAdjustment::HostDrawnEntry());
+    Bench bench(SlowAdjustment::PanelEntry());
     bench.Slow().SetGrey(-1);
     bench.PressOk();
     QTRY_COMPARE_WITH_TIMEOUT(bench.Dialog().findChildren<QMessageBox*>().size(), 1, PatienceMs);
@@ -567,7 +565,7 @@ void TestAdjustmentSession::OkOnWhatCannotBeDrawnLeavesTheDialogOpen()
 void TestAdjustmentSession::CancelDuringADrawingDeliversNothing()
 {
     SlowAdjustment::mayEnd = false;
-    Bench bench(SlowAdjustment::HostDrawnEntry());
+    Bench bench(SlowAdjustment::PanelEntry());
     bench.PressOk();
     QVERIFY(bench.accepted.isEmpty());
     bench.Dialog().reject();

@@ -16,11 +16,11 @@ QPainterPath Rectangle(const QRectF& rect)
     return path;
 }
 
-SelectionMask MaskOf(Document& document)
+operations::Selection MaskOf(Document& document)
 {
-    SelectionMask mask;
+    operations::Selection mask;
     bool isThere = false;
-    document.WithMask(&document, [&](const SelectionMask& made) {
+    document.WithMask(&document, [&](const operations::Selection& made) {
         mask = made;
         isThere = true;
     });
@@ -28,7 +28,7 @@ SelectionMask MaskOf(Document& document)
     return mask;
 }
 
-QRect AreaOf(const SelectionMask& mask) { return mask.BoundingRect().translated(mask.Offset()); }
+QRect AreaOf(const operations::Selection& mask) { return mask.bounds.translated(mask.offset); }
 
 } // namespace
 
@@ -198,7 +198,7 @@ void TestEditorDocument::AMaskIsOfTheSelectionAsItIsWhenItIsReady()
     Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     document.Select(Rectangle({10, 10, 20, 20}));
     QVector<QRect> areas;
-    const auto remember = [&areas](const SelectionMask& mask) { areas.append(AreaOf(mask)); };
+    const auto remember = [&areas](const operations::Selection& mask) { areas.append(AreaOf(mask)); };
     document.WithMask(this, remember);
     document.Select(Rectangle({50, 10, 20, 20}));
     document.WithMask(this, remember);
@@ -211,7 +211,7 @@ void TestEditorDocument::NoSelectionAndAWholeOneNeedNoMask()
     Document document(TestDocuments::Opened(RGBA32iImage(100, 50)));
     document.SetFeather(20);
     int calls = 0;
-    const auto check = [&calls](const SelectionMask& mask) { calls += mask.SelectsAll() ? 1 : 0; };
+    const auto check = [&calls](const operations::Selection& mask) { calls += mask.SelectsAll() ? 1 : 0; };
     document.WithMask(this, check);
     document.SelectAll();
     document.WithMask(this, check);
@@ -226,9 +226,9 @@ void TestEditorDocument::AMaskForSomebodyGoneIsDropped()
     bool isDone = false;
     {
         QObject context;
-        document.WithMask(&context, [&isDropped](const SelectionMask&) { isDropped = false; });
+        document.WithMask(&context, [&isDropped](const operations::Selection&) { isDropped = false; });
     }
-    document.WithMask(this, [&isDone](const SelectionMask&) { isDone = true; });
+    document.WithMask(this, [&isDone](const operations::Selection&) { isDone = true; });
     QTRY_VERIFY_WITH_TIMEOUT(isDone, PatienceMs);
     QVERIFY(isDropped);
 }

@@ -3,6 +3,7 @@
 #include "TestPictures.h"
 #include "YDCurvesWidget.h"
 #include "YDSignWidget.h"
+#include "catalog/PanelDialog.h"
 #include "core/KVApplication.h"
 #include "editor/AdjustmentDialog.h"
 #include "editor/AdjustmentPanel.h"
@@ -33,37 +34,14 @@
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThreadPool>
 #include <QTimer>
 #include <QToolButton>
 #include <QUrl>
 
-#include <functional>
-#include <utility>
-
 namespace {
 
 constexpr int PatienceMs = 20000;
-
-/// Calls `work` once in the event loop of an adjustment that waits for a preview, when its job tells
-/// something.
-class WhilePreviewing : public QObject
-{
-public:
-    explicit WhilePreviewing(const std::function<void()>& work) : m_work(work)
-    {
-        qApp->installEventFilter(this);
-    }
-
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() == QEvent::FutureCallOut && QGuiApplication::overrideCursor() && m_work)
-            std::exchange(m_work, {})();
-        return false;
-    }
-
-private:
-    std::function<void()> m_work;
-};
 
 QVector<QMessageBox*> MessageBoxes()
 {
@@ -343,7 +321,7 @@ void TestEditorMainWindow::TheMenuShowsTheGroups()
     QStringList expected;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         if (i == 0 || entries[i].group != entries[i - 1].group)
-            expected.append(AdjustmentCatalog::Title(entries[i].group));
+            expected.append(operations::Catalog::Title(entries[i].group));
         expected.append(entries[i].name);
     }
     QStringList shown;
@@ -483,7 +461,7 @@ void TestEditorMainWindow::AStampIsPreviewedTakenAndUndone()
     window.findChild<QAction*>(QStringLiteral("sign"))->trigger();
     AdjustmentSession* const session = document->Session();
     AdjustmentDialog& dialog = *session->Dialog();
-    auto& widget = *qobject_cast<YDSignWidget*>(dialog.Widget());
+    auto& widget = static_cast<YDSignWidget&>(PanelDialog::PanelOf(*dialog.Widget()));
     const auto* const remark = dialog.findChild<QLabel*>(QStringLiteral("Remark"));
     QTRY_VERIFY_WITH_TIMEOUT(remark->text().contains(QStringLiteral("no image is chosen")), PatienceMs);
     YDSignWidget::Params params;
@@ -495,8 +473,7 @@ void TestEditorMainWindow::AStampIsPreviewedTakenAndUndone()
     widget.SetValue(params);
     dialog.findChild<QComboBox*>(QStringLiteral("m_pBlendCombo"))->setCurrentIndex(1); // multiply
     dialog.findChild<QSpinBox*>(QStringLiteral("m_pLeftMargin"))->setValue(30);
-    RGBA32iImage expected = photograph.DeepCopy();
-    QCOMPARE(dialog.Entry().apply(widget, expected, RGBA32iImage(), QPoint(), QRect()), QString());
+    const RGBA32iImage expected = widget.MakeTask().ApplyToCopy(photograph).picture;
     QVERIFY(!TestPictures::AreEqual(expected, photograph));
     QTRY_VERIFY_WITH_TIMEOUT(TestPictures::AreEqual(document->View()->Preview(), expected), PatienceMs);
     QVERIFY(!remark->isVisible());
@@ -624,16 +601,14 @@ void TestEditorMainWindow::WhatThePanelWaitsForMayGo()
     auto panel = std::make_unique<AdjustmentPanel>();
     panel->Choose(*AdjustmentCatalog::Find(QStringLiteral("fill-color")));
     panel->SetDocument(document.get());
-    bool hasGone = false;
-    const WhilePreviewing interruption([&] {
-        hasGone = true;
-        if (documentGoes)
-            document.reset();
-        if (panelGoes)
-            panel.reset();
-    });
     panel->Apply();
-    QTRY_VERIFY_WITH_TIMEOUT(hasGone && !QGuiApplication::overrideCursor(), PatienceMs);
+    QVERIFY(document->IsLocked());
+    if (documentGoes)
+        document.reset();
+    if (panelGoes)
+        panel.reset();
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
     if (document) {
         QVERIFY(!document->IsLocked());
         QCOMPARE(int(document->Picture().Row(0)[0].g), 100);

@@ -1,5 +1,5 @@
+#include "FieldJson.h"
 #include "TestColors.h"
-#include "catalog/FieldJson.h"
 
 #include <QDataStream>
 #include <QJsonDocument>

@@ -1,3 +1,4 @@
+#include "IdlePool.h"
 #include "image/PoolTasks.h"
 
 #include <QFutureWatcher>
@@ -81,6 +82,7 @@ void TestPoolTasks::ATaskThatThePoolCanBeginIsNotRunByTheWait()
     QThreadPool::globalInstance()->waitForDone();
     for (int run = 0; run < Runs; ++run) {
         QThread* ran = nullptr;
+        AwaitIdlePool();
         RunPoolTasks(1, [&ran] { ran = QThread::currentThread(); });
         QVERIFY(ran);
         QVERIFY2(ran != QThread::currentThread(), qPrintable(QString::number(run)));

@@ -1,5 +1,5 @@
 #include "TestFiles.h"
-#include "catalog/PresetFile.h"
+#include "operations/PresetFile.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -8,9 +8,9 @@
 
 namespace {
 
-const AdjustmentEntry& Brightness()
+const operations::Adjustment& Brightness()
 {
-    return *AdjustmentCatalog::Find(QStringLiteral("brightness-contrast"));
+    return *operations::Catalog::Find(QStringLiteral("brightness-contrast"));
 }
 
 /// The preset of brightness 30 and contrast -20.
@@ -45,8 +45,8 @@ private:
 
 void TestPresetFile::CheckRefusal(const char* name, const QString& reason) const
 {
-    const PresetFile::Content content = PresetFile::Read(Path(name));
-    QVERIFY(!content.entry);
+    const operations::PresetFile::Content content = operations::PresetFile::Read(Path(name));
+    QVERIFY(!content.adjustment);
     QVERIFY(!content.settings);
     QVERIFY2(content.error.startsWith(Path(name) + QStringLiteral(": ")), qPrintable(content.error));
     QVERIFY2(content.error.contains(reason), qPrintable(content.error));
@@ -55,18 +55,18 @@ void TestPresetFile::CheckRefusal(const char* name, const QString& reason) const
 void TestPresetFile::APresetIsReadWhicheverAdjustmentItIsOf()
 {
     TestFiles::Store(Path("p"), Preset());
-    const PresetFile::Content content = PresetFile::Read(Path("p"));
+    const operations::PresetFile::Content content = operations::PresetFile::Read(Path("p"));
     QCOMPARE(content.error, QString());
-    QCOMPARE(content.entry, &Brightness());
+    QCOMPARE(content.adjustment, &Brightness());
     QCOMPARE(content.settings->ToJson(),
              (QJsonObject{{QStringLiteral("brightness"), 30}, {QStringLiteral("contrast"), -20}}));
-    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries()) {
+    for (const operations::Adjustment& entry : operations::Catalog::All()) {
         const auto defaults = entry.makeSettings();
         if (!defaults->HasPreset())
             continue;
         TestFiles::Store(Path("p"), defaults->ToPreset());
-        const PresetFile::Content read = PresetFile::Read(Path("p"));
-        QCOMPARE(read.entry, &entry);
+        const operations::PresetFile::Content read = operations::PresetFile::Read(Path("p"));
+        QCOMPARE(read.adjustment, &entry);
         QCOMPARE(read.settings->ToJson(), defaults->ToJson());
     }
 }

@@ -68,7 +68,7 @@ private:
     void WriteFile(const QString& path, const QByteArray& bytes) const;
 
     std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<YDAdjustmentWidget> m_widget;
+    std::unique_ptr<YDTaskWidget> m_widget;
     std::unique_ptr<PresetMenu> m_menu;
 };
 
@@ -183,7 +183,7 @@ void TestPresetMenu::LoadingIntoADialogStartsAPreview()
     QWidget window;
     KVDocumentView view(&window);
     AdjustmentSession session(Brightness(), &view, &window);
-    session.Start(TestPictures::Grey(20, 10, 100), SelectionMask());
+    session.Start(TestPictures::Grey(20, 10, 100), operations::Selection());
     QTRY_VERIFY_WITH_TIMEOUT(!view.Preview().IsEmpty(), PatienceMs);
     QCOMPARE(int(view.Preview().Row(0)[0].g), 100);
     session.Dialog()->Presets()->Load(Path("bright.preset"));

@@ -1,4 +1,5 @@
 #include "KVAdjustmentProcessingTemplate.h"
+#include "IdlePool.h"
 #include "Machine.h"
 #include "TestPictures.h"
 #include "YDAdjustmentProcessingTemplate.h"
@@ -435,6 +436,7 @@ void TestYDTileRunner::OnTwoCoresPixelsGoToOneTaskOfThePool()
         NotesItsThread transformation;
         transformation.mutex = &mutex;
         transformation.threads = &threads;
+        AwaitIdlePool();
         YDAdjustmentProcessingTemplate<NotesItsThread> processing(nullptr, transformation);
         processing.Run(job);
         QCOMPARE(threads.size(), 1);

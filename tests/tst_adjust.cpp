@@ -1,5 +1,7 @@
 #include "TestFiles.h"
+#include "TestPictures.h"
 #include "core/KVImageFileManager.h"
+#include "operations/Catalog.h"
 
 #include <QColorSpace>
 #include <QDir>
@@ -112,8 +114,11 @@ private slots:
     void AnInterruptLeavesWholeFilesOnly_data();
     void AnInterruptLeavesWholeFilesOnly();
     void SelectiveColorsTravelAsAPreset();
-    void SelectiveColorsAreTheSameOnEveryDevice_data();
-    void SelectiveColorsAreTheSameOnEveryDevice();
+    void SelectiveColorsAreAppliedInTheSelection();
+    void EveryAdjustmentGivesTheBytesOfItsTask_data();
+    void EveryAdjustmentGivesTheBytesOfItsTask();
+    void NoValueIsRoundedToWhatAControlCanShow_data();
+    void NoValueIsRoundedToWhatAControlCanShow();
 
 private:
     QString Path(const QString& name) const { return m_folder->filePath(name); }
@@ -946,20 +951,9 @@ void TestAdjust::SelectiveColorsTravelAsAPreset()
         QCOMPARE(Run({"preset", "selective-colors", wrong, "-o", "q"}).status, 2);
 }
 
-void TestAdjust::SelectiveColorsAreTheSameOnEveryDevice_data()
-{
-    QTest::addColumn<QString>("device");
-    QTest::newRow("the processor") << "off";
-    QTest::newRow("whatever OpenCL offers") << "any";
-}
-
 /// Pure red belongs to the reds alone: half of full cyan is 127 levels, and all its yellow is taken away.
-void TestAdjust::SelectiveColorsAreTheSameOnEveryDevice()
+void TestAdjust::SelectiveColorsAreAppliedInTheSelection()
 {
-    QFETCH(QString, device);
-    QProcessEnvironment environment = Environment();
-    environment.insert(QStringLiteral("ADJUSTMENTGUI_GPU"), device);
-    environment.insert(QStringLiteral("POCL_CACHE_DIR"), Path("cache"));
     QImage red(50, 40, QImage::Format_RGB32);
     red.fill(qRgb(255, 0, 0));
     StorePicture("in.png", red);
@@ -972,8 +966,7 @@ void TestAdjust::SelectiveColorsAreTheSameOnEveryDevice()
                        "[0,0,0,0],[0,0,0,0]] mode=");
     for (const auto& [mode, expected] : {std::pair{"0", qRgb(255, 0, 255)}, {"1", qRgb(128, 0, 255)}}) {
         const Outcome outcome = Run({"apply", "-a", reds + mode, "-s", "mask.png", "--offset", "20,10",
-                                     "--force", "in.png", "-o", "out.png"},
-                                    environment);
+                                     "--force", "in.png", "-o", "out.png"});
         QCOMPARE(outcome.err, QString());
         QCOMPARE(outcome.status, 0);
         QImage adjusted = red;
@@ -984,5 +977,73 @@ void TestAdjust::SelectiveColorsAreTheSameOnEveryDevice()
     }
 }
 
-QTEST_GUILESS_MAIN(TestAdjust)
+void TestAdjust::EveryAdjustmentGivesTheBytesOfItsTask_data()
+{
+    QTest::addColumn<QString>("step");
+    for (const operations::Adjustment& adjustment : operations::Catalog::All())
+        QTest::newRow(qPrintable(adjustment.name)) << adjustment.name;
+    QTest::newRow("a stamp") << "sign fileName=stamp.png opacity=60 blendingMode=13";
+    QTest::newRow("a turned text") << "watermark text=Hello angle=30 opacity=40 hrzTiles=2 color=#ff8000";
+    QTest::newRow("the advanced balance")
+        << "white-balance enhanced=true autoStrength=70 useTemperature=true";
+    QTest::newRow("a corner") << "replace-color position=2 tolerance=90 color=#ff8000 opacity=50";
+}
+
+void TestAdjust::EveryAdjustmentGivesTheBytesOfItsTask()
+{
+    QFETCH(QString, step);
+    const QImage source = ImageToQImage(TestPictures::Noise(200, 150));
+    StorePicture("in.png", source);
+    StorePicture("stamp.png", ImageToQImage(TestPictures::Noise(30, 20)));
+    QImage mask(60, 50, QImage::Format_RGB32);
+    mask.fill(qRgb(200, 200, 200));
+    StorePicture("mask.png", mask);
+    const Outcome outcome =
+        Run({"apply", "-a", step, "-s", "mask.png", "--offset", "-5,20", "in.png", "-o", "out.png"});
+    QCOMPARE(outcome.status, 0);
+
+    QStringList words = step.split(QLatin1Char(' '));
+    const auto settings = operations::Catalog::Find(words.takeFirst())->makeSettings();
+    for (const QString& word : words)
+        QCOMPARE(settings->SetFromText(word.startsWith("fileName") ? "fileName=" + Path("stamp.png") : word),
+                 QString());
+    const auto selection = operations::Selection::Of(TestPictures::Grey(60, 50, 200), QPoint(-5, 20));
+    for (int i = 0; i < 60 * 50; ++i)
+        selection.mask.Row(i / 60)[i % 60].a = 200;
+    const RGBA32iImage expected =
+        settings->MakeTask().ApplyToCopy(ImageFromQImage(source), selection).picture;
+    QVERIFY(TestPictures::AreEqual(ImageFromQImage(Picture("out.png")), expected));
+}
+
+void TestAdjust::NoValueIsRoundedToWhatAControlCanShow_data()
+{
+    QTest::addColumn<QString>("fine");
+    QTest::addColumn<QString>("rounded");
+    QTest::newRow("gamma") << "gamma gamma=1.234"
+                           << "gamma gamma=1.23";
+    QTest::newRow("exposure") << "exposure exposure=0.00049"
+                              << "exposure exposure=0.0005";
+}
+
+/// The exposure's difference is below what eight bits show, so that one is told by the settings alone.
+void TestAdjust::NoValueIsRoundedToWhatAControlCanShow()
+{
+    QFETCH(QString, fine);
+    QFETCH(QString, rounded);
+    StorePicture("in.png", ImageToQImage(TestPictures::Noise(200, 150)));
+    QCOMPARE(Run({"apply", "-a", fine, "in.png", "-o", "fine.png"}).status, 0);
+    const QStringList words = fine.split(QLatin1Char(' '));
+    const auto settings = operations::Catalog::Find(words.first())->makeSettings();
+    QCOMPARE(settings->SetFromText(words.last()), QString());
+    const RGBA32iImage expected = settings->MakeTask().ApplyToCopy(TestPictures::Noise(200, 150)).picture;
+    QVERIFY(TestPictures::AreEqual(ImageFromQImage(Picture("fine.png")), expected));
+    const auto coarse = operations::Catalog::Find(words.first())->makeSettings();
+    QCOMPARE(coarse->SetFromText(rounded.split(QLatin1Char(' ')).last()), QString());
+    QVERIFY(coarse->ToJson() != settings->ToJson());
+    if (words.first() == QLatin1String("gamma"))
+        QVERIFY(!TestPictures::AreEqual(coarse->MakeTask().ApplyToCopy(TestPictures::Noise(200, 150)).picture,
+                                        expected));
+}
+
+QTEST_MAIN(TestAdjust)
 #include "tst_adjust.moc"

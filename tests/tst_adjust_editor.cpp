@@ -68,10 +68,7 @@ void TestAdjustEditor::RenderingWritesWhatThePanelApplies()
     const auto settings = entry.makeSettings();
     QVERIFY(settings->SetFromText(QStringLiteral("brightness=20")).isEmpty());
     QVERIFY(settings->SetFromText(QStringLiteral("contrast=30")).isEmpty());
-    const auto panel = entry.makeWidget(false, nullptr);
-    settings->ShowIn(*panel);
-    RGBA32iImage expected = TestPictures::Noise(300, 200);
-    QCOMPARE(entry.apply(*panel, expected, RGBA32iImage(), QPoint(), QRect()), QString());
+    const RGBA32iImage expected = settings->MakeTask().ApplyToCopy(TestPictures::Noise(300, 200)).picture;
     QVERIFY(TestPictures::AreEqual(ImageFromQImage(QImage(Path("out.png"))), expected));
 }
 

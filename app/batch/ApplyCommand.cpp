@@ -79,7 +79,7 @@ private:
                                       QStringLiteral("OUT")};
 
     std::vector<AdjustmentStep> m_steps;
-    SelectionMask m_mask;
+    operations::Selection m_mask;
     OutputPlan m_plan;
     PicturePipeline::Options m_options;
 };
@@ -212,9 +212,9 @@ ApplyCommand::Problem ApplyCommand::TakeMask()
 
 ExitStatus ApplyCommand::Process()
 {
-    for (AdjustmentStep& step : m_steps)
-        if (const QString missing = step.WhatIsMissing(); !missing.isEmpty())
-            Console::Complain(tr("note: %1: %2").arg(step.Entry().name, missing));
+    for (const AdjustmentStep& step : m_steps)
+        if (const QString missing = step.Settings().WhatIsMissing(); !missing.isEmpty())
+            Console::Complain(tr("note: %1: %2").arg(step.Adjustment().name, missing));
     InterruptWatch interrupt;
     PicturePipeline pipeline(m_steps, m_mask, m_options);
     QObject::connect(&interrupt, &InterruptWatch::Interrupted, &pipeline, &PicturePipeline::Stop);

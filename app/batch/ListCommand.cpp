@@ -3,7 +3,7 @@
 #include "batch/CommandLine.h"
 #include "batch/Console.h"
 #include "batch/SettingsText.h"
-#include "catalog/AdjustmentCatalog.h"
+#include "operations/Catalog.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -16,7 +16,7 @@ struct ListText
     Q_DECLARE_TR_FUNCTIONS(ListCommand)
 };
 
-QJsonObject JsonOf(const SettingsField& field)
+QJsonObject JsonOf(const operations::SettingsField& field)
 {
     QJsonObject object{{QStringLiteral("name"), field.name},
                        {QStringLiteral("type"), field.typeName},
@@ -28,15 +28,15 @@ QJsonObject JsonOf(const SettingsField& field)
     return object;
 }
 
-QJsonObject JsonOf(const AdjustmentEntry& entry)
+QJsonObject JsonOf(const operations::Adjustment& adjustment)
 {
-    const auto settings = entry.makeSettings();
+    const auto settings = adjustment.makeSettings();
     QJsonArray fields;
-    const QVector<SettingsField> all = settings->Fields();
-    for (const SettingsField& field : all)
+    const QVector<operations::SettingsField> all = settings->Fields();
+    for (const operations::SettingsField& field : all)
         fields.append(JsonOf(field));
-    return {{QStringLiteral("name"), entry.name},
-            {QStringLiteral("title"), entry.Title()},
+    return {{QStringLiteral("name"), adjustment.name},
+            {QStringLiteral("title"), adjustment.Title()},
             {QStringLiteral("preset"), settings->HasPreset()},
             {QStringLiteral("fields"), fields}};
 }
@@ -44,12 +44,12 @@ QJsonObject JsonOf(const AdjustmentEntry& entry)
 void PrintJson()
 {
     QJsonArray adjustments;
-    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries())
-        adjustments.append(JsonOf(entry));
+    for (const operations::Adjustment& adjustment : operations::Catalog::All())
+        adjustments.append(JsonOf(adjustment));
     Console::Print(QString::fromUtf8(QJsonDocument(adjustments).toJson()).trimmed());
 }
 
-QString Describe(const SettingsField& field)
+QString Describe(const operations::SettingsField& field)
 {
     QString type = field.typeName;
     if (field.range)
@@ -60,12 +60,12 @@ QString Describe(const SettingsField& field)
 
 void PrintText()
 {
-    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries()) {
-        const auto settings = entry.makeSettings();
+    for (const operations::Adjustment& adjustment : operations::Catalog::All()) {
+        const auto settings = adjustment.makeSettings();
         const QString note = settings->HasPreset() ? QString() : ListText::tr(" (no presets)");
-        Console::Print(QStringLiteral("%1  %2%3").arg(entry.name, entry.Title(), note));
-        const QVector<SettingsField> fields = settings->Fields();
-        for (const SettingsField& field : fields)
+        Console::Print(QStringLiteral("%1  %2%3").arg(adjustment.name, adjustment.Title(), note));
+        const QVector<operations::SettingsField> fields = settings->Fields();
+        for (const operations::SettingsField& field : fields)
             Console::Print(Describe(field));
     }
 }

@@ -5,16 +5,17 @@
 #include "image/PoolTasks.h"
 
 #include <QEventLoop>
-#include <QScopedValueRollback>
 
 #include <utility>
 
-PicturePipeline::PicturePipeline(std::vector<AdjustmentStep>& steps, const SelectionMask& mask,
-                                 const Options& options)
-    : m_steps(steps), m_mask(mask), m_options(options)
+PicturePipeline::PicturePipeline(const std::vector<AdjustmentStep>& steps,
+                                 const operations::Selection& selection, const Options& options)
+    : m_selection(selection), m_options(options)
 {
+    for (const AdjustmentStep& step : steps)
+        m_tasks.push_back(step.Settings().MakeTask());
     m_pool.setMaxThreadCount(options.picturesAtOnce);
-    connect(this, &PicturePipeline::HandedBack, this, &PicturePipeline::OnHandedBack, Qt::QueuedConnection);
+    connect(this, &PicturePipeline::PictureDone, this, &PicturePipeline::OnPictureDone, Qt::QueuedConnection);
 }
 
 PicturePipeline::~PicturePipeline() { m_pool.waitForDone(); }
@@ -44,115 +45,64 @@ void PicturePipeline::StartNext()
         picture->item = m_waiting.takeFirst();
         ++m_underWay;
         Console::ShowProgress(tr("%1 of %2: %3").arg(m_done + 1).arg(m_total).arg(picture->item.input));
-        Queue(picture, &PicturePipeline::Read, &PicturePipeline::OnRead);
+        PoolTask<void>::Start(
+            [this, picture] {
+                Process(*picture);
+                {
+                    const std::lock_guard<std::mutex> lock(m_doneMutex);
+                    m_donePictures.push_back(picture);
+                }
+                emit PictureDone();
+            },
+            &m_pool);
     }
     if (m_underWay == 0)
         emit Finished();
 }
 
-void PicturePipeline::Queue(const PicturePointer& picture, Work work, Next next)
+void PicturePipeline::Process(Picture& picture) const
 {
-    PoolTask<void>::Start(
-        [this, picture, work, next] {
-            (this->*work)(*picture);
-            {
-                const std::lock_guard<std::mutex> lock(m_handedMutex);
-                m_handed.push_back({picture, next});
-            }
-            emit HandedBack();
-        },
-        &m_pool);
+    Read(picture);
+    if (GoesOn(picture))
+        Adjust(picture);
+    if (GoesOn(picture))
+        Write(picture);
 }
 
-std::vector<PicturePipeline::Handed> PicturePipeline::TakeHanded()
+bool PicturePipeline::GoesOn(Picture& picture) const
 {
-    const std::lock_guard<std::mutex> lock(m_handedMutex);
-    return std::exchange(m_handed, {});
-}
-
-/// Some adjustments run an event loop. What is handed back meanwhile waits until the picture that is being
-/// adjusted is done: there is one widget for each step.
-void PicturePipeline::OnHandedBack()
-{
-    if (m_isTaking)
-        return;
-    const QScopedValueRollback<bool> taking(m_isTaking, true);
-    for (auto handed = TakeHanded(); !handed.empty(); handed = TakeHanded())
-        for (const Handed& each : handed)
-            (this->*each.next)(each.picture);
+    picture.isDropped = picture.isDropped || m_stopped;
+    return !picture.isDropped && picture.problem.isEmpty();
 }
 
 void PicturePipeline::Read(Picture& picture) const
 {
     // Before the work rather than after it; the writer checks again.
     const auto existing = m_options.overwrite ? WholeFile::Existing::Replace : WholeFile::Existing::Refuse;
-    picture.content.error = WholeFile::WhyNotWritable(picture.item.output, existing);
-    if (!picture.content.error.isEmpty())
+    picture.problem = WholeFile::WhyNotWritable(picture.item.output, existing);
+    if (!picture.problem.isEmpty())
         return;
     picture.content = KVImageFileManager::Read(picture.item.input, m_options.reading);
-    if (!picture.content.error.isEmpty())
+    picture.problem = picture.content.error;
+    if (!picture.problem.isEmpty())
         return;
     picture.pixels = ImageFromQImage(picture.content.image);
     picture.content.image = QImage();
     if (picture.pixels.IsEmpty())
-        picture.content.error =
+        picture.problem =
             WholeFile::Error(picture.item.input, tr("there is not enough memory for the picture"));
 }
 
-void PicturePipeline::OnRead(const PicturePointer& picture)
+void PicturePipeline::Adjust(Picture& picture) const
 {
-    picture->problem = picture->content.error;
-    if (!m_stopped && picture->problem.isEmpty())
-        Tell(*picture);
-    Adjust(picture);
-}
-
-void PicturePipeline::Tell(const Picture& picture) const
-{
-    const KVImageFileManager::ReadResult& content = picture.content;
-    if (content.depthReduced)
-        Console::Complain(WholeFile::Error(picture.item.input, tr("note: its depth is reduced to 8 bits")));
-    if (content.hasMorePictures)
-        Console::Complain(WholeFile::Error(
-            picture.item.input, tr("note: it holds several pictures; only the first one is taken")));
-    if (!content.metadataError.isEmpty())
-        Console::Complain(WholeFile::Error(
-            picture.item.input, tr("note: some metadata cannot be read (%1)").arg(content.metadataError)));
-}
-
-/// Goes on with the next step. What any thread may draw is drawn on the pool, and comes back here after that.
-void PicturePipeline::Adjust(const PicturePointer& picture)
-{
-    while (!m_stopped && picture->problem.isEmpty() && picture->stepsDone < m_steps.size()) {
-        AdjustmentStep& step = m_steps[picture->stepsDone];
-        if (step.CanDraw()) {
-            Queue(picture, &PicturePipeline::Draw, &PicturePipeline::Adjust);
+    const operations::TaskControl control{&m_stopped, nullptr};
+    for (const operations::Task& task : m_tasks) {
+        const QString problem = task.Apply(picture.pixels, m_selection, control).problem;
+        if (!problem.isEmpty())
+            picture.problem = WholeFile::Error(picture.item.input, problem);
+        if (!GoesOn(picture))
             return;
-        }
-        const QString problem =
-            step.Apply(picture->pixels, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect());
-        FinishStep(*picture, problem);
     }
-    if (!m_stopped && picture->problem.isEmpty()) {
-        Queue(picture, &PicturePipeline::Write, &PicturePipeline::OnWritten);
-        return;
-    }
-    if (!m_stopped)
-        Fail(picture->problem);
-    End();
-}
-
-void PicturePipeline::Draw(Picture& picture) const
-{
-    const AdjustmentStep& step = m_steps[picture.stepsDone];
-    FinishStep(picture, step.Draw(picture.pixels, m_mask.Coverage(), m_mask.Offset(), m_mask.BoundingRect()));
-}
-
-void PicturePipeline::FinishStep(Picture& picture, const QString& problem)
-{
-    ++picture.stepsDone;
-    if (!problem.isEmpty())
-        picture.problem = WholeFile::Error(picture.item.input, problem);
 }
 
 void PicturePipeline::Write(Picture& picture) const
@@ -165,24 +115,48 @@ void PicturePipeline::Write(Picture& picture) const
                                                 picture.content.metadata, options);
 }
 
-void PicturePipeline::OnWritten(const PicturePointer& picture)
+void PicturePipeline::OnPictureDone()
 {
-    if (!picture->written.error.isEmpty())
-        Fail(picture->written.error);
-    else if (!picture->written.warning.isEmpty())
-        Console::Complain(tr("note: %1").arg(picture->written.warning));
-    End();
+    std::vector<PicturePointer> done;
+    {
+        const std::lock_guard<std::mutex> lock(m_doneMutex);
+        done.swap(m_donePictures);
+    }
+    for (const PicturePointer& picture : done) {
+        if (!picture->isDropped)
+            Report(*picture);
+        --m_underWay;
+        ++m_done;
+    }
+    StartNext();
+}
+
+void PicturePipeline::Report(const Picture& picture)
+{
+    TellNotes(picture);
+    if (!picture.problem.isEmpty())
+        Fail(picture.problem);
+    else if (!picture.written.error.isEmpty())
+        Fail(picture.written.error);
+    else if (!picture.written.warning.isEmpty())
+        Console::Complain(tr("note: %1").arg(picture.written.warning));
+}
+
+void PicturePipeline::TellNotes(const Picture& picture)
+{
+    const KVImageFileManager::ReadResult& content = picture.content;
+    if (content.depthReduced)
+        Console::Complain(WholeFile::Error(picture.item.input, tr("note: its depth is reduced to 8 bits")));
+    if (content.hasMorePictures)
+        Console::Complain(WholeFile::Error(
+            picture.item.input, tr("note: it holds several pictures; only the first one is taken")));
+    if (!content.metadataError.isEmpty())
+        Console::Complain(WholeFile::Error(
+            picture.item.input, tr("note: some metadata cannot be read (%1)").arg(content.metadataError)));
 }
 
 void PicturePipeline::Fail(const QString& error)
 {
     Console::Complain(error);
     ++m_failed;
-}
-
-void PicturePipeline::End()
-{
-    --m_underWay;
-    ++m_done;
-    StartNext();
 }

@@ -2,21 +2,20 @@
 
 #include "batch/AdjustmentStep.h"
 #include "batch/OutputPlan.h"
-#include "catalog/SelectionMask.h"
 #include "core/KVImageFileManager.h"
+#include "operations/Task.h"
 
 #include <QObject>
 #include <QThreadPool>
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <vector>
 
-/// Takes pictures through reading, adjusting and writing.
-///
-/// Reading, writing and drawing run on a pool of its own, adjusting on the GUI thread, where the widgets live
-/// and which fans out to all cores by itself. At most `picturesAtOnce` pictures are in memory. A picture that
-/// fails is reported and the others go on.
+/// Takes pictures through reading, adjusting and writing, each on one thread of a pool of its own; an
+/// adjustment fans out to all cores by itself. At most `picturesAtOnce` pictures are in memory. A picture
+/// that fails is reported and the others go on.
 class PicturePipeline : public QObject
 {
     Q_OBJECT
@@ -29,7 +28,8 @@ public:
         int picturesAtOnce = 1;
     };
 
-    PicturePipeline(std::vector<AdjustmentStep>& steps, const SelectionMask& mask, const Options& options);
+    PicturePipeline(const std::vector<AdjustmentStep>& steps, const operations::Selection& selection,
+                    const Options& options);
     ~PicturePipeline() override;
 
     /// Runs an event loop until every picture is done or has failed. The number that failed.
@@ -40,8 +40,8 @@ public:
 
 signals:
     void Finished();
-    /// A thread of the pool has put a picture among those that are handed back.
-    void HandedBack();
+    /// A thread of the pool has put a picture among those that are done.
+    void PictureDone();
 
 private:
     /// One picture on its way.
@@ -50,49 +50,37 @@ private:
         OutputPlan::Item item;
         KVImageFileManager::ReadResult content;
         RGBA32iImage pixels;
-        std::size_t stepsDone = 0;
-        QString problem; ///< why the picture cannot go on; empty for nothing
+        QString problem;        ///< why the picture is not written; empty for nothing
+        bool isDropped = false; ///< stopped before it was written
         KVImageFileManager::WriteResult written;
     };
     using PicturePointer = std::shared_ptr<Picture>;
 
     void StartNext();
+
+    // On the pool.
+    void Process(Picture& picture) const;
     void Read(Picture& picture) const;
-    void OnRead(const PicturePointer& picture);
-    void Tell(const Picture& picture) const;
-    void Adjust(const PicturePointer& picture);
-    void Draw(Picture& picture) const;
-    static void FinishStep(Picture& picture, const QString& problem);
+    void Adjust(Picture& picture) const;
     void Write(Picture& picture) const;
-    void OnWritten(const PicturePointer& picture);
+    bool GoesOn(Picture& picture) const;
+
+    // On the GUI thread.
+    void OnPictureDone();
+    void Report(const Picture& picture);
     void Fail(const QString& error);
-    void End();
+    static void TellNotes(const Picture& picture);
 
-    using Work = void (PicturePipeline::*)(Picture&) const;
-    using Next = void (PicturePipeline::*)(const PicturePointer&);
-
-    /// Does `work` on the pool, then `next` on the GUI thread.
-    void Queue(const PicturePointer& picture, Work work, Next next);
-    void OnHandedBack();
-
-    struct Handed
-    {
-        PicturePointer picture;
-        Next next;
-    };
-    std::vector<Handed> TakeHanded();
-
-    std::vector<AdjustmentStep>& m_steps;
-    const SelectionMask& m_mask;
+    std::vector<operations::Task> m_tasks;
+    const operations::Selection m_selection;
     const Options m_options;
     QList<OutputPlan::Item> m_waiting;
     int m_total = 0;
     int m_done = 0;
     int m_failed = 0;
     int m_underWay = 0;
-    bool m_stopped = false;
-    bool m_isTaking = false; ///< those that were handed back, one after the other
-    std::mutex m_handedMutex;
-    std::vector<Handed> m_handed; ///< guarded by m_handedMutex
-    QThreadPool m_pool;           ///< the last member: its threads use the others
+    std::atomic<bool> m_stopped{false};
+    std::mutex m_doneMutex;
+    std::vector<PicturePointer> m_donePictures; ///< guarded by m_doneMutex
+    QThreadPool m_pool;                         ///< the last member: its threads use the others
 };

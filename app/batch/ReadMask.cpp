@@ -27,7 +27,7 @@ QRect CoveredRect(const QImage& mask)
 } // namespace
 
 QString ReadMask(const QString& path, const QPoint& position, const KVImageFileManager::ReadOptions& options,
-                 SelectionMask& mask)
+                 operations::Selection& mask)
 {
     const KVImageFileManager::ReadResult result = KVImageFileManager::Read(path, options);
     if (!result.error.isEmpty())
@@ -44,6 +44,6 @@ QString ReadMask(const QString& path, const QPoint& position, const KVImageFileM
             row[x] = YDRGBA32i(coverage, coverage, coverage, coverage);
         }
     }
-    mask = SelectionMask(pixels, position + covered.topLeft());
+    mask = operations::Selection::Of(pixels, position + covered.topLeft());
     return {};
 }

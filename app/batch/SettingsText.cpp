@@ -100,12 +100,12 @@ QString SettingsText::FromValue(const QJsonValue& value)
     }
 }
 
-QStringList SettingsText::Lines(const AdjustmentSettings& settings)
+QStringList SettingsText::Lines(const operations::Settings& settings)
 {
     QStringList lines;
     const QJsonObject values = settings.ToJson();
-    const QVector<SettingsField> fields = settings.Fields();
-    for (const SettingsField& field : fields)
+    const QVector<operations::SettingsField> fields = settings.Fields();
+    for (const operations::SettingsField& field : fields)
         lines.append(field.name + QLatin1Char('=') + FromValue(values.value(field.name)));
     return lines;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "catalog/AdjustmentSettings.h"
+#include "operations/Settings.h"
 
 #include <QStringList>
 
@@ -11,7 +11,7 @@ namespace SettingsText {
 QString FromValue(const QJsonValue& value);
 
 /// "brightness=30", a line for each field, in stream order.
-QStringList Lines(const AdjustmentSettings& settings);
+QStringList Lines(const operations::Settings& settings);
 
 /// The words of an -a option. Blanks part them, except within quotes, which are taken off, and within the
 /// brackets of a list. False if a quote or a bracket is left open.

@@ -16,14 +16,14 @@ struct ShowText
 
 void PrintJson(const AdjustmentStep& step)
 {
-    const QJsonObject object{{QStringLiteral("adjustment"), step.Entry().name},
+    const QJsonObject object{{QStringLiteral("adjustment"), step.Adjustment().name},
                              {QStringLiteral("fields"), step.Settings().ToJson()}};
     Console::Print(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed());
 }
 
 void PrintText(const AdjustmentStep& step)
 {
-    Console::Print(step.Entry().name);
+    Console::Print(step.Adjustment().name);
     const QStringList lines = SettingsText::Lines(step.Settings());
     for (const QString& line : lines)
         Console::Print(line);

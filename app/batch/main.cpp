@@ -4,8 +4,8 @@
 #include "batch/PresetCommand.h"
 #include "batch/ShowCommand.h"
 
-#include <QApplication>
 #include <QFile>
+#include <QGuiApplication>
 
 #include <cstdio>
 
@@ -73,14 +73,14 @@ ExitStatus Run(const QStringList& arguments)
 int main(int argc, char* argv[])
 {
     qInstallMessageHandler(OnQtMessage);
-    // The widgets compute and are never shown: no display is needed.
+    // Texts are drawn with fonts, which ask for a platform; no display is needed.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(QFile::decodeName(argv[i]));
     int toolkitArgc = 1; // the arguments are ours: none is a style or a platform
-    const QApplication application(toolkitArgc, argv);
+    const QGuiApplication application(toolkitArgc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui"));
     QCoreApplication::setApplicationName(QStringLiteral("adjust"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ADJUST_VERSION));

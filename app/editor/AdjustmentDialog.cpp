@@ -1,14 +1,11 @@
 #include "editor/AdjustmentDialog.h"
 
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "editor/PresetMenu.h"
 
 #include <QCheckBox>
-#include <QDialogButtonBox>
 #include <QEvent>
 #include <QGridLayout>
-#include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace {
@@ -16,15 +13,11 @@ namespace {
 /// Sliders want room: a dialog as narrow as its labels allow would make them hard to set.
 constexpr int MinWidthInCharacters = 48;
 
-// As the frames of the widgets have them.
-constexpr int FrameMargin = 9;
-constexpr int ToggleHeight = 40;
-
 } // namespace
 
 AdjustmentDialog::AdjustmentDialog(const AdjustmentEntry& entry, QWidget* parent)
     : QDialog(parent, Qt::Tool | Qt::WindowTitleHint | Qt::WindowCloseButtonHint), m_entry(entry),
-      m_widget(entry.makeWidget(!entry.makeDrawing, this).release()), m_presets(new PresetMenu(this))
+      m_widget(entry.makeWidget(true, this).release()), m_presets(new PresetMenu(this))
 {
     setObjectName(QStringLiteral("AdjustmentDialog"));
     setWindowTitle(entry.Title());
@@ -33,45 +26,13 @@ AdjustmentDialog::AdjustmentDialog(const AdjustmentEntry& entry, QWidget* parent
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    if (entry.makeDrawing)
-        BuildFrame(*layout);
-    else
-        layout->addWidget(m_widget, 1);
+    layout->addWidget(m_widget, 1);
     PlacePresets(*layout);
     FocusFirstControl();
     setMinimumWidth(fontMetrics().averageCharWidth() * MinWidthInCharacters);
 }
 
 AdjustmentDialog::~AdjustmentDialog() = default;
-
-/// The parts and their names are those of the widgets' own frames.
-void AdjustmentDialog::BuildFrame(QVBoxLayout& outer)
-{
-    m_remark = new QLabel(this);
-    m_remark->setObjectName(QStringLiteral("Remark"));
-    m_remark->setTextFormat(Qt::PlainText);
-    m_remark->setWordWrap(true);
-    m_remark->hide();
-    auto* const toggle = new QCheckBox(tr("Hide preview slider"), this);
-    toggle->setObjectName(QStringLiteral("m_pPreviewSlider"));
-    toggle->setMinimumHeight(ToggleHeight);
-    m_buttons =
-        new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Reset, this);
-    m_buttons->setObjectName(QStringLiteral("m_pButtons"));
-    connect(m_buttons, &QDialogButtonBox::accepted, this, &AdjustmentDialog::Confirmed);
-    connect(m_buttons, &QDialogButtonBox::rejected, this, &AdjustmentDialog::Dismissed);
-    connect(m_buttons->button(QDialogButtonBox::Reset), &QPushButton::clicked, m_widget,
-            &YDAdjustmentWidget::OnReset);
-
-    auto* const grid = new QGridLayout;
-    grid->setContentsMargins(FrameMargin, FrameMargin, FrameMargin, FrameMargin);
-    grid->addWidget(m_widget, 0, 0, 1, 2);
-    grid->addWidget(m_remark, 1, 0, 1, 2);
-    grid->addWidget(toggle, 2, 1, Qt::AlignRight);
-    grid->addWidget(m_buttons, 3, 0, 1, 2);
-    grid->setRowStretch(0, 1);
-    outer.addLayout(grid, 1);
-}
 
 /// In the row of the preview toggle, which leaves the room for it; above all where there is none.
 void AdjustmentDialog::PlacePresets(QVBoxLayout& outer)
@@ -97,8 +58,7 @@ void AdjustmentDialog::PlacePresets(QVBoxLayout& outer)
 /// So that arrow keys and numbers adjust at once.
 void AdjustmentDialog::FocusFirstControl()
 {
-    QWidget* const content =
-        m_buttons ? m_widget : m_widget->findChild<QWidget*>(QStringLiteral("m_pContent"));
+    auto* const content = m_widget->findChild<QWidget*>(QStringLiteral("m_pContent"));
     if (!content)
         return;
     for (QWidget* widget = content->nextInFocusChain(); widget != content;
@@ -115,21 +75,9 @@ void AdjustmentDialog::SetControlsEnabled(bool enabled)
     if (!enabled)
         m_focus = focusWidget();
     m_widget->setEnabled(enabled);
-    if (m_buttons)
-        m_buttons->setEnabled(enabled);
     m_presets->setEnabled(enabled && m_entry.makeSettings()->HasPreset());
     if (enabled && m_focus)
         m_focus->setFocus();
-}
-
-void AdjustmentDialog::ShowRemark(const QString& remark)
-{
-    if (!m_remark)
-        return;
-    QString wrapping = remark;
-    wrapping.replace(QLatin1Char('/'), QStringLiteral("/\u200b")); // a long path may be broken there
-    m_remark->setText(wrapping);
-    m_remark->setVisible(!remark.isEmpty());
 }
 
 void AdjustmentDialog::reject() { emit Dismissed(); }

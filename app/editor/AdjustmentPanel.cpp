@@ -1,20 +1,17 @@
 #include "editor/AdjustmentPanel.h"
 
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "editor/BackgroundTask.h"
 #include "editor/Document.h"
 #include "editor/Messages.h"
 #include "editor/PresetMenu.h"
 
 #include <QComboBox>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <QVBoxLayout>
-
-#include <utility>
 
 namespace {
 
@@ -39,7 +36,11 @@ AdjustmentPanel::AdjustmentPanel(QWidget* parent)
     OnChosen(m_choice->currentIndex());
 }
 
-AdjustmentPanel::~AdjustmentPanel() = default;
+AdjustmentPanel::~AdjustmentPanel()
+{
+    if (m_adjusted)
+        m_adjusted->SetLocked(false); // nobody will hear of the task's end
+}
 
 void AdjustmentPanel::BuildLayout()
 {
@@ -106,7 +107,7 @@ void AdjustmentPanel::Choose(const AdjustmentEntry& entry)
 
 const AdjustmentEntry& AdjustmentPanel::Chosen() const { return EntryAt(m_current); }
 
-YDAdjustmentWidget* AdjustmentPanel::Widget() const { return m_widgets.at(std::size_t(m_current)); }
+YDTaskWidget* AdjustmentPanel::Widget() const { return m_widgets.at(std::size_t(m_current)); }
 
 void AdjustmentPanel::Apply()
 {
@@ -117,13 +118,10 @@ void AdjustmentPanel::Apply()
     setEnabled(false);
     const QPointer<Document> document = m_document;
     document->SetLocked(true);
+    m_adjusted = document;
     connect(document, &QObject::destroyed, this, &AdjustmentPanel::EndApplying);
-    document->WithMask(this, [this, document](const SelectionMask& mask) {
-        if (Chosen().makeDrawing)
-            CopyAndDraw(document, mask);
-        else
-            CopyAndApply(document, mask);
-    });
+    document->WithMask(
+        this, [this, document](const operations::Selection& selection) { StartTask(document, selection); });
 }
 
 void AdjustmentPanel::showEvent(QShowEvent* event)
@@ -144,7 +142,7 @@ QWidget* AdjustmentPanel::MakePage(const AdjustmentEntry& entry)
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
     auto* const content = new QWidget(scroll);
-    YDAdjustmentWidget* const widget = entry.makeWidget(false, content).release();
+    YDTaskWidget* const widget = entry.makeWidget(false, content).release();
     auto* const layout = new QVBoxLayout(content);
     layout->setContentsMargins(Margin, Margin, Margin, Margin);
     layout->addWidget(widget);
@@ -188,52 +186,18 @@ void AdjustmentPanel::UpdateButtons()
     m_apply->setEnabled(m_document && !m_document->IsLocked() && !m_isApplying);
 }
 
-void AdjustmentPanel::CopyAndApply(const QPointer<Document>& document, const SelectionMask& mask)
+void AdjustmentPanel::StartTask(const QPointer<Document>& document, const operations::Selection& selection)
 {
-    BackgroundTask::Run(
-        this, [picture = document->Picture()] { return picture.DeepCopy(); },
-        [this, document, mask](const RGBA32iImage& copy) { ApplyTo(document, copy, mask); });
-}
-
-void AdjustmentPanel::CopyAndDraw(const QPointer<Document>& document, const SelectionMask& mask)
-{
-    using Drawn = std::pair<RGBA32iImage, QString>;
     BackgroundTask::Run(
         this,
-        [picture = document->Picture(), mask, draw = Chosen().makeDrawing(*Widget())] {
-            Drawn drawn{picture.DeepCopy(), QString()};
-            if (!drawn.first.IsEmpty())
-                drawn.second = draw(drawn.first, mask.Coverage(), mask.Offset(), mask.BoundingRect());
-            return drawn;
+        [picture = document->Picture(), selection, task = Widget()->MakeTask()] {
+            return task.ApplyToCopy(picture, selection);
         },
-        [this, document, title = Chosen().Title()](const Drawn& drawn) {
+        [this, document, title = Chosen().Title()](const operations::Outcome& outcome) {
             if (document)
-                Deliver(document, drawn.first, title,
-                        drawn.first.IsEmpty() ? TooLittleMemory() : drawn.second);
+                Deliver(document, outcome.picture, title, outcome.problem);
         });
 }
-
-void AdjustmentPanel::ApplyTo(const QPointer<Document>& document, RGBA32iImage copy,
-                              const SelectionMask& mask)
-{
-    if (!document)
-        return;
-    const QPointer<AdjustmentPanel> self(this);
-    const QString title = Chosen().Title();
-    QString problem = TooLittleMemory();
-    if (!copy.IsEmpty()) {
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        problem = Chosen().apply(*Widget(), copy, mask.Coverage(), mask.Offset(), mask.BoundingRect());
-        QGuiApplication::restoreOverrideCursor();
-    }
-    // Some adjustments run an event loop, in which panel and document may have gone.
-    if (!self && document)
-        document->SetLocked(false);
-    if (self && document)
-        Deliver(document, copy, title, problem);
-}
-
-QString AdjustmentPanel::TooLittleMemory() { return tr("There is too little memory for this picture."); }
 
 void AdjustmentPanel::Deliver(const QPointer<Document>& document, const RGBA32iImage& adjusted,
                               const QString& title, const QString& problem)
@@ -245,13 +209,15 @@ void AdjustmentPanel::Deliver(const QPointer<Document>& document, const RGBA32iI
         Messages::ShowError(this, tr("The adjustment could not be computed."), problem);
         return;
     }
-    document->Commit(adjusted, title);
+    if (!adjusted.IsEmpty()) // settings that name no rule change nothing
+        document->Commit(adjusted, title);
     emit Applied();
 }
 
 void AdjustmentPanel::EndApplying()
 {
     m_isApplying = false;
+    m_adjusted = nullptr;
     setEnabled(true);
     if (m_focus)
         m_focus->setFocus();

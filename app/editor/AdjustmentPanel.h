@@ -13,14 +13,15 @@ class PresetMenu;
 class QComboBox;
 class QPushButton;
 class QStackedWidget;
-class SelectionMask;
-class YDAdjustmentWidget;
+namespace operations {
+struct Selection;
+}
+class YDTaskWidget;
 
 /// Any adjustment of the catalogue as an embedded panel, applied to the current document at a press of a
 /// button.
 ///
-/// The picture is copied on the thread pool, and what the host draws is drawn there too. Any other adjustment
-/// then runs on the GUI thread, as the widget belongs to it, and on all cores, under a wait cursor.
+/// The task runs over a copy of the picture on the thread pool, so the window stays alive meanwhile.
 class AdjustmentPanel : public QWidget
 {
     Q_OBJECT
@@ -34,7 +35,7 @@ public:
     void Choose(const AdjustmentEntry& entry);
     const AdjustmentEntry& Chosen() const;
     /// The chosen adjustment's widget.
-    YDAdjustmentWidget* Widget() const;
+    YDTaskWidget* Widget() const;
 
 public slots:
     void Apply();
@@ -53,12 +54,9 @@ private:
     void OnChosen(int item);
     void ShowPicture();
     void UpdateButtons();
-    void CopyAndApply(const QPointer<Document>& document, const SelectionMask& mask);
-    void CopyAndDraw(const QPointer<Document>& document, const SelectionMask& mask);
-    void ApplyTo(const QPointer<Document>& document, RGBA32iImage copy, const SelectionMask& mask);
+    void StartTask(const QPointer<Document>& document, const operations::Selection& selection);
     void Deliver(const QPointer<Document>& document, const RGBA32iImage& adjusted, const QString& title,
                  const QString& problem);
-    static QString TooLittleMemory();
     void EndApplying();
 
     QPointer<Document> m_document;
@@ -68,9 +66,10 @@ private:
     PresetMenu* m_presets;
     QPushButton* m_apply;
     QPushButton* m_reset;
-    std::vector<YDAdjustmentWidget*> m_widgets; ///< of each entry of the catalogue; null until it is chosen
+    std::vector<YDTaskWidget*> m_widgets; ///< of each entry of the catalogue; null until it is chosen
     std::vector<QWidget*> m_scrollAreas;
     int m_current = -1;
     bool m_isApplying = false;
+    QPointer<Document> m_adjusted; ///< locked while the panel adjusts it
     QPointer<QWidget> m_focus;
 };

@@ -1,10 +1,8 @@
 #include "editor/AdjustmentSession.h"
 
-#include "YDAdjustmentWidget.h"
-#include "core/KVApplication.h"
+#include "YDTaskWidget.h"
 #include "editor/AdjustmentDialog.h"
 #include "editor/Messages.h"
-#include "editor/OverlayPreview.h"
 #include "editor/PresetMenu.h"
 #include "gui/KVDocumentView.h"
 
@@ -17,9 +15,6 @@ AdjustmentSession::AdjustmentSession(const AdjustmentEntry& entry, KVDocumentVie
       m_view(view)
 {
     ConnectWidget();
-    if (entry.makeDrawing)
-        UseOverlay(entry);
-    connect(m_dialog, &AdjustmentDialog::Confirmed, this, &AdjustmentSession::Accept);
     connect(m_dialog, &AdjustmentDialog::Dismissed, this, &AdjustmentSession::Reject);
     connect(m_dialog->Presets(), &PresetMenu::Loaded, this, &AdjustmentSession::Restart);
     connect(m_dialog, &QObject::destroyed, this, &QObject::deleteLater);
@@ -36,31 +31,11 @@ void AdjustmentSession::ConnectWidget()
     connect(m_widget, &YDAdjustmentWidget::DataChanged, this, &AdjustmentSession::OnDataChanged);
 }
 
-void AdjustmentSession::UseOverlay(const AdjustmentEntry& entry)
-{
-    m_overlay = new OverlayPreview(entry, m_widget, this);
-    connect(m_widget, &YDAdjustmentWidget::DataChanged, m_overlay, &OverlayPreview::Restart);
-    connect(m_overlay, &OverlayPreview::Ready, this, &AdjustmentSession::OnOverlayReady);
-}
-
-void AdjustmentSession::OnOverlayReady()
-{
-    if (m_state != State::Ended)
-        m_dialog->ShowRemark(m_overlay->Remark());
-    OnResultReady();
-    if (m_state == State::Accepting)
-        Deliver();
-}
-
-void AdjustmentSession::Start(const RGBA32iImage& picture, const SelectionMask& mask)
+void AdjustmentSession::Start(const RGBA32iImage& picture, const operations::Selection& mask)
 {
     m_isCurrent = false;
     m_widget->SetupActivation(picture.Width(), picture.Height());
-    // A host-drawn widget is given no picture: it would wait for a job of its own for ever.
-    if (m_overlay)
-        m_overlay->Start(picture, mask);
-    else
-        m_widget->SetImage(picture, mask.Coverage(), mask.Offset(), mask.BoundingRect());
+    m_widget->SetImage(picture, mask.mask, mask.offset, mask.bounds);
     m_widget->SetView(m_view);
     FollowPreviewToggle();
     m_dialog->show();
@@ -70,18 +45,15 @@ void AdjustmentSession::Start(const RGBA32iImage& picture, const SelectionMask& 
 void AdjustmentSession::Restart()
 {
     m_isCurrent = false;
-    if (m_overlay)
-        m_overlay->Restart();
-    else
-        m_widget->RestartProcessing();
-    ComputeNow();
+    m_widget->RestartProcessing();
+    m_widget->FlushPendingChange();
 }
 
 void AdjustmentSession::Accept()
 {
     if (m_state != State::Open)
         return;
-    ComputeNow();
+    m_widget->FlushPendingChange();
     m_state = State::Accepting;
     m_isChangeMissed = false;
     m_isRetry = false;
@@ -97,28 +69,17 @@ void AdjustmentSession::Reject()
     m_state = State::Ended;
     HideAll();
     emit Rejected();
-    if (m_overlay) {
-        deleteLater();
-        return;
-    }
     // While OK waits, this only stops the job: the answer to that wait is still to come.
     if (m_widget->WaitForProcessingFinished(true) && !wasAccepting)
         deleteLater();
 }
 
-/// The toggle in the dialog follows when the splitter is hidden from elsewhere. A dialog's widget governs the
-/// splitter by its own one.
+/// The toggle in the dialog follows when the splitter is hidden from elsewhere.
 void AdjustmentSession::FollowPreviewToggle()
 {
     auto* const toggle = m_dialog->findChild<QCheckBox*>(QStringLiteral("m_pPreviewSlider"));
-    if (!toggle || !m_view)
-        return;
-    connect(m_view, &KVDocumentView::SplitterHiddenChanged, toggle, &QCheckBox::setChecked);
-    if (!m_overlay)
-        return;
-    toggle->setChecked(
-        KVApplication::GetUserValue(KVApplication::GetName(KVApplication::HidePreviewSlider), false));
-    connect(toggle, &QCheckBox::toggled, m_view, &KVDocumentView::HideSplitter);
+    if (toggle && m_view)
+        connect(m_view, &KVDocumentView::SplitterHiddenChanged, toggle, &QCheckBox::setChecked);
 }
 
 void AdjustmentSession::OnDataChanged()
@@ -134,7 +95,7 @@ void AdjustmentSession::OnResultReady()
     if (m_state == State::Ended)
         return;
     if (m_view)
-        m_view->SetPreview(Result());
+        m_view->SetPreview(m_widget->AdjustedImage());
     emit PreviewReady();
 }
 
@@ -152,31 +113,17 @@ void AdjustmentSession::OnFinished(int result)
     }
 }
 
-/// Does not let a change wait until no other follows it.
-void AdjustmentSession::ComputeNow()
-{
-    if (m_overlay)
-        m_overlay->Flush();
-    else
-        m_widget->FlushPendingChange();
-}
-
-RGBA32iImage AdjustmentSession::Result() const
-{
-    return m_overlay ? m_overlay->Result() : m_widget->AdjustedImage();
-}
-
 void AdjustmentSession::AwaitResult()
 {
-    if (m_overlay ? !m_overlay->IsBusy() : m_widget->WaitForProcessingFinished(false))
+    if (m_widget->WaitForProcessingFinished(false))
         Deliver();
 }
 
 void AdjustmentSession::Deliver()
 {
-    const RGBA32iImage adjusted = Result();
+    const RGBA32iImage adjusted = m_widget->AdjustedImage();
     const bool isChangeMissed = std::exchange(m_isChangeMissed, false);
-    const QString why = m_overlay ? m_overlay->Error() : QString();
+    const QString why = m_widget->Problem();
     if (m_isCurrent && !isChangeMissed && !adjusted.IsEmpty()) {
         m_state = State::Ended;
         emit Accepted(adjusted);

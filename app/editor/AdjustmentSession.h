@@ -1,15 +1,14 @@
 #pragma once
 
-#include "catalog/SelectionMask.h"
 #include "image/KVImage.h"
+#include "operations/Selection.h"
 
 #include <QObject>
 #include <QPointer>
 
 class AdjustmentDialog;
 class KVDocumentView;
-class OverlayPreview;
-class YDAdjustmentWidget;
+class YDTaskWidget;
 struct AdjustmentEntry;
 
 /// One run of an adjustment as a dialog, from its opening to OK or Cancel.
@@ -30,7 +29,7 @@ public:
     bool IsOpen() const { return m_state == State::Open || m_state == State::Accepting; }
 
     /// Shows the dialog and starts the first preview. Nobody may write to the picture's pixels from now on.
-    void Start(const RGBA32iImage& picture, const SelectionMask& mask);
+    void Start(const RGBA32iImage& picture, const operations::Selection& mask);
     /// Starts a preview of settings that the widget was given without announcing them.
     void Restart();
 
@@ -56,23 +55,18 @@ private:
     };
 
     void ConnectWidget();
-    void UseOverlay(const AdjustmentEntry& entry);
-    void OnOverlayReady();
     void FollowPreviewToggle();
     void OnDataChanged();
     void OnResultReady();
     void OnFinished(int result);
-    void ComputeNow();
     void AwaitResult();
-    RGBA32iImage Result() const;
     void Deliver();
     void Reopen();
     void HideAll();
 
     QPointer<AdjustmentDialog> m_dialog;
-    YDAdjustmentWidget* const m_widget;
+    YDTaskWidget* const m_widget;
     QPointer<KVDocumentView> m_view;
-    OverlayPreview* m_overlay = nullptr; ///< null where the widget computes the preview itself
     State m_state = State::Open;
     bool m_isCurrent = false;      ///< the widget's result is newer than the last change
     bool m_isChangeMissed = false; ///< the settings changed by themselves while OK waited

@@ -1,7 +1,7 @@
 #include "editor/Document.h"
 
 #include "editor/BackgroundTask.h"
-#include "editor/MaskOfShape.h"
+#include "operations/MaskOfShape.h"
 
 #include <QFileInfo>
 #include <QUndoCommand>
@@ -112,7 +112,7 @@ void Document::SetFeather(int pixels)
     ForgetMask();
 }
 
-void Document::WithMask(QObject* context, std::function<void(const SelectionMask&)> use)
+void Document::WithMask(QObject* context, std::function<void(const operations::Selection&)> use)
 {
     if (m_isMaskValid) {
         use(m_mask);
@@ -134,7 +134,7 @@ void Document::SetPicture(const RGBA32iImage& picture)
 
 void Document::ForgetMask()
 {
-    m_mask = SelectionMask();
+    m_mask = operations::Selection();
     m_isMaskStale = true;
     // A selection of everything limits nothing, and its border does not fade.
     m_isMaskValid = m_selection.isEmpty() || m_selection == RectanglePath(Size());
@@ -149,10 +149,10 @@ void Document::StartMask()
         [shape = m_selection, feather = m_feather, size = Size()] {
             return MaskOfShape(shape, feather, size);
         },
-        [this](const SelectionMask& mask) { OnMaskReady(mask); });
+        [this](const operations::Selection& mask) { OnMaskReady(mask); });
 }
 
-void Document::OnMaskReady(const SelectionMask& mask)
+void Document::OnMaskReady(const operations::Selection& mask)
 {
     m_isMaskBeingMade = false;
     if (m_isMaskStale && !m_isMaskValid) {

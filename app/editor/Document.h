@@ -1,7 +1,7 @@
 #pragma once
 
-#include "catalog/SelectionMask.h"
 #include "editor/OpenedPicture.h"
+#include "operations/Selection.h"
 
 #include <QObject>
 #include <QPainterPath>
@@ -68,7 +68,7 @@ public:
 
     /// Calls `use` with the selection's mask once it is computed, at once where it is already. The mask is
     /// the one of the last call's selection; `use` is dropped if `context` is destroyed before.
-    void WithMask(QObject* context, std::function<void(const SelectionMask&)> use);
+    void WithMask(QObject* context, std::function<void(const operations::Selection&)> use);
 
 signals:
     void PictureChanged();
@@ -83,7 +83,7 @@ private:
     void SetPicture(const RGBA32iImage& picture);
     void ForgetMask();
     void StartMask();
-    void OnMaskReady(const SelectionMask& mask);
+    void OnMaskReady(const operations::Selection& mask);
 
     QString m_path;
     QByteArray m_format;
@@ -97,9 +97,9 @@ private:
     QPainterPath m_selection;
     int m_feather = 0;
 
-    SelectionMask m_mask;
+    operations::Selection m_mask;
     bool m_isMaskValid = true;  ///< m_mask is the mask of the selection
     bool m_isMaskStale = false; ///< the selection changed since the running computation began
     bool m_isMaskBeingMade = false;
-    std::vector<std::pair<QPointer<QObject>, std::function<void(const SelectionMask&)>>> m_maskUsers;
+    std::vector<std::pair<QPointer<QObject>, std::function<void(const operations::Selection&)>>> m_maskUsers;
 };

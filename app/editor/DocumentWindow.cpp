@@ -59,10 +59,11 @@ void DocumentWindow::RunAdjustment(const AdjustmentEntry& entry)
     if (m_document.IsLocked())
         return;
     m_document.SetLocked(true);
-    m_document.WithMask(this, [this, &entry](const SelectionMask& mask) { StartSession(entry, mask); });
+    m_document.WithMask(this,
+                        [this, &entry](const operations::Selection& mask) { StartSession(entry, mask); });
 }
 
-void DocumentWindow::StartSession(const AdjustmentEntry& entry, const SelectionMask& mask)
+void DocumentWindow::StartSession(const AdjustmentEntry& entry, const operations::Selection& mask)
 {
     // The session outlives this window when it is closed while a job is still stopping.
     auto* const session = new AdjustmentSession(entry, m_view, window());

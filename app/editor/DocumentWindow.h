@@ -47,7 +47,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void StartSession(const AdjustmentEntry& entry, const SelectionMask& mask);
+    void StartSession(const AdjustmentEntry& entry, const operations::Selection& mask);
     void EndSession(QObject* session);
     void PlaceDialog(QWidget* dialog) const;
     void SaveTo(const QString& path, const QByteArray& format, int quality);

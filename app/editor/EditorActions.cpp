@@ -1,9 +1,9 @@
 #include "editor/EditorActions.h"
 
 #include "catalog/AdjustmentCatalog.h"
-#include "editor/MaskOfShape.h"
 #include "editor/RecentFiles.h"
 #include "editor/ToolIcons.h"
+#include "operations/MaskOfShape.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -196,7 +196,7 @@ void EditorActions::FillAdjustmentsMenu(QMenu* menu)
     const AdjustmentEntry* previous = nullptr;
     for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries()) {
         if (!previous || previous->group != entry.group)
-            menu->addSection(AdjustmentCatalog::Title(entry.group));
+            menu->addSection(operations::Catalog::Title(entry.group));
         previous = &entry;
         QAction* const action = menu->addAction(tr("%1…").arg(entry.Title()));
         action->setObjectName(entry.name);

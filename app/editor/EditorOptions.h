@@ -9,7 +9,9 @@
 #include <memory>
 #include <optional>
 
-class AdjustmentSettings;
+namespace operations {
+class Settings;
+}
 struct AdjustmentEntry;
 
 /// What the command line asks for.
@@ -24,7 +26,7 @@ public:
     /// With --render: one picture, adjusted through the dialog, without anybody to press a button.
     bool isRender = false;
     const AdjustmentEntry* adjustment = nullptr;
-    std::shared_ptr<AdjustmentSettings> settings;
+    std::shared_ptr<operations::Settings> settings;
     QString outputPath; ///< of the adjusted picture; empty: not wanted
     QString windowPath; ///< of the picture of the window; empty: not wanted
 

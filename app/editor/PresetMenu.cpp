@@ -1,6 +1,6 @@
 #include "editor/PresetMenu.h"
 
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "editor/Messages.h"
 
 #include <QDir>
@@ -19,7 +19,7 @@ PresetMenu::PresetMenu(QWidget* parent) : QPushButton(tr("Presets"), parent), m_
 
 PresetMenu::~PresetMenu() = default;
 
-void PresetMenu::SetTarget(const AdjustmentEntry& entry, YDAdjustmentWidget* widget)
+void PresetMenu::SetTarget(const AdjustmentEntry& entry, YDTaskWidget* widget)
 {
     m_entry = &entry;
     m_widget = widget;
@@ -33,12 +33,12 @@ void PresetMenu::Load(const QString& path)
 {
     if (!m_widget)
         return;
-    const PresetFile::Content preset = PresetStore(*m_entry).Read(path);
+    const operations::PresetFile::Content preset = PresetStore(*m_entry).Read(path);
     if (!preset.error.isEmpty()) {
         Messages::ShowError(window(), tr("The preset cannot be used."), preset.error);
         return;
     }
-    preset.settings->ShowIn(*m_widget);
+    m_entry->show(*m_widget, *preset.settings);
     emit Loaded();
 }
 
@@ -46,9 +46,7 @@ void PresetMenu::Save(const QString& path)
 {
     if (!m_widget)
         return;
-    const std::unique_ptr<AdjustmentSettings> settings = m_entry->makeSettings();
-    settings->TakeFrom(*m_widget);
-    const QString error = PresetStore::Write(path, *settings);
+    const QString error = PresetStore::Write(path, *m_entry->SettingsOf(*m_widget));
     if (!error.isEmpty())
         Messages::ShowError(window(), tr("The preset cannot be stored."), error);
 }

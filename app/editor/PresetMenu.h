@@ -1,5 +1,7 @@
 #pragma once
 
+#include "YDTaskWidget.h"
+#include "catalog/AdjustmentCatalog.h"
 #include "editor/PresetStore.h"
 
 #include <QPointer>
@@ -17,7 +19,7 @@ public:
     ~PresetMenu() override;
 
     /// Works for `widget`, one of `entry`, from now on. An adjustment without presets disables the button.
-    void SetTarget(const AdjustmentEntry& entry, YDAdjustmentWidget* widget);
+    void SetTarget(const AdjustmentEntry& entry, YDTaskWidget* widget);
 
     /// Shows the settings of the file in the widget; one that cannot be used leaves them as they are and
     /// says why.
@@ -35,6 +37,6 @@ private:
     QString DialogFolder() const;
 
     const AdjustmentEntry* m_entry = nullptr;
-    QPointer<YDAdjustmentWidget> m_widget;
+    QPointer<YDTaskWidget> m_widget;
     QMenu* m_menu;
 };

@@ -9,7 +9,7 @@
 QString PresetStore::Folder() const
 {
     return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QLatin1String("/presets/") +
-           m_entry->name;
+           m_adjustment->name;
 }
 
 QStringList PresetStore::Files() const
@@ -24,17 +24,17 @@ QStringList PresetStore::Files() const
 
 QString PresetStore::FileFilter() { return tr("Presets (*.%1);;All files (*)").arg(Suffix()); }
 
-PresetFile::Content PresetStore::Read(const QString& path) const
+operations::PresetFile::Content PresetStore::Read(const QString& path) const
 {
-    PresetFile::Content preset = PresetFile::Read(path);
-    if (!preset.error.isEmpty() || preset.entry == m_entry)
+    operations::PresetFile::Content preset = operations::PresetFile::Read(path);
+    if (!preset.error.isEmpty() || preset.adjustment->name == m_adjustment->name)
         return preset;
     const QString reason =
-        tr("it is a preset of “%1”, not of “%2”").arg(preset.entry->Title(), m_entry->Title());
+        tr("it is a preset of “%1”, not of “%2”").arg(preset.adjustment->Title(), m_adjustment->Title());
     return {nullptr, nullptr, WholeFile::Error(path, reason)};
 }
 
-QString PresetStore::Write(const QString& path, const AdjustmentSettings& settings)
+QString PresetStore::Write(const QString& path, const operations::Settings& settings)
 {
     const QByteArray preset = settings.ToPreset();
     if (preset.isEmpty())

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "catalog/PresetFile.h"
+#include "operations/PresetFile.h"
 
 #include <QCoreApplication>
 #include <QString>
@@ -12,7 +12,7 @@ class PresetStore
     Q_DECLARE_TR_FUNCTIONS(PresetStore)
 
 public:
-    explicit PresetStore(const AdjustmentEntry& entry) : m_entry(&entry) {}
+    explicit PresetStore(const operations::Adjustment& adjustment) : m_adjustment(&adjustment) {}
 
     /// Where this user's presets of the adjustment lie: "presets/NAME" in the application's data folder.
     QString Folder() const;
@@ -23,10 +23,10 @@ public:
     static QString Suffix() { return QStringLiteral("preset"); }
 
     /// Reads a preset of this adjustment; one of another is an error.
-    [[nodiscard]] PresetFile::Content Read(const QString& path) const;
+    [[nodiscard]] operations::PresetFile::Content Read(const QString& path) const;
     /// Writes a preset, creating its folder. An empty answer, or what failed and why.
-    [[nodiscard]] static QString Write(const QString& path, const AdjustmentSettings& settings);
+    [[nodiscard]] static QString Write(const QString& path, const operations::Settings& settings);
 
 private:
-    const AdjustmentEntry* m_entry;
+    const operations::Adjustment* m_adjustment;
 };

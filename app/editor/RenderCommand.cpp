@@ -1,6 +1,6 @@
 #include "editor/RenderCommand.h"
 
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "catalog/AdjustmentCatalog.h"
 #include "core/KVImageFileManager.h"
 #include "editor/AdjustmentDialog.h"
@@ -70,8 +70,8 @@ void RenderCommand::OnOpened(DocumentWindow* window)
 void RenderCommand::OnSessionStarted(AdjustmentSession* session)
 {
     m_session = session;
-    YDAdjustmentWidget* const widget = session->Dialog()->Widget();
-    m_options.settings->ShowIn(*widget);
+    YDTaskWidget* const widget = session->Dialog()->Widget();
+    m_options.adjustment->show(*widget, *m_options.settings);
     session->Restart();
     connect(session, &AdjustmentSession::PreviewReady, this, &RenderCommand::OnPreview);
     connect(session, &AdjustmentSession::Accepted, this, &RenderCommand::WriteResult, Qt::QueuedConnection);

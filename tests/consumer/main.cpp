@@ -1,4 +1,6 @@
 #include <YDBrightnessContrastWidget.h>
+#include <YDTaskWidget.h>
+#include <catalog/AdjustmentCatalog.h>
 #include <image/KVImage.h>
 #include <overlay/DrawText.h>
 #include <overlay/OverlayCanvas.h>
@@ -27,5 +29,11 @@ int main(int argc, char** argv)
     TextOverlay text;
     text.text = QStringLiteral("consumer");
     const QString problem = DrawText(text, OverlayCanvas(image, RGBA32iImage(), QPoint(), QRect()));
-    return adjusted == qRgb(120, 130, 140) && problem.isEmpty() ? 0 : 1;
+    if (adjusted != qRgb(120, 130, 140) || !problem.isEmpty())
+        return 1;
+
+    // Every dialog opens, whichever it is.
+    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries())
+        entry.makeWidget(true, nullptr)->show();
+    return 0;
 }

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "image/KVImage.h"
+
+#include <QMetaType>
+#include <QPoint>
+#include <QRect>
+
+namespace operations {
+
+/// Which pixels of a picture are adjusted, and how strongly; a shared value.
+struct Selection
+{
+    /// The whole picture.
+    Selection() = default;
+    Selection(const RGBA32iImage& coverage, const QPoint& position, const QRect& part)
+        : mask(coverage), offset(position), bounds(part)
+    {}
+
+    /// The coverage, 0 (a pixel stays) to 255 (it is adjusted), in all four channels. Nobody writes to it
+    /// while a task has the selection.
+    RGBA32iImage mask;
+    /// Where the mask's upper left corner lies in the picture; anywhere.
+    QPoint offset;
+    /// The part of the mask that counts, in its coordinates; empty: nothing limits the adjustment.
+    QRect bounds;
+
+    bool SelectsAll() const { return bounds.isEmpty(); }
+
+    /// What `coverage` selects with its upper left corner at `offset` in the picture. An empty image selects
+    /// nothing; the mask is one pixel then that is not selected.
+    static Selection Of(const RGBA32iImage& coverage, const QPoint& offset)
+    {
+        const RGBA32iImage mask = coverage.IsEmpty() ? RGBA32iImage(1, 1) : coverage;
+        return {mask, offset, QRect(0, 0, mask.Width(), mask.Height())};
+    }
+};
+
+} // namespace operations
+
+Q_DECLARE_METATYPE(operations::Selection)

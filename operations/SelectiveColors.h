@@ -1,0 +1,43 @@
+#pragma once
+
+#include "YDRecord.h"
+#include "adjustmentgui_operations_export.h"
+#include "image/SelectiveParamsList.h"
+#include "operations/Task.h"
+
+#include <array>
+
+namespace operations {
+
+/// The inks of nine ranges of colours: the list of the image library with its fields named.
+struct ADJUSTMENTGUI_OPERATIONS_EXPORT SelectiveColors
+{
+    using Inks = std::array<float, 4>; ///< cyan, magenta, yellow, black; per cent
+
+    std::array<Inks, SelectiveParamsList::Ranges> targets{}; ///< reds, yellows, ..., blacks
+    int mode = SelectiveParamsList::Relative;
+
+    static constexpr std::string_view Tag = SelectiveParamsList::Tag;
+    static constexpr YDRecordName LogName{"src/KVSelectiveColorsWidget", "selective colors", 307, 320};
+    template <class Self, class Visitor>
+    static bool VisitFields(Self& self, Visitor&& visit)
+    {
+        return visit("targets", self.targets, YDRecord::Range{-100, 100}) &&
+               visit("mode", self.mode, YDRecord::Range{0, 1});
+    }
+
+    SelectiveColors() = default;
+    /// Ranges missing from a short list count as 0, surplus ones are not taken.
+    explicit SelectiveColors(const SelectiveParamsList& params);
+    SelectiveParamsList List() const;
+
+    /// In the form of the list, which allows no other number of ranges than nine.
+    [[nodiscard]] bool Read(QDataStream& stream);
+    [[nodiscard]] bool Write(QDataStream& stream) const;
+};
+
+/// On the processor.
+[[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task MakeTask(const SelectiveColors& settings);
+[[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task MakeTask(const SelectiveParamsList& settings);
+
+} // namespace operations

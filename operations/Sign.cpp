@@ -1,0 +1,24 @@
+#include "operations/Sign.h"
+
+#include "overlay/DrawStamp.h"
+#include "overlay/OverlayCanvas.h"
+#include "overlay/Stamp.h"
+
+#include <QCoreApplication>
+
+QString operations::WhatIsMissing(const Sign& settings)
+{
+    return settings.fileName.isEmpty()
+               ? QCoreApplication::translate("Sign", "no image is chosen, so nothing is drawn")
+               : QString();
+}
+
+operations::Task operations::MakeTask(const Sign& settings)
+{
+    const Stamp stamp{settings.fileName, int(settings.alignment), settings.margins, settings.blendingMode,
+                      settings.opacity};
+    return Task([stamp](const YDAdjustmentJob& job) {
+        const OverlayCanvas canvas(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect);
+        return Outcome(job.image, DrawStamp(stamp, canvas));
+    });
+}

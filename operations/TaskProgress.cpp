@@ -1,0 +1,3 @@
+#include "operations/TaskProgress.h"
+
+operations::TaskProgress::TaskProgress(QObject* parent) : QObject(parent) {}

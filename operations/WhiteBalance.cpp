@@ -1,0 +1,185 @@
+#include "operations/WhiteBalance.h"
+
+#include "CopyPicture.h"
+#include "MixThroughSelection.h"
+#include "RunTransformation.h"
+#include "StretchFrom.h"
+#include "image/ChannelHistograms.h"
+#include "image/KVIterativeWBTransformation.h"
+#include "image/YDBlend.h"
+#include "image/YDIterativeLevelsTransformation.h"
+#include "image/YDIterativePhotoFilterTransformation.h"
+#include "image/YDTemperatureCorrection.h"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <optional>
+
+namespace {
+
+using operations::RunTransformation;
+using operations::WhiteBalance;
+
+constexpr int FullStrength = 100;
+
+int StrengthOf(const WhiteBalance& settings)
+{
+    const int* const strength = operations::StrengthFieldOf(settings);
+    return strength ? *strength : 0;
+}
+
+/// 9000 K for -100, 6500 K for 0, 2000 K for 100: the warm half of the scale reaches further. In 64 bits, for
+/// a stored temperature may be any number.
+int KelvinOf(int temperature)
+{
+    constexpr qint64 Neutral = 6500;
+    constexpr qint64 ColdStep = 25;
+    constexpr qint64 WarmStep = 45;
+    const qint64 kelvin = Neutral - (temperature <= 0 ? ColdStep : WarmStep) * temperature;
+    return int(std::clamp<qint64>(kelvin, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+/// The lowest and the highest level that occur; 0 for both where none does.
+LevelRange OccupiedRange(const ChannelHistograms::Table& counts)
+{
+    const auto isCounted = [](qint64 count) { return count != 0; };
+    const auto first = std::find_if(counts.begin(), counts.end(), isCounted);
+    if (first == counts.end())
+        return {0, 0};
+    const auto last = std::find_if(counts.rbegin(), counts.rend(), isCounted);
+    return {int(first - counts.begin()), int(counts.rend() - last) - 1};
+}
+
+/// The range that a channel is stretched from.
+LevelRange InputRange(const ChannelHistograms::Table& counts, qint64 pixels)
+{
+    const auto countOf = [&counts](int level) { return counts[std::size_t(level)]; };
+    return AutomaticInputRange(OccupiedRange(counts), countOf, double(pixels));
+}
+
+/// Stretches each channel to what was counted of it.
+YDIterativeLevelsTransformation AutomaticLevels(const ChannelHistograms& counts)
+{
+    return StretchFrom<YDIterativeLevelsTransformation>(InputRange(counts.red, counts.pixels),
+                                                        InputRange(counts.green, counts.pixels),
+                                                        InputRange(counts.blue, counts.pixels));
+}
+
+/// The counts of a picture after each channel was mapped as `ramp` says.
+ChannelHistograms Mapped(const ChannelHistograms& counts, const ChannelTablesTransformation::Ramp& ramp)
+{
+    ChannelHistograms mapped;
+    mapped.pixels = counts.pixels;
+    for (std::size_t level = 0; level < ramp.size(); ++level) {
+        mapped.red[ramp[level].r] += counts.red[level];
+        mapped.green[ramp[level].g] += counts.green[level];
+        mapped.blue[ramp[level].b] += counts.blue[level];
+    }
+    return mapped;
+}
+
+std::optional<ChannelHistograms> CountsOf(const YDAdjustmentJob& job, const std::function<void()>& onRow = {})
+{
+    return ChannelHistograms::Of(job.image, QRect(0, 0, job.image.Width(), job.image.Height()), job.abort,
+                                 onRow);
+}
+
+/// Of YDBlend::YDSourceOver, for the strength of the advanced correction.
+int OpacityOf(const WhiteBalance& settings)
+{
+    return std::clamp(settings.autoStrength, 0, FullStrength) * YDBlend::YDSourceOver<0>::Full / FullStrength;
+}
+
+/// Every step maps each channel by itself, so they are done to one pixel of each level, and to the picture at
+/// once. The progress is that of two passes all the same: the pixels are counted, and then mapped. False when
+/// it was aborted.
+bool EnhanceWhole(const YDAdjustmentJob& job, const KVIterativeWBTransformation& balance, int opacity)
+{
+    YDAdjustmentProcessing counting;
+    operations::TellProgress(counting, job);
+    counting.SetRange(static_cast<unsigned>(job.image.Height()));
+    const std::optional<ChannelHistograms> counts =
+        CountsOf(job, [&counting] { counting.IncrementProgress(); });
+    if (!counts)
+        return false;
+    auto enhanced = ChannelTablesTransformation::IdentityRamp();
+    const auto levels = int(enhanced.size());
+    balance.ProcessRow(enhanced.data(), levels);
+    AutomaticLevels(Mapped(*counts, enhanced)).ProcessRow(enhanced.data(), levels);
+    auto mixed = ChannelTablesTransformation::IdentityRamp();
+    YDBlend::YDSourceOver<0>{opacity}.ProcessRow(enhanced.data(), mixed.data(), levels);
+    RunTransformation(job, ChannelTablesTransformation(mixed));
+    return true;
+}
+
+/// Between the steps pixels are blended through the mask, so each takes the picture as the one before it left
+/// it. False when it was aborted or there was no memory.
+bool EnhanceSelected(const YDAdjustmentJob& job, const KVIterativeWBTransformation& balance, int opacity)
+{
+    YDAdjustmentJob enhanced = job;
+    enhanced.image = CopyPicture(job.image, job.abort);
+    if (enhanced.image.IsEmpty())
+        return false;
+    RunTransformation(enhanced, balance);
+    const std::optional<ChannelHistograms> counts = CountsOf(enhanced);
+    if (!counts)
+        return false;
+    RunTransformation(enhanced, AutomaticLevels(*counts));
+    MixThroughSelection(job, enhanced.image, opacity);
+    return true;
+}
+
+/// The balance at full strength and the automatic levels, laid over the untouched picture as far as the
+/// strength says. False when it was aborted or there was no memory.
+bool Enhance(const YDAdjustmentJob& job, const WhiteBalance& settings)
+{
+    const KVIterativeWBTransformation balance(job.image, KVWBTransformation::Auto, FullStrength);
+    const auto enhance = job.selectionBoundingRect.isEmpty() ? EnhanceWhole : EnhanceSelected;
+    return enhance(job, balance, OpacityOf(settings));
+}
+
+RGBA32iImage Run(const YDAdjustmentJob& job, const WhiteBalance& settings)
+{
+    if (settings.mode == KVWBTransformation::Auto && settings.enhanced) {
+        if (!Enhance(job, settings))
+            return job.image;
+    } else {
+        RunTransformation(job, KVIterativeWBTransformation(job.image,
+                                                           KVWBTransformation::BalanceFunction(settings.mode),
+                                                           StrengthOf(settings)));
+    }
+    if (settings.useTemperature)
+        RunTransformation(job,
+                          YDIterativePhotoFilterTransformation(
+                              YDTemperatureCorrection::GetTemperatureColor(KelvinOf(settings.temperature)),
+                              settings.temperatureStrength));
+    return job.image;
+}
+
+/// For settings that may be written to, and for such that may not.
+template <class Record>
+auto FieldOfStrength(Record& settings) -> decltype(&settings.autoStrength)
+{
+    switch (settings.mode) {
+    case KVWBTransformation::Auto:
+        return &settings.autoStrength;
+    case KVWBTransformation::Overexposure:
+        return &settings.overexposureStrength;
+    case KVWBTransformation::Underexposure:
+        return &settings.underexposureStrength;
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
+
+int* operations::StrengthFieldOf(WhiteBalance& settings) { return FieldOfStrength(settings); }
+
+const int* operations::StrengthFieldOf(const WhiteBalance& settings) { return FieldOfStrength(settings); }
+
+operations::Task operations::MakeTask(const WhiteBalance& settings)
+{
+    return Task([settings](const YDAdjustmentJob& job) { return Outcome(Run(job, settings)); });
+}

@@ -1,0 +1,201 @@
+#include "TestPictures.h"
+#include "operations/BrightnessContrast.h"
+#include "operations/Catalog.h"
+#include "operations/ColorEnhancer.h"
+#include "operations/Curves.h"
+#include "operations/Gamma.h"
+#include "operations/ReplaceColor.h"
+#include "operations/TaskProgress.h"
+#include "operations/Tint.h"
+#include "operations/WhiteBalance.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+using operations::Selection;
+using operations::Task;
+
+/// What holds for tasks, whichever adjustment they are of. No widget is involved, and no QApplication.
+class TestTask : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ATaskOfNothingChangesNothing();
+    void ApplyChangesThePictureItself();
+    void ApplyToCopyLeavesTheSource();
+    void ASelectionLimitsTheTask();
+    void AnEmptyPictureStaysEmptyWithoutAProblem();
+    void ATaskKeepsTheSettingsThatItWasMadeFrom();
+    void AnAbortedTaskGivesNoComplaint();
+    void ProgressIsToldToTheEnd();
+    void ATintWithoutARuleHasNoPicture();
+    void OneTaskServesSeveralPicturesAtOnce();
+    void FourThreadsRunFourTasksOnFourPictures();
+    void EveryAdjustmentRunsOnAnyThread_data();
+    void EveryAdjustmentRunsOnAnyThread();
+};
+
+void TestTask::ATaskOfNothingChangesNothing()
+{
+    const RGBA32iImage picture = TestPictures::Noise(20, 10);
+    const operations::Outcome outcome = Task().Apply(picture);
+    QVERIFY(outcome.picture.SharesPixelsWith(picture));
+    QCOMPARE(outcome.problem, QString());
+    QVERIFY(TestPictures::AreEqual(picture, TestPictures::Noise(20, 10)));
+}
+
+void TestTask::ApplyChangesThePictureItself()
+{
+    const RGBA32iImage picture = TestPictures::Grey(300, 200, 100);
+    const operations::Outcome outcome = MakeTask(operations::Gamma{2.0}).Apply(picture);
+    QVERIFY(outcome.picture.SharesPixelsWith(picture));
+    QCOMPARE(int(picture.Row(199)[299].g), 160); // 255 * (100 / 255)^(1 / 2) = 159.7
+    QCOMPARE(int(picture.Row(0)[0].a), 255);
+}
+
+void TestTask::ApplyToCopyLeavesTheSource()
+{
+    const RGBA32iImage source = TestPictures::Grey(300, 200, 100);
+    const RGBA32iImage adjusted = MakeTask(operations::Gamma{2.0}).ApplyToCopy(source).picture;
+    QVERIFY(!adjusted.SharesPixelsWith(source));
+    QVERIFY(TestPictures::AreEqual(source, TestPictures::Grey(300, 200, 100)));
+    QVERIFY(TestPictures::AreEqual(adjusted, TestPictures::Grey(300, 200, 160)));
+}
+
+void TestTask::ASelectionLimitsTheTask()
+{
+    const RGBA32iImage mask(2, 1);
+    mask.Row(0)[0] = YDRGBA32i(255, 255, 255, 255);
+    mask.Row(0)[1] = YDRGBA32i(128, 128, 128, 128);
+    const RGBA32iImage source = TestPictures::Grey(5, 3, 100);
+    const RGBA32iImage adjusted =
+        MakeTask(operations::Gamma{2.0}).ApplyToCopy(source, Selection::Of(mask, QPoint(2, 1))).picture;
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 5; ++x) {
+            const bool isRow = y == 1;
+            const int expected = isRow && x == 2 ? 160 : isRow && x == 3 ? 130 : 100; // 100 + 60 * 128 / 255
+            QCOMPARE(int(adjusted.Row(y)[x].g), expected);
+        }
+}
+
+void TestTask::AnEmptyPictureStaysEmptyWithoutAProblem()
+{
+    for (const operations::Adjustment& adjustment : operations::Catalog::All()) {
+        const operations::Outcome outcome = adjustment.makeSettings()->MakeTask().ApplyToCopy(RGBA32iImage());
+        QVERIFY2(outcome.picture.IsEmpty(), qPrintable(adjustment.name));
+        QVERIFY2(outcome.problem.isEmpty(), qPrintable(adjustment.name + ": " + outcome.problem));
+    }
+}
+
+void TestTask::ATaskKeepsTheSettingsThatItWasMadeFrom()
+{
+    const auto settings = operations::Catalog::Find(QStringLiteral("gamma"))->makeSettings();
+    QCOMPARE(settings->SetFromText(QStringLiteral("gamma=2")), QString());
+    const Task task = settings->MakeTask();
+    QCOMPARE(settings->SetFromText(QStringLiteral("gamma=1")), QString());
+    QCOMPARE(int(task.ApplyToCopy(TestPictures::Grey(1, 1, 100)).picture.Row(0)[0].g), 160);
+}
+
+void TestTask::AnAbortedTaskGivesNoComplaint()
+{
+    const std::atomic<bool> abort{true};
+    for (const operations::Adjustment& adjustment : operations::Catalog::All()) {
+        const operations::Outcome outcome = adjustment.makeSettings()->MakeTask().ApplyToCopy(
+            TestPictures::Noise(64, 64), {}, {&abort, nullptr});
+        QVERIFY2(outcome.problem.isEmpty(), qPrintable(adjustment.name + ": " + outcome.problem));
+    }
+}
+
+void TestTask::ProgressIsToldToTheEnd()
+{
+    operations::TaskProgress progress;
+    QSignalSpy ranges(&progress, &operations::TaskProgress::RangeChanged);
+    QSignalSpy values(&progress, &operations::TaskProgress::ValueChanged);
+    (void)MakeTask(operations::Gamma{2.0})
+        .ApplyToCopy(TestPictures::Grey(20, 700, 9), {}, {nullptr, &progress});
+    QCOMPARE(ranges, (QList<QList<QVariant>>{{0, 700}}));
+    QVERIFY(values.size() >= 50 && values.size() <= 120);
+    QCOMPARE(values.last(), QList<QVariant>{700});
+}
+
+void TestTask::ATintWithoutARuleHasNoPicture()
+{
+    operations::Tint tint;
+    tint.type = 4;
+    const operations::Outcome outcome = MakeTask(tint).ApplyToCopy(TestPictures::Noise(8, 8));
+    QVERIFY(outcome.picture.IsEmpty());
+    QCOMPARE(outcome.problem, QString());
+}
+
+void TestTask::OneTaskServesSeveralPicturesAtOnce()
+{
+    const Task task = MakeTask(operations::ColorEnhancer{60, 40});
+    constexpr int Threads = 4;
+    std::vector<RGBA32iImage> expected;
+    for (int i = 0; i < Threads; ++i)
+        expected.push_back(task.ApplyToCopy(TestPictures::Random(200 + i, 150, quint32(i))).picture);
+    std::vector<RGBA32iImage> adjusted(Threads);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < Threads; ++i)
+        threads.emplace_back([&task, &adjusted, i] {
+            adjusted[std::size_t(i)] =
+                task.ApplyToCopy(TestPictures::Random(200 + i, 150, quint32(i))).picture;
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (std::size_t i = 0; i < Threads; ++i)
+        QVERIFY(TestPictures::AreEqual(adjusted[i], expected[i]));
+}
+
+void TestTask::FourThreadsRunFourTasksOnFourPictures()
+{
+    operations::WhiteBalance advanced;
+    advanced.enhanced = true;
+    operations::Curves curves;
+    curves.curves[0] = {{0, 0}, {100, 140}, {255, 255}};
+    const std::vector<Task> tasks{MakeTask(advanced), MakeTask(curves),
+                                  MakeTask(operations::BrightnessContrast{30, 40}),
+                                  MakeTask(operations::ReplaceColor{200, 1, QColor(1, 2, 3), 50})};
+    const Selection selection = Selection::Of(TestPictures::Grey(120, 90, 200), QPoint(20, 30));
+    const auto adjust = [&](std::size_t i) {
+        const RGBA32iImage picture = TestPictures::Random(300, 200, quint32(i));
+        return tasks[i].ApplyToCopy(picture, i % 2 == 0 ? selection : Selection()).picture;
+    };
+    std::vector<RGBA32iImage> expected;
+    for (std::size_t i = 0; i < tasks.size(); ++i)
+        expected.push_back(adjust(i));
+    std::vector<RGBA32iImage> adjusted(tasks.size());
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < tasks.size(); ++i)
+        threads.emplace_back([&adjusted, &adjust, i] { adjusted[i] = adjust(i); });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (std::size_t i = 0; i < tasks.size(); ++i)
+        QVERIFY(TestPictures::AreEqual(adjusted[i], expected[i]));
+}
+
+void TestTask::EveryAdjustmentRunsOnAnyThread_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const operations::Adjustment& adjustment : operations::Catalog::All())
+        QTest::newRow(qPrintable(adjustment.name)) << adjustment.name;
+}
+
+void TestTask::EveryAdjustmentRunsOnAnyThread()
+{
+    QFETCH(QString, name);
+    const Task task = operations::Catalog::Find(name)->makeSettings()->MakeTask();
+    const RGBA32iImage picture = TestPictures::Noise(200, 100);
+    const RGBA32iImage expected = task.ApplyToCopy(picture).picture;
+    RGBA32iImage adjusted;
+    std::thread([&] { adjusted = task.ApplyToCopy(picture).picture; }).join();
+    QVERIFY(TestPictures::AreEqual(adjusted, expected));
+}
+
+QTEST_MAIN(TestTask)
+#include "tst_Task.moc"
