@@ -97,8 +97,6 @@ void YDPhotoFilterWidget::OnDensityChanged(int density)
 /// "Custom" leaves the colour as it is.
 void YDPhotoFilterWidget::OnPresetChanged(int index)
 {
-    if (index < 0)
-        return;
     const auto color = m_ui->m_pPresetList->itemData(index).value<QColor>();
     if (color != CustomColor)
         OnCurrentColorChanged(color);

@@ -129,7 +129,7 @@ private slots:
     void AChangeOfTheDensityIsAnnouncedOnce();
     void APresetSetsTheColour();
     void CustomKeepsTheColour();
-    void NoPresetAtAllKeepsTheColour();
+    void NoItemAtAllHasNoColour();
     void AnItemOfAnotherKindHasNoColour();
     void WhatControlsCallIsPrivate_data();
     void WhatControlsCallIsPrivate();
@@ -264,14 +264,14 @@ void TestYDPhotoFilterWidget::CustomKeepsTheColour()
     QCOMPARE(announcements.Take(), 0);
 }
 
-void TestYDPhotoFilterWidget::NoPresetAtAllKeepsTheColour()
+void TestYDPhotoFilterWidget::NoItemAtAllHasNoColour()
 {
     Fixture f;
     Announcements announcements(f.widget);
     f.presets->setCurrentIndex(-1);
-    QVERIFY(QMetaObject::invokeMethod(&f.widget, "OnPresetChanged", Q_ARG(int, -1)));
-    QCOMPARE(announcements.Take(), 0);
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(Warming81, 50)));
+    QCOMPARE(announcements.Take(), 1);
+    QVERIFY(!f.widget.GetValue().color.isValid());
+    QCOMPARE(f.presets->currentIndex(), Custom);
 }
 
 void TestYDPhotoFilterWidget::AnItemOfAnotherKindHasNoColour()
