@@ -196,9 +196,6 @@ protected:
         return operations::RunTransformation<Processing>(job, transformation);
     }
 
-    /// Has the job's widget announce the progress of `processing`. RunTransformation() does so by itself.
-    static void ForwardProgress(const YDAdjustmentProcessing& processing, const YDAdjustmentJob& job);
-
     /// Colours the groove of a horizontal slider.
     static void SetGrooveGradient(QSlider* slider, const QLinearGradient& gradient);
 
