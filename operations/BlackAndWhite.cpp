@@ -49,9 +49,11 @@ float BlackAndWhite::GetB() const { return WeightsOf(*this).b; }
 
 operations::Task operations::MakeTask(const BlackAndWhite& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        return RunTransformation(
-            job, YDIterativeBlackAndWhiteTransformation(settings.type == BlackAndWhite::Cie, settings.GetR(),
-                                                        settings.GetG(), settings.GetB()));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            return RunTransformation(job, YDIterativeBlackAndWhiteTransformation(
+                                              settings.type == BlackAndWhite::Cie, settings.GetR(),
+                                              settings.GetG(), settings.GetB()));
+        },
+        Task::Copying::InFirstPass);
 }

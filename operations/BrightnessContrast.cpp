@@ -5,8 +5,10 @@
 
 operations::Task operations::MakeTask(const BrightnessContrast& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        return RunTransformation(
-            job, YDIterativeBrightnessContrastTransformation(settings.brightness, settings.contrast));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            return RunTransformation(
+                job, YDIterativeBrightnessContrastTransformation(settings.brightness, settings.contrast));
+        },
+        Task::Copying::InFirstPass);
 }

@@ -5,9 +5,11 @@
 
 operations::Task operations::MakeTask(const ColorBalance& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        return RunTransformation(job, YDIterativeColorBalanceTransformation(settings.cyanRed.data(),
-                                                                            settings.magentaGreen.data(),
-                                                                            settings.yellowBlue.data()));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            return RunTransformation(job, YDIterativeColorBalanceTransformation(settings.cyanRed.data(),
+                                                                                settings.magentaGreen.data(),
+                                                                                settings.yellowBlue.data()));
+        },
+        Task::Copying::InFirstPass);
 }

@@ -28,7 +28,7 @@ YDLevelsTransformation LevelsFor(const YDThresholdCache::Thresholds& thresholds,
 
 RGBA32iImage Run(const YDAdjustmentJob& job, const ColorEnhancer& settings, YDThresholdCache& cache)
 {
-    const auto thresholds = cache.Of(job.image, job.abort);
+    const auto thresholds = cache.Of(job.Pixels(), job.abort);
     if (!thresholds)
         return job.image;
     YDColorEnhancerTransformation enhancer;
@@ -50,15 +50,17 @@ int operations::InputBound(int own, int common, int affected)
 operations::Task operations::MakeTask(const ColorEnhancer& settings,
                                       const std::shared_ptr<YDThresholdCache>& thresholds)
 {
-    return Task([settings, thresholds](const YDAdjustmentJob& job) {
-        return Outcome(Run(job, settings, *thresholds));
-    });
+    return Task([settings,
+                 thresholds](const YDAdjustmentJob& job) { return Outcome(Run(job, settings, *thresholds)); },
+                Task::Copying::InFirstPass);
 }
 
 operations::Task operations::MakeTask(const ColorEnhancer& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        YDThresholdCache thresholds;
-        return Outcome(Run(job, settings, thresholds));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            YDThresholdCache thresholds;
+            return Outcome(Run(job, settings, thresholds));
+        },
+        Task::Copying::InFirstPass);
 }

@@ -6,8 +6,10 @@
 
 operations::Task operations::MakeTask(const Colorize& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        return RunTransformation(
-            job, YDIterativeColorizeTransformation(ColorToRgba(settings.color), settings.amount));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            return RunTransformation(
+                job, YDIterativeColorizeTransformation(ColorToRgba(settings.color), settings.amount));
+        },
+        Task::Copying::InFirstPass);
 }

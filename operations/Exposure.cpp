@@ -5,7 +5,10 @@
 
 operations::Task operations::MakeTask(const Exposure& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        return RunTransformation(job, YDIterativeExposureTransformation(settings.exposure, settings.offset));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            return RunTransformation(job,
+                                     YDIterativeExposureTransformation(settings.exposure, settings.offset));
+        },
+        Task::Copying::InFirstPass);
 }

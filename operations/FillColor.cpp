@@ -7,9 +7,11 @@
 
 operations::Task operations::MakeTask(const FillColor& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        KVFillTransformation fill;
-        fill.SetData(ColorAtOpacity(settings.color, settings.opacity));
-        return RunTransformation(job, YDIterativeAdjustmentTransformation<KVFillTransformation>(fill));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            KVFillTransformation fill;
+            fill.SetData(ColorAtOpacity(settings.color, settings.opacity));
+            return RunTransformation(job, YDIterativeAdjustmentTransformation<KVFillTransformation>(fill));
+        },
+        Task::Copying::InFirstPass);
 }

@@ -5,7 +5,9 @@
 
 operations::Task operations::MakeTask(const Gamma& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        return RunTransformation(job, YDIterativeGammaCorrectionTransformation(settings.gamma));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            return RunTransformation(job, YDIterativeGammaCorrectionTransformation(settings.gamma));
+        },
+        Task::Copying::InFirstPass);
 }

@@ -6,9 +6,11 @@
 
 operations::Task operations::MakeTask(const HueSaturation& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        return RunTransformation<KVAdjustmentProcessingTemplate>(
-            job, YDHueSaturationTransformation(settings.hue, settings.saturation, settings.lightness,
-                                               settings.colorize));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            return RunTransformation<KVAdjustmentProcessingTemplate>(
+                job, YDHueSaturationTransformation(settings.hue, settings.saturation, settings.lightness,
+                                                   settings.colorize));
+        },
+        Task::Copying::InFirstPass);
 }

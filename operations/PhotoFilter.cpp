@@ -6,8 +6,10 @@
 
 operations::Task operations::MakeTask(const PhotoFilter& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        return RunTransformation(
-            job, YDIterativePhotoFilterTransformation(ColorToRgba(settings.color), settings.density));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            return RunTransformation(
+                job, YDIterativePhotoFilterTransformation(ColorToRgba(settings.color), settings.density));
+        },
+        Task::Copying::InFirstPass);
 }

@@ -5,7 +5,9 @@
 
 operations::Task operations::MakeTask(const Posterize& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        return RunTransformation(job, YDIterativePosterizeTransformation(settings.levels));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            return RunTransformation(job, YDIterativePosterizeTransformation(settings.levels));
+        },
+        Task::Copying::InFirstPass);
 }

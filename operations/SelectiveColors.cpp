@@ -38,7 +38,9 @@ operations::Task operations::MakeTask(const SelectiveColors& settings) { return 
 
 operations::Task operations::MakeTask(const SelectiveParamsList& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        return RunTransformation(job, KVIterativeSelectiveColorsTransformation(settings));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            return RunTransformation(job, KVIterativeSelectiveColorsTransformation(settings));
+        },
+        Task::Copying::InFirstPass);
 }

@@ -23,11 +23,18 @@ YDAdjustmentJob JobOf(const RGBA32iImage& picture, const Selection& selection, c
 
 bool IsAborted(const TaskControl& control) { return control.abort && control.abort->load(); }
 
+QString TooLittleMemory()
+{
+    return QCoreApplication::translate("Task", "There may be too little memory for this picture.");
+}
+
 } // namespace
 
 operations::Task::Task() : m_function([](const YDAdjustmentJob& job) { return Outcome(job.image); }) {}
 
-operations::Task::Task(Function function) : m_function(std::move(function)) {}
+operations::Task::Task(Function function, Copying copying)
+    : m_function(std::move(function)), m_copying(copying)
+{}
 
 operations::Outcome operations::Task::Apply(const RGBA32iImage& picture, const Selection& selection,
                                             const TaskControl& control) const
@@ -38,12 +45,19 @@ operations::Outcome operations::Task::Apply(const RGBA32iImage& picture, const S
 operations::Outcome operations::Task::ApplyToCopy(const RGBA32iImage& source, const Selection& selection,
                                                   const TaskControl& control) const
 {
-    const RGBA32iImage copy = CopyPicture(source, control.abort);
-    if (!copy.IsEmpty() || source.IsEmpty())
+    if (source.IsEmpty())
+        return Apply(source, selection, control);
+    const RGBA32iImage copy = m_copying == Copying::Before
+                                  ? CopyPicture(source, control.abort)
+                                  : RGBA32iImage::Uninitialized(source.Width(), source.Height());
+    if (copy.IsEmpty())
+        return {copy, IsAborted(control) ? QString() : TooLittleMemory()};
+    if (m_copying == Copying::Before)
         return Apply(copy, selection, control);
-    const QString problem =
-        IsAborted(control)
-            ? QString()
-            : QCoreApplication::translate("Task", "There may be too little memory for this picture.");
-    return {RGBA32iImage(), problem};
+    YDAdjustmentJob job = JobOf(copy, selection, control);
+    job.source = source;
+    Outcome outcome = m_function(job);
+    if (IsAborted(control))
+        outcome.picture = RGBA32iImage(); // a part of it was never written to
+    return outcome;
 }

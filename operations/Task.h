@@ -44,9 +44,16 @@ public:
     /// Adjusts the job's picture in place and gives it back. Called on any thread, several times at once.
     using Function = std::function<Outcome(const YDAdjustmentJob& job)>;
 
+    /// Who makes the copy that ApplyToCopy() adjusts.
+    enum class Copying
+    {
+        Before,     ///< the task finds its picture made
+        InFirstPass ///< the job has a source, which the task's first RunTransformation() copies as it goes
+    };
+
     /// A task that changes nothing.
     Task();
-    explicit Task(Function function);
+    explicit Task(Function function, Copying copying = Copying::Before);
 
     /// Adjusts `picture` itself. A run that was aborted leaves whatever it had reached; one that could not be
     /// done leaves the picture as it was.
@@ -59,6 +66,7 @@ public:
 
 private:
     Function m_function;
+    Copying m_copying = Copying::Before;
 };
 
 } // namespace operations

@@ -6,10 +6,12 @@
 
 operations::Task operations::MakeTask(const Temperature& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        YDTemperatureCorrection correction;
-        correction.SetData(settings.temperature, settings.strength, settings.tint);
-        return RunTransformation(job,
-                                 YDIterativeAdjustmentTransformation<YDTemperatureCorrection>(correction));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            YDTemperatureCorrection correction;
+            correction.SetData(settings.temperature, settings.strength, settings.tint);
+            return RunTransformation(
+                job, YDIterativeAdjustmentTransformation<YDTemperatureCorrection>(correction));
+        },
+        Task::Copying::InFirstPass);
 }

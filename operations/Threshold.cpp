@@ -6,9 +6,11 @@
 
 operations::Task operations::MakeTask(const Threshold& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) {
-        YDThresholdRGB32 threshold;
-        threshold.SetLevel(settings.level);
-        return RunTransformation(job, YDIterativeAdjustmentTransformation<YDThresholdRGB32>(threshold));
-    });
+    return Task(
+        [settings](const YDAdjustmentJob& job) {
+            YDThresholdRGB32 threshold;
+            threshold.SetLevel(settings.level);
+            return RunTransformation(job, YDIterativeAdjustmentTransformation<YDThresholdRGB32>(threshold));
+        },
+        Task::Copying::InFirstPass);
 }

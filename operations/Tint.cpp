@@ -52,5 +52,6 @@ RGBA32iImage Run(const YDAdjustmentJob& job, const Tint& settings)
 
 operations::Task operations::MakeTask(const Tint& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) { return Run(job, settings); });
+    return Task([settings](const YDAdjustmentJob& job) { return Run(job, settings); },
+                Task::Copying::InFirstPass);
 }

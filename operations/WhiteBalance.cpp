@@ -139,22 +139,30 @@ bool Enhance(const YDAdjustmentJob& job, const WhiteBalance& settings)
     return enhance(job, balance, OpacityOf(settings));
 }
 
+/// The advanced correction works in automatic mode only.
+bool IsEnhanced(const WhiteBalance& settings)
+{
+    return settings.mode == KVWBTransformation::Auto && settings.enhanced;
+}
+
 RGBA32iImage Run(const YDAdjustmentJob& job, const WhiteBalance& settings)
 {
-    if (settings.mode == KVWBTransformation::Auto && settings.enhanced) {
+    if (IsEnhanced(settings)) {
         if (!Enhance(job, settings))
             return job.image;
     } else {
-        RunTransformation(job, KVIterativeWBTransformation(job.image,
+        RunTransformation(job, KVIterativeWBTransformation(job.Pixels(),
                                                            KVWBTransformation::BalanceFunction(settings.mode),
                                                            StrengthOf(settings)));
     }
-    if (settings.useTemperature)
-        RunTransformation(job,
-                          YDIterativePhotoFilterTransformation(
-                              YDTemperatureCorrection::GetTemperatureColor(KelvinOf(settings.temperature)),
-                              settings.temperatureStrength));
-    return job.image;
+    if (!settings.useTemperature)
+        return job.image;
+    YDAdjustmentJob balanced = job;
+    balanced.source = RGBA32iImage(); // the image has its pixels now
+    return RunTransformation(balanced,
+                             YDIterativePhotoFilterTransformation(
+                                 YDTemperatureCorrection::GetTemperatureColor(KelvinOf(settings.temperature)),
+                                 settings.temperatureStrength));
 }
 
 /// For settings that may be written to, and for such that may not.
@@ -181,5 +189,6 @@ const int* operations::StrengthFieldOf(const WhiteBalance& settings) { return Fi
 
 operations::Task operations::MakeTask(const WhiteBalance& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) { return Outcome(Run(job, settings)); });
+    return Task([settings](const YDAdjustmentJob& job) { return Outcome(Run(job, settings)); },
+                IsEnhanced(settings) ? Task::Copying::Before : Task::Copying::InFirstPass);
 }

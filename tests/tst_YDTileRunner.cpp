@@ -1,5 +1,5 @@
-#include "KVAdjustmentProcessingTemplate.h"
 #include "IdlePool.h"
+#include "KVAdjustmentProcessingTemplate.h"
 #include "Machine.h"
 #include "TestPictures.h"
 #include "YDAdjustmentProcessingTemplate.h"
@@ -193,6 +193,8 @@ private slots:
     void OnTwoCoresPixelsGoToOneTaskOfThePool();
     void BlendingLeavesTheCallersThreadOnlyOnManyCores_data();
     void BlendingLeavesTheCallersThreadOnlyOnManyCores();
+    void ASourceIsCopiedOnTheWay_data();
+    void ASourceIsCopiedOnTheWay();
     void WorkBoundByMemoryLeavesACoreFree_data() { Machines(); }
     void WorkBoundByMemoryLeavesACoreFree();
     void BothPathsOfARealRuleAgree_data();
@@ -200,6 +202,8 @@ private slots:
 
 private:
     static void Machines();
+    template <bool Vector>
+    void RunFromSource(YDAdjustmentJob job);
 };
 
 void TestYDTileRunner::PicturesOfEverySizeAreProcessedWhole_data()
@@ -454,15 +458,17 @@ void TestYDTileRunner::BlendingLeavesTheCallersThreadOnlyOnManyCores()
     job.image = TestPictures::Random(128, 200, 7);
     job.selection = RandomMask(128, 200, 8);
     job.selectionBoundingRect = QRect(0, 0, 128, 200);
-    const RGBA32iImage expected = Expected(job);
-    YDAdjustmentProcessingTemplate<Inversion<true>> processing(nullptr, Inversion<true>());
+    // With one core no row is transformed by the pixel path.
+    const RGBA32iImage expected = cores == 1 ? job.image.DeepCopy() : Expected(job);
+    YDAdjustmentProcessingTemplate<Inversion<false>> processing(nullptr, Inversion<false>());
+    const int transformed = cores == 1 ? 0 : 200;
     std::mutex mutex;
     QSet<QThread*> blending;
     connect(
         &processing, &YDAdjustmentProcessing::ProgressChanged, this,
         [&](int rows) {
             const std::lock_guard<std::mutex> lock(mutex);
-            if (rows > 200)
+            if (rows > transformed)
                 blending.insert(QThread::currentThread());
         },
         Qt::DirectConnection);
@@ -472,6 +478,54 @@ void TestYDTileRunner::BlendingLeavesTheCallersThreadOnlyOnManyCores()
         QCOMPARE(blending, QSet<QThread*>{QThread::currentThread()});
     else
         QVERIFY(blending.size() <= cores - 1);
+}
+
+template <bool Vector>
+void TestYDTileRunner::RunFromSource(YDAdjustmentJob job)
+{
+    const RGBA32iImage expected = Expected(job);
+    const RGBA32iImage before = job.image.DeepCopy();
+    job.source = job.image;
+    job.image = TestPictures::Random(job.source.Width(), job.source.Height(), 99); // of no matter
+    YDAdjustmentProcessingTemplate<Inversion<Vector>> processing(nullptr, Inversion<Vector>());
+    QSignalSpy progress(&processing, &YDAdjustmentProcessing::ProgressChanged);
+    QSignalSpy range(&processing, &YDAdjustmentProcessing::RangeChanged);
+    QVERIFY(processing.Run(job).SharesPixelsWith(job.image));
+    QVERIFY(TestPictures::AreEqual(job.image, expected));
+    QVERIFY(TestPictures::AreEqual(job.source, before));
+    const int rows = range.last().last().toInt();
+    QCOMPARE(progress.isEmpty() ? 0 : progress.last().first().toInt(), rows);
+}
+
+void TestYDTileRunner::ASourceIsCopiedOnTheWay_data()
+{
+    QTest::addColumn<QRect>("bounds");
+    QTest::addColumn<QPoint>("offset");
+    QTest::newRow("the whole") << QRect() << QPoint();
+    QTest::newRow("inside") << QRect(10, 20, 900, 30) << QPoint(50, 40);
+    QTest::newRow("beyond the upper left") << QRect(0, 0, 1000, 120) << QPoint(-300, -30);
+    QTest::newRow("beyond the lower right") << QRect(0, 0, 1000, 120) << QPoint(700, 100);
+    QTest::newRow("beyond the mask") << QRect(500, 60, 2000, 300) << QPoint(3, 5);
+    QTest::newRow("outside") << QRect(0, 0, 10, 10) << QPoint(2000, 2000);
+}
+
+void TestYDTileRunner::ASourceIsCopiedOnTheWay()
+{
+    QFETCH(QRect, bounds);
+    QFETCH(QPoint, offset);
+    YDAdjustmentJob job;
+    job.selection = RandomMask(1000, 120, 8);
+    for (int x = 0; x < 1000; ++x) { // rows of full and of no coverage
+        job.selection.Row(30)[x] = YDRGBA32i(255, 255, 255, 255);
+        job.selection.Row(31)[x] = YDRGBA32i(0, 0, 0, 0);
+    }
+    job.selectionBoundingRect = bounds;
+    job.selectionOffset = offset;
+    job.image = TestPictures::Random(1200, 150, 7);
+    const Machine machine(2);
+    RunFromSource<true>(job);
+    job.image = TestPictures::Random(1200, 150, 7);
+    RunFromSource<false>(job);
 }
 
 void TestYDTileRunner::WorkBoundByMemoryLeavesACoreFree()

@@ -1,5 +1,6 @@
 #include "YDTileRunner.h"
 
+#include "RulePass.h"
 #include "YDVectorRoutine.h"
 #include "image/BaseTransformation.h"
 #include "image/PoolTasks.h"
@@ -20,13 +21,29 @@ YDTileRunner::YDTileRunner(const std::atomic<bool>* abort) : m_abort(abort ? *ab
 
 RGBA32iImage YDTileRunner::Run(const YDAdjustmentJob& job)
 {
-    if (job.selectionBoundingRect.isEmpty()) {
-        SetRange(static_cast<unsigned>(job.image.Height()));
-        TransformArea(job.image, QRect(0, 0, job.image.Width(), job.image.Height()));
-    } else {
-        RunOnSelection(job);
-    }
+    if (UsesVectors() || CopySource(job))
+        job.selectionBoundingRect.isEmpty() ? RunOnAll(job) : RunOnSelection(job);
     return job.image;
+}
+
+bool YDTileRunner::UsesVectors() { return GetVectorRoutine() && Transformation().AllowsVectorProcessing(); }
+
+/// False when it was aborted.
+bool YDTileRunner::CopySource(const YDAdjustmentJob& job) const
+{
+    return job.source.IsEmpty() ||
+           PixelBuffer::CopyRows(job.source.Pixels(), job.source.BytesPerLine(), job.image.Pixels(),
+                                 job.image.BytesPerLine(), job.image.Width() * qsizetype(sizeof(YDRGBA32i)),
+                                 job.image.Height(), &m_abort);
+}
+
+void YDTileRunner::RunOnAll(const YDAdjustmentJob& job)
+{
+    SetRange(static_cast<unsigned>(job.image.Height()));
+    if (UsesVectors() && !job.source.IsEmpty())
+        RulePass::CopyAndApply(job, Transformation(), m_abort, [this] { IncrementProgress(); });
+    else
+        TransformArea(job.image, QRect(0, 0, job.image.Width(), job.image.Height()));
 }
 
 void YDTileRunner::RunOnSelection(const YDAdjustmentJob& job)
@@ -34,6 +51,11 @@ void YDTileRunner::RunOnSelection(const YDAdjustmentJob& job)
     const YDSelectionArea selected(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect);
     const QRect& area = selected.Covered();
     SetRange(static_cast<unsigned>(area.height()) + static_cast<unsigned>(selected.Height()));
+    if (UsesVectors()) {
+        RulePass::ApplyThroughSelection(job, selected, Transformation(), m_abort,
+                                        [this] { IncrementProgress(); });
+        return;
+    }
     if (area.isEmpty())
         return;
 
@@ -54,10 +76,9 @@ void YDTileRunner::TransformArea(const RGBA32iImage& image, const QRect& area)
 {
     if (area.isEmpty())
         return;
-    const YDVectorRoutine& vectorRoutine = GetVectorRoutine();
-    if (vectorRoutine && Transformation().AllowsVectorProcessing())
-        vectorRoutine(image.Pixels(), image.RowLength(), area, &Transformation(), m_abort,
-                      [this] { IncrementProgress(); });
+    if (UsesVectors())
+        GetVectorRoutine()(image.Pixels(), image.RowLength(), area, &Transformation(), m_abort,
+                           [this] { IncrementProgress(); });
     else
         TransformAreaByPixels(image, area);
 }

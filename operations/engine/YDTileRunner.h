@@ -40,11 +40,12 @@ private:
 class ADJUSTMENTGUI_OPERATIONS_EXPORT YDTileRunner : public YDAdjustmentProcessing
 {
 public:
-    /// Adjusts the job's picture in place and returns it. An aborted run leaves whatever it had reached.
+    /// Adjusts the job's picture in place and returns it, made from the job's source before where there is
+    /// one. An aborted run leaves whatever it had reached.
     ///
     /// Without a selection every row is transformed. With one, the rows that the moved bounding rectangle
-    /// covers are transformed in a copy, which is then blended back through the mask; progress counts the
-    /// transformed rows and the blended ones.
+    /// covers are transformed as in a copy and blended back through the mask; progress counts the transformed
+    /// rows and the blended ones. With vector kernels all of it is one pass (RulePass) on all cores.
     ///
     /// Without vector kernels the rows go to as many pool tasks as there are cores less one: the caller's
     /// own stays free, and on a machine with a single core no row is worked on.
@@ -67,6 +68,9 @@ protected:
     virtual void TransformRows(YDRowQueue& rows, const RGBA32iImage& image, int left, int right) = 0;
 
 private:
+    bool UsesVectors();
+    bool CopySource(const YDAdjustmentJob& job) const;
+    void RunOnAll(const YDAdjustmentJob& job);
     void RunOnSelection(const YDAdjustmentJob& job);
     void TransformArea(const RGBA32iImage& image, const QRect& area);
     void TransformAreaByPixels(const RGBA32iImage& image, const QRect& area);
