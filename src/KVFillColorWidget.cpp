@@ -10,17 +10,17 @@ KVFillColorWidget::KVFillColorWidget(bool isDialog, QWidget* parent, Qt::WindowF
 {
     m_ui->setupUi(GetUIContent());
     SetValue(m_params);
+    Connect();
 }
 
 KVFillColorWidget::~KVFillColorWidget() = default;
 
 void KVFillColorWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     SetColor(params.color);
     m_params.opacity = params.opacity;
     m_ui->m_pOpacity->setValue(params.opacity);
-    Connect();
 }
 
 operations::Task KVFillColorWidget::MakeTask() const { return operations::MakeTask(m_params); }
@@ -53,16 +53,9 @@ void KVFillColorWidget::OnOpacityChanged(int opacity)
 
 void KVFillColorWidget::Connect()
 {
-    connect(m_ui->m_pColor, &QPushButton::clicked, this, &KVFillColorWidget::OnColor);
-    connect(m_ui->m_pOpacity, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            &KVFillColorWidget::OnOpacityChanged);
-}
-
-void KVFillColorWidget::Disconnect()
-{
-    disconnect(m_ui->m_pColor, &QPushButton::clicked, this, &KVFillColorWidget::OnColor);
-    disconnect(m_ui->m_pOpacity, QOverload<int>::of(&QSpinBox::valueChanged), this,
-               &KVFillColorWidget::OnOpacityChanged);
+    m_links.Add(m_ui->m_pColor, &QPushButton::clicked, this, &KVFillColorWidget::OnColor);
+    m_links.Add(m_ui->m_pOpacity, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                &KVFillColorWidget::OnOpacityChanged);
 }
 
 void KVFillColorWidget::SetColor(const QColor& color)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/FillColor.h"
@@ -44,9 +45,10 @@ signals:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void SetColor(const QColor& color);
 
     const std::unique_ptr<Ui::FillColor> m_ui;
+    ControlLinks m_links;
     Params m_params;
 };

@@ -92,13 +92,12 @@ SelectiveParamsList KVSelectiveColorsWidget::GetValue() const
 
 void KVSelectiveColorsWidget::SetValue(const SelectiveParamsList& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     for (int target = 0; target < SelectiveParamsList::Ranges; ++target)
         m_targets[target] = params.targets.value(target);
     m_mode = params.mode;
     ShowTarget();
     ShowMode();
-    Connect();
 }
 
 void KVSelectiveColorsWidget::SetupActivation(int width, int height)
@@ -112,11 +111,12 @@ operations::Task KVSelectiveColorsWidget::MakeTask() const { return operations::
 void KVSelectiveColorsWidget::Reset()
 {
     SetValue(SelectiveParamsList());
-    Disconnect();
-    ShowPercentages(SelectiveParams());
-    m_ui->m_pRelative->setChecked(true);
-    m_ui->m_pColors->setCurrentIndex(0);
-    Connect();
+    {
+        const auto quiet = Disconnect();
+        ShowPercentages(SelectiveParams());
+        m_ui->m_pRelative->setChecked(true);
+        m_ui->m_pColors->setCurrentIndex(0);
+    }
     AnnounceChange(&KVSelectiveColorsWidget::ValueChanged);
 }
 
@@ -141,9 +141,8 @@ void KVSelectiveColorsWidget::OnValueChanged()
 
 void KVSelectiveColorsWidget::OnTargetColorsChanged()
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     ShowTarget();
-    Connect();
 }
 
 void KVSelectiveColorsWidget::OnModeChanged()
@@ -198,22 +197,11 @@ void KVSelectiveColorsWidget::Connect()
 {
     const auto changed = QOverload<int>::of(&QSpinBox::valueChanged);
     for (QSpinBox* const spin : {m_ui->m_pCyan, m_ui->m_pMagenta, m_ui->m_pYellow, m_ui->m_pBlack})
-        connect(spin, changed, this, &KVSelectiveColorsWidget::OnValueChanged);
-    connect(m_ui->m_pColors, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-            &KVSelectiveColorsWidget::OnTargetColorsChanged);
+        m_links.Add(spin, changed, this, &KVSelectiveColorsWidget::OnValueChanged);
+    m_links.Add(m_ui->m_pColors, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+                &KVSelectiveColorsWidget::OnTargetColorsChanged);
     for (QRadioButton* const button : {m_ui->m_pRelative, m_ui->m_pAbsolute})
-        connect(button, &QRadioButton::clicked, this, &KVSelectiveColorsWidget::OnModeChanged);
-}
-
-void KVSelectiveColorsWidget::Disconnect()
-{
-    const auto changed = QOverload<int>::of(&QSpinBox::valueChanged);
-    for (QSpinBox* const spin : {m_ui->m_pCyan, m_ui->m_pMagenta, m_ui->m_pYellow, m_ui->m_pBlack})
-        disconnect(spin, changed, this, &KVSelectiveColorsWidget::OnValueChanged);
-    disconnect(m_ui->m_pColors, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-               &KVSelectiveColorsWidget::OnTargetColorsChanged);
-    for (QRadioButton* const button : {m_ui->m_pRelative, m_ui->m_pAbsolute})
-        disconnect(button, &QRadioButton::clicked, this, &KVSelectiveColorsWidget::OnModeChanged);
+        m_links.Add(button, &QRadioButton::clicked, this, &KVSelectiveColorsWidget::OnModeChanged);
 }
 
 /// Leaves the spin boxes alone where no range is chosen.

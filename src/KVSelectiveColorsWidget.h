@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "image/SelectiveParamsList.h"
@@ -60,12 +61,13 @@ private:
     void InsertTargetColors();
     void ConnectGpu();
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void ShowTarget();
     void ShowPercentages(const SelectiveParams& params);
     void ShowMode();
 
     const std::unique_ptr<Ui::SelectiveColorsWidget> m_ui;
+    ControlLinks m_links;
     QMap<int, SelectiveParams> m_targets; ///< by the index of the range in the combo box
     Mode m_mode = Mode::Relative;
     std::unique_ptr<KVGpuPreview> m_gpu; ///< null without a GPU service

@@ -23,13 +23,12 @@ YDBlackAndWhiteWidget::~YDBlackAndWhiteWidget() = default;
 
 void YDBlackAndWhiteWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params = params;
     CheckOnly(
         {m_ui->m_pAverage, m_ui->m_pLuminance, m_ui->m_pD65, m_ui->m_pNTSC, m_ui->m_pCIE, m_ui->m_pCustom},
         params.type);
     ShowWeights();
-    Connect();
 }
 
 operations::Task YDBlackAndWhiteWidget::MakeTask() const { return operations::MakeTask(m_params); }
@@ -61,29 +60,15 @@ void YDBlackAndWhiteWidget::OnBlueChanged(double value) { ChangeWeight(m_params.
 void YDBlackAndWhiteWidget::Connect()
 {
     const auto changed = QOverload<double>::of(&QDoubleSpinBox::valueChanged);
-    connect(m_ui->m_pRed, changed, this, &YDBlackAndWhiteWidget::OnRedChanged);
-    connect(m_ui->m_pGreen, changed, this, &YDBlackAndWhiteWidget::OnGreenChanged);
-    connect(m_ui->m_pBlue, changed, this, &YDBlackAndWhiteWidget::OnBlueChanged);
-    connect(m_ui->m_pAverage, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnAverage);
-    connect(m_ui->m_pLuminance, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnLuminance);
-    connect(m_ui->m_pD65, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnD65);
-    connect(m_ui->m_pNTSC, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnNTSC);
-    connect(m_ui->m_pCIE, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnCIE);
-    connect(m_ui->m_pCustom, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnCustom);
-}
-
-void YDBlackAndWhiteWidget::Disconnect()
-{
-    const auto changed = QOverload<double>::of(&QDoubleSpinBox::valueChanged);
-    disconnect(m_ui->m_pRed, changed, this, &YDBlackAndWhiteWidget::OnRedChanged);
-    disconnect(m_ui->m_pGreen, changed, this, &YDBlackAndWhiteWidget::OnGreenChanged);
-    disconnect(m_ui->m_pBlue, changed, this, &YDBlackAndWhiteWidget::OnBlueChanged);
-    disconnect(m_ui->m_pAverage, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnAverage);
-    disconnect(m_ui->m_pLuminance, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnLuminance);
-    disconnect(m_ui->m_pD65, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnD65);
-    disconnect(m_ui->m_pNTSC, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnNTSC);
-    disconnect(m_ui->m_pCIE, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnCIE);
-    disconnect(m_ui->m_pCustom, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnCustom);
+    m_links.Add(m_ui->m_pRed, changed, this, &YDBlackAndWhiteWidget::OnRedChanged);
+    m_links.Add(m_ui->m_pGreen, changed, this, &YDBlackAndWhiteWidget::OnGreenChanged);
+    m_links.Add(m_ui->m_pBlue, changed, this, &YDBlackAndWhiteWidget::OnBlueChanged);
+    m_links.Add(m_ui->m_pAverage, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnAverage);
+    m_links.Add(m_ui->m_pLuminance, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnLuminance);
+    m_links.Add(m_ui->m_pD65, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnD65);
+    m_links.Add(m_ui->m_pNTSC, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnNTSC);
+    m_links.Add(m_ui->m_pCIE, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnCIE);
+    m_links.Add(m_ui->m_pCustom, &QRadioButton::toggled, this, &YDBlackAndWhiteWidget::OnCustom);
 }
 
 void YDBlackAndWhiteWidget::ShowWeights()
@@ -98,9 +83,10 @@ void YDBlackAndWhiteWidget::SelectType(bool checked, Type type)
     if (!checked)
         return;
     m_params.type = type;
-    Disconnect(); // what is shown from here on is no edit
-    ShowWeights();
-    Connect();
+    {
+        const auto quiet = Disconnect(); // what is shown here is no edit
+        ShowWeights();
+    }
     AnnounceChange(&YDBlackAndWhiteWidget::ValueChanged);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/BlackAndWhite.h"
@@ -58,11 +59,12 @@ signals:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void ShowWeights();
     void SelectType(bool checked, Type type);
     void ChangeWeight(float& weight, double value);
 
     const std::unique_ptr<Ui::BlackAndWhiteWidget> m_ui;
+    ControlLinks m_links;
     Params m_params;
 };

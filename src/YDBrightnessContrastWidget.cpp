@@ -15,11 +15,10 @@ YDBrightnessContrastWidget::~YDBrightnessContrastWidget() = default;
 
 void YDBrightnessContrastWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params = params;
     m_ui->m_pBrightnessSpin->setValue(params.brightness);
     m_ui->m_pContrastSpin->setValue(params.contrast);
-    Connect();
 }
 
 operations::Task YDBrightnessContrastWidget::MakeTask() const
@@ -49,16 +48,8 @@ void YDBrightnessContrastWidget::OnContrastChanged(int value)
 
 void YDBrightnessContrastWidget::Connect()
 {
-    connect(m_ui->m_pBrightnessSlider, &QSlider::valueChanged, this,
-            &YDBrightnessContrastWidget::OnBrightnessChanged);
-    connect(m_ui->m_pContrastSlider, &QSlider::valueChanged, this,
-            &YDBrightnessContrastWidget::OnContrastChanged);
-}
-
-void YDBrightnessContrastWidget::Disconnect()
-{
-    disconnect(m_ui->m_pBrightnessSlider, &QSlider::valueChanged, this,
-               &YDBrightnessContrastWidget::OnBrightnessChanged);
-    disconnect(m_ui->m_pContrastSlider, &QSlider::valueChanged, this,
-               &YDBrightnessContrastWidget::OnContrastChanged);
+    m_links.Add(m_ui->m_pBrightnessSlider, &QSlider::valueChanged, this,
+                &YDBrightnessContrastWidget::OnBrightnessChanged);
+    m_links.Add(m_ui->m_pContrastSlider, &QSlider::valueChanged, this,
+                &YDBrightnessContrastWidget::OnContrastChanged);
 }

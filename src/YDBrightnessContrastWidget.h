@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/BrightnessContrast.h"
@@ -40,8 +41,9 @@ signals:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
 
     const std::unique_ptr<Ui::BrightnessContrastParamWidget> m_ui;
+    ControlLinks m_links;
     Params m_params;
 };

@@ -33,10 +33,9 @@ YDColorBalanceWidget::~YDColorBalanceWidget() = default;
 
 void YDColorBalanceWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params = params;
     ShowRecord();
-    Connect();
 }
 
 operations::Task YDColorBalanceWidget::MakeTask() const { return operations::MakeTask(m_params); }
@@ -80,25 +79,13 @@ void YDColorBalanceWidget::OnLumChanged(bool on)
 void YDColorBalanceWidget::Connect()
 {
     const auto changed = QOverload<int>::of(&QSpinBox::valueChanged);
-    connect(m_ui->m_pCRSpin, changed, this, &YDColorBalanceWidget::OnCRChanged);
-    connect(m_ui->m_pMGSpin, changed, this, &YDColorBalanceWidget::OnMGChanged);
-    connect(m_ui->m_pYBSpin, changed, this, &YDColorBalanceWidget::OnYBChanged);
-    connect(m_ui->m_pShadows, &QRadioButton::toggled, this, &YDColorBalanceWidget::OnShadowChanged);
-    connect(m_ui->m_pMidtones, &QRadioButton::toggled, this, &YDColorBalanceWidget::OnMidtoneChanged);
-    connect(m_ui->m_pHighlights, &QRadioButton::toggled, this, &YDColorBalanceWidget::OnHighLightChanged);
-    connect(m_ui->m_pLuminosity, &QCheckBox::toggled, this, &YDColorBalanceWidget::OnLumChanged);
-}
-
-void YDColorBalanceWidget::Disconnect()
-{
-    const auto changed = QOverload<int>::of(&QSpinBox::valueChanged);
-    disconnect(m_ui->m_pCRSpin, changed, this, &YDColorBalanceWidget::OnCRChanged);
-    disconnect(m_ui->m_pMGSpin, changed, this, &YDColorBalanceWidget::OnMGChanged);
-    disconnect(m_ui->m_pYBSpin, changed, this, &YDColorBalanceWidget::OnYBChanged);
-    disconnect(m_ui->m_pShadows, &QRadioButton::toggled, this, &YDColorBalanceWidget::OnShadowChanged);
-    disconnect(m_ui->m_pMidtones, &QRadioButton::toggled, this, &YDColorBalanceWidget::OnMidtoneChanged);
-    disconnect(m_ui->m_pHighlights, &QRadioButton::toggled, this, &YDColorBalanceWidget::OnHighLightChanged);
-    disconnect(m_ui->m_pLuminosity, &QCheckBox::toggled, this, &YDColorBalanceWidget::OnLumChanged);
+    m_links.Add(m_ui->m_pCRSpin, changed, this, &YDColorBalanceWidget::OnCRChanged);
+    m_links.Add(m_ui->m_pMGSpin, changed, this, &YDColorBalanceWidget::OnMGChanged);
+    m_links.Add(m_ui->m_pYBSpin, changed, this, &YDColorBalanceWidget::OnYBChanged);
+    m_links.Add(m_ui->m_pShadows, &QRadioButton::toggled, this, &YDColorBalanceWidget::OnShadowChanged);
+    m_links.Add(m_ui->m_pMidtones, &QRadioButton::toggled, this, &YDColorBalanceWidget::OnMidtoneChanged);
+    m_links.Add(m_ui->m_pHighlights, &QRadioButton::toggled, this, &YDColorBalanceWidget::OnHighLightChanged);
+    m_links.Add(m_ui->m_pLuminosity, &QCheckBox::toggled, this, &YDColorBalanceWidget::OnLumChanged);
 }
 
 void YDColorBalanceWidget::ColorGrooves()
@@ -133,9 +120,10 @@ void YDColorBalanceWidget::ShowToneRange()
 void YDColorBalanceWidget::SelectToneRange(int toneRange)
 {
     m_params.toneRange = toneRange;
-    Disconnect();
-    ShowToneRange();
-    Connect();
+    {
+        const auto quiet = Disconnect();
+        ShowToneRange();
+    }
     m_ui->m_pLuminosity->setEnabled(true);
     AboutUserParamsChanged();
     emit ValueChanged();

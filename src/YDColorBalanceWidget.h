@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/ColorBalance.h"
@@ -46,7 +47,7 @@ signals:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void ColorGrooves();
     void ShowRecord();
     void ShowToneRange();
@@ -54,5 +55,6 @@ private:
     void ChangeAxis(Params::Axis& axis, int value);
 
     const std::unique_ptr<Ui::ColorBalanceParamWidget> m_ui;
+    ControlLinks m_links;
     Params m_params;
 };

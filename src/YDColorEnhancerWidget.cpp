@@ -12,6 +12,7 @@ YDColorEnhancerWidget::YDColorEnhancerWidget(bool isDialog, QWidget* parent, Qt:
     m_ui->setupUi(GetUIContent());
     connect(this, &YDColorEnhancerWidget::SourceChanged, this, &YDColorEnhancerWidget::OnSourceChanged);
     SetValue(Params());
+    Connect();
     AnnounceChange(&YDColorEnhancerWidget::ValueChanged);
 }
 
@@ -19,17 +20,13 @@ YDColorEnhancerWidget::~YDColorEnhancerWidget() = default;
 
 void YDColorEnhancerWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params = params;
     m_ui->m_pAffected->setValue(params.affected);
     m_ui->m_pAmount->setValue(params.amount);
-    Connect();
 }
 
-operations::Task YDColorEnhancerWidget::MakeTask() const
-{
-    return operations::MakeTask(m_params);
-}
+operations::Task YDColorEnhancerWidget::MakeTask() const { return operations::MakeTask(m_params); }
 
 operations::Task YDColorEnhancerWidget::MakeTaskForSource() const
 {
@@ -77,18 +74,10 @@ void YDColorEnhancerWidget::OnSourceChanged()
 
 void YDColorEnhancerWidget::Connect()
 {
-    connect(m_ui->m_pAmount, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            &YDColorEnhancerWidget::OnAmountChanged);
-    connect(m_ui->m_pAffected, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            &YDColorEnhancerWidget::OnAffectedChanged);
-}
-
-void YDColorEnhancerWidget::Disconnect()
-{
-    disconnect(m_ui->m_pAmount, QOverload<int>::of(&QSpinBox::valueChanged), this,
-               &YDColorEnhancerWidget::OnAmountChanged);
-    disconnect(m_ui->m_pAffected, QOverload<int>::of(&QSpinBox::valueChanged), this,
-               &YDColorEnhancerWidget::OnAffectedChanged);
+    m_links.Add(m_ui->m_pAmount, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                &YDColorEnhancerWidget::OnAmountChanged);
+    m_links.Add(m_ui->m_pAffected, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                &YDColorEnhancerWidget::OnAffectedChanged);
 }
 
 /// A running job keeps the thresholds that it began with.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/ColorEnhancer.h"
@@ -53,10 +54,11 @@ private slots:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void ForgetThresholds();
 
     const std::unique_ptr<Ui::ColorEnhancer> m_ui;
+    ControlLinks m_links;
     Params m_params;
     std::shared_ptr<YDThresholdCache> m_thresholds;
     RGBA32iImage m_counted;       ///< the source that the thresholds are of

@@ -10,17 +10,17 @@ YDColorizeWidget::YDColorizeWidget(bool isDialog, QWidget* parent, Qt::WindowFla
 {
     m_ui->setupUi(GetUIContent());
     SetValue(m_params);
+    Connect();
 }
 
 YDColorizeWidget::~YDColorizeWidget() = default;
 
 void YDColorizeWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     SetColor(params.color);
     m_params.amount = params.amount;
     m_ui->m_pAmount->setValue(params.amount);
-    Connect();
 }
 
 operations::Task YDColorizeWidget::MakeTask() const { return operations::MakeTask(m_params); }
@@ -53,16 +53,9 @@ void YDColorizeWidget::OnAmountChanged(int amount)
 
 void YDColorizeWidget::Connect()
 {
-    connect(m_ui->m_pColor, &QPushButton::clicked, this, &YDColorizeWidget::OnColor);
-    connect(m_ui->m_pAmount, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            &YDColorizeWidget::OnAmountChanged);
-}
-
-void YDColorizeWidget::Disconnect()
-{
-    disconnect(m_ui->m_pColor, &QPushButton::clicked, this, &YDColorizeWidget::OnColor);
-    disconnect(m_ui->m_pAmount, QOverload<int>::of(&QSpinBox::valueChanged), this,
-               &YDColorizeWidget::OnAmountChanged);
+    m_links.Add(m_ui->m_pColor, &QPushButton::clicked, this, &YDColorizeWidget::OnColor);
+    m_links.Add(m_ui->m_pAmount, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                &YDColorizeWidget::OnAmountChanged);
 }
 
 void YDColorizeWidget::SetColor(const QColor& color)

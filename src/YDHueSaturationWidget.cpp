@@ -66,13 +66,14 @@ QLinearGradient YDHueSaturationWidget::GetSaturation(int hue, int lightness)
 
 void YDHueSaturationWidget::SetValue(const Params& params)
 {
-    Disconnect();
-    m_params = params;
-    m_ui->m_pHueSpin->setValue(params.hue);
-    m_ui->m_pSaturationSpin->setValue(params.saturation);
-    m_ui->m_pLightnessSpin->setValue(params.lightness);
-    m_ui->m_pColorizeCheckBox->setChecked(params.colorize);
-    Connect();
+    {
+        const auto quiet = Disconnect();
+        m_params = params;
+        m_ui->m_pHueSpin->setValue(params.hue);
+        m_ui->m_pSaturationSpin->setValue(params.saturation);
+        m_ui->m_pLightnessSpin->setValue(params.lightness);
+        m_ui->m_pColorizeCheckBox->setChecked(params.colorize);
+    }
     UpdateColorLabels();
     UpdateHueGroove();
     UpdateSaturationGroove();
@@ -139,20 +140,11 @@ void YDHueSaturationWidget::OnColorizeChanged(bool on)
 void YDHueSaturationWidget::Connect()
 {
     const auto changed = QOverload<int>::of(&QSpinBox::valueChanged);
-    connect(m_ui->m_pHueSpin, changed, this, &YDHueSaturationWidget::OnHueChanged);
-    connect(m_ui->m_pSaturationSpin, changed, this, &YDHueSaturationWidget::OnSaturationChanged);
-    connect(m_ui->m_pLightnessSpin, changed, this, &YDHueSaturationWidget::OnLightnessChanged);
-    connect(m_ui->m_pColorizeCheckBox, &QCheckBox::toggled, this, &YDHueSaturationWidget::OnColorizeChanged);
-}
-
-void YDHueSaturationWidget::Disconnect()
-{
-    const auto changed = QOverload<int>::of(&QSpinBox::valueChanged);
-    disconnect(m_ui->m_pHueSpin, changed, this, &YDHueSaturationWidget::OnHueChanged);
-    disconnect(m_ui->m_pSaturationSpin, changed, this, &YDHueSaturationWidget::OnSaturationChanged);
-    disconnect(m_ui->m_pLightnessSpin, changed, this, &YDHueSaturationWidget::OnLightnessChanged);
-    disconnect(m_ui->m_pColorizeCheckBox, &QCheckBox::toggled, this,
-               &YDHueSaturationWidget::OnColorizeChanged);
+    m_links.Add(m_ui->m_pHueSpin, changed, this, &YDHueSaturationWidget::OnHueChanged);
+    m_links.Add(m_ui->m_pSaturationSpin, changed, this, &YDHueSaturationWidget::OnSaturationChanged);
+    m_links.Add(m_ui->m_pLightnessSpin, changed, this, &YDHueSaturationWidget::OnLightnessChanged);
+    m_links.Add(m_ui->m_pColorizeCheckBox, &QCheckBox::toggled, this,
+                &YDHueSaturationWidget::OnColorizeChanged);
 }
 
 /// The slider reaches a full turn, the spin box stops a degree before it. A spin box that stands there

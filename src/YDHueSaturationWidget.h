@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/HueSaturation.h"
@@ -52,12 +53,13 @@ signals:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void ShowLastHue();
     void UpdateColorLabels();
     void UpdateHueGroove();
     void UpdateSaturationGroove();
 
     const std::unique_ptr<Ui::HueSaturationParamWidget> m_ui;
+    ControlLinks m_links;
     Params m_params;
 };

@@ -89,10 +89,9 @@ YDLevelsWidget::~YDLevelsWidget() = default;
 
 void YDLevelsWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params = params;
     SetChannel(params.channel);
-    Connect();
 }
 
 int YDLevelsWidget::MiddleValue(int low, int high, double gamma)
@@ -129,9 +128,10 @@ void YDLevelsWidget::UpdateHistogramm() { m_feed->UpdateHistogramm(); }
 
 void YDLevelsWidget::OnChannelChanged(int channel)
 {
-    Disconnect();
-    SetChannel(channel);
-    Connect();
+    {
+        const auto quiet = Disconnect();
+        SetChannel(channel);
+    }
     AboutUserParamsChanged();
     emit ValueChanged(); // the pixels stay as they are
 }
@@ -260,32 +260,17 @@ void YDLevelsWidget::BuildSliders()
 void YDLevelsWidget::Connect()
 {
     const auto spinBoxChanged = QOverload<int>::of(&QSpinBox::valueChanged);
-    connect(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-            &YDLevelsWidget::OnChannelChanged);
-    connect(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this, &YDLevelsWidget::OnInputChanged);
-    connect(m_ui->m_pOutputSlider, &YodiCustomSlider::ValueChanged, this, &YDLevelsWidget::OnOutputChanged);
-    connect(m_ui->m_pLowInput, spinBoxChanged, this, &YDLevelsWidget::OnLowInputChanged);
-    connect(m_ui->m_pMiddleInput, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
-            &YDLevelsWidget::OnMiddleInputChanged);
-    connect(m_ui->m_pHighInput, spinBoxChanged, this, &YDLevelsWidget::OnHighInputChanged);
-    connect(m_ui->m_pLowOutput, spinBoxChanged, this, &YDLevelsWidget::OnLowOutputChanged);
-    connect(m_ui->m_pHighOutput, spinBoxChanged, this, &YDLevelsWidget::OnHighOutputChanged);
-}
-
-void YDLevelsWidget::Disconnect()
-{
-    const auto spinBoxChanged = QOverload<int>::of(&QSpinBox::valueChanged);
-    disconnect(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-               &YDLevelsWidget::OnChannelChanged);
-    disconnect(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this, &YDLevelsWidget::OnInputChanged);
-    disconnect(m_ui->m_pOutputSlider, &YodiCustomSlider::ValueChanged, this,
-               &YDLevelsWidget::OnOutputChanged);
-    disconnect(m_ui->m_pLowInput, spinBoxChanged, this, &YDLevelsWidget::OnLowInputChanged);
-    disconnect(m_ui->m_pMiddleInput, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
-               &YDLevelsWidget::OnMiddleInputChanged);
-    disconnect(m_ui->m_pHighInput, spinBoxChanged, this, &YDLevelsWidget::OnHighInputChanged);
-    disconnect(m_ui->m_pLowOutput, spinBoxChanged, this, &YDLevelsWidget::OnLowOutputChanged);
-    disconnect(m_ui->m_pHighOutput, spinBoxChanged, this, &YDLevelsWidget::OnHighOutputChanged);
+    m_links.Add(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+                &YDLevelsWidget::OnChannelChanged);
+    m_links.Add(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this, &YDLevelsWidget::OnInputChanged);
+    m_links.Add(m_ui->m_pOutputSlider, &YodiCustomSlider::ValueChanged, this,
+                &YDLevelsWidget::OnOutputChanged);
+    m_links.Add(m_ui->m_pLowInput, spinBoxChanged, this, &YDLevelsWidget::OnLowInputChanged);
+    m_links.Add(m_ui->m_pMiddleInput, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
+                &YDLevelsWidget::OnMiddleInputChanged);
+    m_links.Add(m_ui->m_pHighInput, spinBoxChanged, this, &YDLevelsWidget::OnHighInputChanged);
+    m_links.Add(m_ui->m_pLowOutput, spinBoxChanged, this, &YDLevelsWidget::OnLowOutputChanged);
+    m_links.Add(m_ui->m_pHighOutput, spinBoxChanged, this, &YDLevelsWidget::OnHighOutputChanged);
 }
 
 void YDLevelsWidget::SetChannel(int channel)

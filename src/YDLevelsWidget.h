@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "image/YDSharedImage.h"
@@ -91,7 +92,7 @@ signals:
 private:
     void BuildSliders();
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void SetChannel(int channel);
     void ShowInput();
     void ShowOutput();
@@ -99,6 +100,7 @@ private:
     std::size_t Edited() const;
 
     const std::unique_ptr<Ui::LevelsWidget> m_ui;
+    ControlLinks m_links;
     std::unique_ptr<YDHistogramFeed> m_feed;
     Params m_params;
 };

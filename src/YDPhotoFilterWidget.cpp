@@ -53,17 +53,17 @@ YDPhotoFilterWidget::YDPhotoFilterWidget(bool isDialog, QWidget* parent, Qt::Win
     connect(m_ui->m_pPresetList, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &YDPhotoFilterWidget::OnPresetChanged);
     SetValue(m_params);
+    Connect();
 }
 
 YDPhotoFilterWidget::~YDPhotoFilterWidget() = default;
 
 void YDPhotoFilterWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params.density = params.density;
     SetColor(params.color);
     m_ui->m_pDensity->setValue(params.density);
-    Connect();
 }
 
 operations::Task YDPhotoFilterWidget::MakeTask() const { return operations::MakeTask(m_params); }
@@ -104,16 +104,9 @@ void YDPhotoFilterWidget::OnPresetChanged(int index)
 
 void YDPhotoFilterWidget::Connect()
 {
-    connect(m_ui->m_pColor, &QPushButton::clicked, this, &YDPhotoFilterWidget::OnColor);
-    connect(m_ui->m_pDensity, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            &YDPhotoFilterWidget::OnDensityChanged);
-}
-
-void YDPhotoFilterWidget::Disconnect()
-{
-    disconnect(m_ui->m_pColor, &QPushButton::clicked, this, &YDPhotoFilterWidget::OnColor);
-    disconnect(m_ui->m_pDensity, QOverload<int>::of(&QSpinBox::valueChanged), this,
-               &YDPhotoFilterWidget::OnDensityChanged);
+    m_links.Add(m_ui->m_pColor, &QPushButton::clicked, this, &YDPhotoFilterWidget::OnColor);
+    m_links.Add(m_ui->m_pDensity, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                &YDPhotoFilterWidget::OnDensityChanged);
 }
 
 void YDPhotoFilterWidget::FillPresets()

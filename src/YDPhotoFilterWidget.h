@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/PhotoFilter.h"
@@ -42,11 +43,12 @@ private slots:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void FillPresets();
     void UpdatePresetIndex(const QColor& color);
     void SetColor(const QColor& color);
 
     const std::unique_ptr<Ui::PhotoFilterWidget> m_ui;
+    ControlLinks m_links;
     Params m_params;
 };

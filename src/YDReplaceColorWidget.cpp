@@ -25,6 +25,7 @@ YDReplaceColorWidget::YDReplaceColorWidget(bool isDialog, QWidget* parent, Qt::W
     m_ui->setupUi(GetUIContent());
     FillSourcePositions();
     SetValue(m_params);
+    Connect();
     AnnounceChange(&YDReplaceColorWidget::ValueChanged);
 }
 
@@ -32,13 +33,12 @@ YDReplaceColorWidget::~YDReplaceColorWidget() = default;
 
 void YDReplaceColorWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params = params;
     m_ui->m_pSourceTolerance->setValue(params.tolerance);
     m_ui->m_pPositionType->setCurrentIndex(GetPositionIndex(PositionType(params.position)));
     SetDestinationColor(params.color);
     m_ui->m_pDestinationOpacity->setValue(params.opacity);
-    Connect();
 }
 
 int YDReplaceColorWidget::GetPositionIndex(PositionType type) const
@@ -113,24 +113,12 @@ void YDReplaceColorWidget::FillSourcePositions()
 
 void YDReplaceColorWidget::Connect()
 {
-    connect(m_ui->m_pSourceTolerance, &QSlider::valueChanged, this,
-            &YDReplaceColorWidget::OnSourceToleranceChanged);
-    connect(m_ui->m_pPositionType, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-            &YDReplaceColorWidget::OnSourcePosTypeChanged);
-    connect(m_ui->m_pSelectDestinationColor, &QPushButton::clicked, this,
-            &YDReplaceColorWidget::OnDestinationColor);
-    connect(m_ui->m_pDestinationOpacity, &QSlider::valueChanged, this,
-            &YDReplaceColorWidget::OnDestinationOpacityChanged);
-}
-
-void YDReplaceColorWidget::Disconnect()
-{
-    disconnect(m_ui->m_pSourceTolerance, &QSlider::valueChanged, this,
-               &YDReplaceColorWidget::OnSourceToleranceChanged);
-    disconnect(m_ui->m_pPositionType, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-               &YDReplaceColorWidget::OnSourcePosTypeChanged);
-    disconnect(m_ui->m_pSelectDestinationColor, &QPushButton::clicked, this,
-               &YDReplaceColorWidget::OnDestinationColor);
-    disconnect(m_ui->m_pDestinationOpacity, &QSlider::valueChanged, this,
-               &YDReplaceColorWidget::OnDestinationOpacityChanged);
+    m_links.Add(m_ui->m_pSourceTolerance, &QSlider::valueChanged, this,
+                &YDReplaceColorWidget::OnSourceToleranceChanged);
+    m_links.Add(m_ui->m_pPositionType, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+                &YDReplaceColorWidget::OnSourcePosTypeChanged);
+    m_links.Add(m_ui->m_pSelectDestinationColor, &QPushButton::clicked, this,
+                &YDReplaceColorWidget::OnDestinationColor);
+    m_links.Add(m_ui->m_pDestinationOpacity, &QSlider::valueChanged, this,
+                &YDReplaceColorWidget::OnDestinationOpacityChanged);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/ReplaceColor.h"
@@ -65,8 +66,9 @@ signals:
 private:
     void FillSourcePositions();
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
 
     const std::unique_ptr<Ui::ReplaceColor> m_ui;
+    ControlLinks m_links;
     Params m_params;
 };

@@ -42,13 +42,14 @@ YDSignWidget::YDSignWidget(QWidget* parent, Qt::WindowFlags flags)
     m_ui->m_pSelectAnImage->setIcon(style()->standardIcon(QStyle::SP_DirOpenIcon));
     FillBlendingModes(*m_ui->m_pBlendCombo);
     SetValue(m_params);
+    Connect();
 }
 
 YDSignWidget::~YDSignWidget() = default;
 
 void YDSignWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params = params;
     SetHorizontalAlignment(params.alignment);
     SetVerticalAlignment(params.alignment);
@@ -59,7 +60,6 @@ void YDSignWidget::SetValue(const Params& params)
     m_ui->m_pBottomMargin->setValue(params.margins.bottom());
     m_ui->m_pBlendCombo->setCurrentIndex(BlendingModeToIndex(KVCompositionMode(params.blendingMode)));
     m_ui->m_pOpacitySpn->setValue(params.opacity);
-    Connect();
 }
 
 operations::Task YDSignWidget::MakeTask() const { return operations::MakeTask(m_params); }
@@ -147,30 +147,15 @@ void YDSignWidget::Connect()
 {
     const auto indexChanged = QOverload<int>::of(&QComboBox::currentIndexChanged);
     const auto valueChanged = QOverload<int>::of(&QSpinBox::valueChanged);
-    connect(m_ui->m_pSelectAnImage, &QPushButton::clicked, this, &YDSignWidget::OnSelectFileName);
-    connect(m_ui->m_pHrzAlignment, indexChanged, this, &YDSignWidget::OnHorizontalAlignmentChanged);
-    connect(m_ui->m_pVrtAlignment, indexChanged, this, &YDSignWidget::OnVerticalAlignmentChanged);
-    connect(m_ui->m_pLeftMargin, valueChanged, this, &YDSignWidget::OnLeftMarginChanged);
-    connect(m_ui->m_pRightMargin, valueChanged, this, &YDSignWidget::OnRightMarginChanged);
-    connect(m_ui->m_pTopMargin, valueChanged, this, &YDSignWidget::OnTopMarginChanged);
-    connect(m_ui->m_pBottomMargin, valueChanged, this, &YDSignWidget::OnBottomMarginChanged);
-    connect(m_ui->m_pOpacitySpn, valueChanged, this, &YDSignWidget::OnOpacityChanged);
-    connect(m_ui->m_pBlendCombo, indexChanged, this, &YDSignWidget::OnBlendingModeChanged);
-}
-
-void YDSignWidget::Disconnect()
-{
-    const auto indexChanged = QOverload<int>::of(&QComboBox::currentIndexChanged);
-    const auto valueChanged = QOverload<int>::of(&QSpinBox::valueChanged);
-    disconnect(m_ui->m_pSelectAnImage, &QPushButton::clicked, this, &YDSignWidget::OnSelectFileName);
-    disconnect(m_ui->m_pHrzAlignment, indexChanged, this, &YDSignWidget::OnHorizontalAlignmentChanged);
-    disconnect(m_ui->m_pVrtAlignment, indexChanged, this, &YDSignWidget::OnVerticalAlignmentChanged);
-    disconnect(m_ui->m_pLeftMargin, valueChanged, this, &YDSignWidget::OnLeftMarginChanged);
-    disconnect(m_ui->m_pRightMargin, valueChanged, this, &YDSignWidget::OnRightMarginChanged);
-    disconnect(m_ui->m_pTopMargin, valueChanged, this, &YDSignWidget::OnTopMarginChanged);
-    disconnect(m_ui->m_pBottomMargin, valueChanged, this, &YDSignWidget::OnBottomMarginChanged);
-    disconnect(m_ui->m_pOpacitySpn, valueChanged, this, &YDSignWidget::OnOpacityChanged);
-    disconnect(m_ui->m_pBlendCombo, indexChanged, this, &YDSignWidget::OnBlendingModeChanged);
+    m_links.Add(m_ui->m_pSelectAnImage, &QPushButton::clicked, this, &YDSignWidget::OnSelectFileName);
+    m_links.Add(m_ui->m_pHrzAlignment, indexChanged, this, &YDSignWidget::OnHorizontalAlignmentChanged);
+    m_links.Add(m_ui->m_pVrtAlignment, indexChanged, this, &YDSignWidget::OnVerticalAlignmentChanged);
+    m_links.Add(m_ui->m_pLeftMargin, valueChanged, this, &YDSignWidget::OnLeftMarginChanged);
+    m_links.Add(m_ui->m_pRightMargin, valueChanged, this, &YDSignWidget::OnRightMarginChanged);
+    m_links.Add(m_ui->m_pTopMargin, valueChanged, this, &YDSignWidget::OnTopMarginChanged);
+    m_links.Add(m_ui->m_pBottomMargin, valueChanged, this, &YDSignWidget::OnBottomMarginChanged);
+    m_links.Add(m_ui->m_pOpacitySpn, valueChanged, this, &YDSignWidget::OnOpacityChanged);
+    m_links.Add(m_ui->m_pBlendCombo, indexChanged, this, &YDSignWidget::OnBlendingModeChanged);
 }
 
 void YDSignWidget::SetHorizontalAlignment(Qt::Alignment alignment)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "image/KVCompositionMode.h"
@@ -59,12 +60,13 @@ signals:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void SetHorizontalAlignment(Qt::Alignment alignment);
     void SetVerticalAlignment(Qt::Alignment alignment);
     KVCompositionMode BlendingIndexToMode(int index) const;
     int BlendingModeToIndex(KVCompositionMode mode) const;
 
     const std::unique_ptr<Ui::SignWidget> m_ui;
+    ControlLinks m_links;
     Params m_params;
 };

@@ -15,11 +15,10 @@ YDTemperatureWidget::~YDTemperatureWidget() = default;
 
 void YDTemperatureWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params = params;
     m_ui->m_pTemperature->setValue(params.temperature);
     m_ui->m_pTint->setValue(params.tint);
-    Connect();
 }
 
 operations::Task YDTemperatureWidget::MakeTask() const { return operations::MakeTask(m_params); }
@@ -51,17 +50,9 @@ void YDTemperatureWidget::OnStrengthChanged(int value)
 void YDTemperatureWidget::Connect()
 {
     const auto changed = QOverload<int>::of(&QSpinBox::valueChanged);
-    connect(m_ui->m_pTemperature, changed, this, &YDTemperatureWidget::OnTemperatureChanged);
-    connect(m_ui->m_pTint, changed, this, &YDTemperatureWidget::OnTintChanged);
-    connect(m_ui->m_pStrength, changed, this, &YDTemperatureWidget::OnStrengthChanged);
-}
-
-void YDTemperatureWidget::Disconnect()
-{
-    const auto changed = QOverload<int>::of(&QSpinBox::valueChanged);
-    disconnect(m_ui->m_pTemperature, changed, this, &YDTemperatureWidget::OnTemperatureChanged);
-    disconnect(m_ui->m_pTint, changed, this, &YDTemperatureWidget::OnTintChanged);
-    disconnect(m_ui->m_pStrength, changed, this, &YDTemperatureWidget::OnStrengthChanged);
+    m_links.Add(m_ui->m_pTemperature, changed, this, &YDTemperatureWidget::OnTemperatureChanged);
+    m_links.Add(m_ui->m_pTint, changed, this, &YDTemperatureWidget::OnTintChanged);
+    m_links.Add(m_ui->m_pStrength, changed, this, &YDTemperatureWidget::OnStrengthChanged);
 }
 
 void YDTemperatureWidget::ShowDefaults()

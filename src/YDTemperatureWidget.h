@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/Temperature.h"
@@ -39,9 +40,10 @@ signals:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void ShowDefaults();
 
     const std::unique_ptr<Ui::TemperatureWidget> m_ui;
+    ControlLinks m_links;
     Params m_params;
 };

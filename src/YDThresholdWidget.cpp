@@ -24,6 +24,7 @@ YDThresholdWidget::YDThresholdWidget(bool isDialog, QWidget* parent, Qt::WindowF
     connect(this, &YDThresholdWidget::SourceChanged, this, &YDThresholdWidget::OnSourceChanged);
     connect(m_ui->m_pSlider, &YodiCustomSlider::ValueChanged, this,
             QOverload<uint, int>::of(&YDThresholdWidget::OnLevelChanged));
+    Connect();
     YDThresholdWidget::Reset();
 }
 
@@ -61,21 +62,14 @@ void YDThresholdWidget::OnLevelChanged(int value)
 
 void YDThresholdWidget::Connect()
 {
-    connect(m_ui->m_pThresholdLevel, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            QOverload<int>::of(&YDThresholdWidget::OnLevelChanged));
-}
-
-void YDThresholdWidget::Disconnect()
-{
-    disconnect(m_ui->m_pThresholdLevel, QOverload<int>::of(&QSpinBox::valueChanged), this,
-               QOverload<int>::of(&YDThresholdWidget::OnLevelChanged));
+    m_links.Add(m_ui->m_pThresholdLevel, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                QOverload<int>::of(&YDThresholdWidget::OnLevelChanged));
 }
 
 /// The handle brings the spin box along.
 void YDThresholdWidget::ShowLevel(int level)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params.level = level;
     m_ui->m_pSlider->ChangeValue(Handle, level);
-    Connect();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "image/YDSharedImage.h"
@@ -53,10 +54,11 @@ signals:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void ShowLevel(int level);
 
     const std::unique_ptr<Ui::Threshold> m_ui;
+    ControlLinks m_links;
     std::unique_ptr<YDHistogramFeed> m_feed;
     Params m_params;
 };

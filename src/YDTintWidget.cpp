@@ -78,22 +78,12 @@ void YDTintWidget::OnTypeChanged(int index)
 
 void YDTintWidget::Connect()
 {
-    connect(m_ui->m_pBlackTone, &QPushButton::clicked, this, &YDTintWidget::OnBlackTone);
-    connect(m_ui->m_pWhiteTone, &QPushButton::clicked, this, &YDTintWidget::OnWhiteTone);
-    connect(m_ui->m_pAmount, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            &YDTintWidget::OnAmountChanged);
-    connect(m_ui->m_pType, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-            &YDTintWidget::OnTypeChanged);
-}
-
-void YDTintWidget::Disconnect()
-{
-    disconnect(m_ui->m_pBlackTone, &QPushButton::clicked, this, &YDTintWidget::OnBlackTone);
-    disconnect(m_ui->m_pWhiteTone, &QPushButton::clicked, this, &YDTintWidget::OnWhiteTone);
-    disconnect(m_ui->m_pAmount, QOverload<int>::of(&QSpinBox::valueChanged), this,
-               &YDTintWidget::OnAmountChanged);
-    disconnect(m_ui->m_pType, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-               &YDTintWidget::OnTypeChanged);
+    m_links.Add(m_ui->m_pBlackTone, &QPushButton::clicked, this, &YDTintWidget::OnBlackTone);
+    m_links.Add(m_ui->m_pWhiteTone, &QPushButton::clicked, this, &YDTintWidget::OnWhiteTone);
+    m_links.Add(m_ui->m_pAmount, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                &YDTintWidget::OnAmountChanged);
+    m_links.Add(m_ui->m_pType, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+                &YDTintWidget::OnTypeChanged);
 }
 
 void YDTintWidget::FillTintTypes()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/Tint.h"
@@ -53,7 +54,7 @@ signals:
 
 private:
     void Connect();
-    void Disconnect();
+    void Disconnect() { m_links.Break(); }
     void FillTintTypes();
     void ShowParams(const Params& params);
     void SetBlackTone(const QColor& color);
@@ -61,6 +62,7 @@ private:
     static int IndexByType(int type) { return type; }
 
     const std::unique_ptr<Ui::TintWidget> m_ui;
+    ControlLinks m_links;
     Params m_params;
     /// What SetValue() shows, while it does: the spin box ends where a stored amount may go on.
     const Params* m_given = nullptr;

@@ -9,13 +9,14 @@ YDWBWidget::YDWBWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
 {
     m_ui->setupUi(GetUIContent());
     SetValue(Params());
+    Connect();
 }
 
 YDWBWidget::~YDWBWidget() = default;
 
 void YDWBWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params = params;
     m_ui->m_pTemperature->setValue(params.temperature);
     m_ui->m_pTempStrength->setValue(params.temperatureStrength);
@@ -25,7 +26,6 @@ void YDWBWidget::SetValue(const Params& params)
     }
     m_ui->m_pEnchanced->setChecked(params.enhanced);
     m_ui->m_pTemperatureContent->setChecked(params.useTemperature);
-    Connect();
 }
 
 operations::Task YDWBWidget::MakeTask() const { return operations::MakeTask(m_params); }
@@ -87,30 +87,16 @@ void YDWBWidget::OnTemperatureStrength(int value)
 
 void YDWBWidget::Connect()
 {
-    connect(m_ui->m_pWBStrength, &QSlider::valueChanged, this, &YDWBWidget::OnWBStrengthChanged);
-    connect(m_ui->m_pAuto, &QRadioButton::toggled, this, &YDWBWidget::OnAuto);
-    connect(m_ui->m_pEnchanced, &QCheckBox::toggled, this, &YDWBWidget::OnEnchanced);
-    connect(m_ui->m_pOverexposure, &QRadioButton::toggled, this, &YDWBWidget::OnOverexposure);
-    connect(m_ui->m_pUnderexposure, &QRadioButton::toggled, this, &YDWBWidget::OnUnderexposure);
-    connect(m_ui->m_pTemperatureContent, &QGroupBox::toggled, this, &YDWBWidget::OnUseTemperature);
-    connect(m_ui->m_pTemperature, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            &YDWBWidget::OnTemperature);
-    connect(m_ui->m_pTempStrength, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            &YDWBWidget::OnTemperatureStrength);
-}
-
-void YDWBWidget::Disconnect()
-{
-    disconnect(m_ui->m_pWBStrength, &QSlider::valueChanged, this, &YDWBWidget::OnWBStrengthChanged);
-    disconnect(m_ui->m_pAuto, &QRadioButton::toggled, this, &YDWBWidget::OnAuto);
-    disconnect(m_ui->m_pEnchanced, &QCheckBox::toggled, this, &YDWBWidget::OnEnchanced);
-    disconnect(m_ui->m_pOverexposure, &QRadioButton::toggled, this, &YDWBWidget::OnOverexposure);
-    disconnect(m_ui->m_pUnderexposure, &QRadioButton::toggled, this, &YDWBWidget::OnUnderexposure);
-    disconnect(m_ui->m_pTemperatureContent, &QGroupBox::toggled, this, &YDWBWidget::OnUseTemperature);
-    disconnect(m_ui->m_pTemperature, QOverload<int>::of(&QSpinBox::valueChanged), this,
-               &YDWBWidget::OnTemperature);
-    disconnect(m_ui->m_pTempStrength, QOverload<int>::of(&QSpinBox::valueChanged), this,
-               &YDWBWidget::OnTemperatureStrength);
+    m_links.Add(m_ui->m_pWBStrength, &QSlider::valueChanged, this, &YDWBWidget::OnWBStrengthChanged);
+    m_links.Add(m_ui->m_pAuto, &QRadioButton::toggled, this, &YDWBWidget::OnAuto);
+    m_links.Add(m_ui->m_pEnchanced, &QCheckBox::toggled, this, &YDWBWidget::OnEnchanced);
+    m_links.Add(m_ui->m_pOverexposure, &QRadioButton::toggled, this, &YDWBWidget::OnOverexposure);
+    m_links.Add(m_ui->m_pUnderexposure, &QRadioButton::toggled, this, &YDWBWidget::OnUnderexposure);
+    m_links.Add(m_ui->m_pTemperatureContent, &QGroupBox::toggled, this, &YDWBWidget::OnUseTemperature);
+    m_links.Add(m_ui->m_pTemperature, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                &YDWBWidget::OnTemperature);
+    m_links.Add(m_ui->m_pTempStrength, QOverload<int>::of(&QSpinBox::valueChanged), this,
+                &YDWBWidget::OnTemperatureStrength);
 }
 
 void YDWBWidget::ChooseFunction(int mode)

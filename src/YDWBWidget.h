@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/WhiteBalance.h"
@@ -52,10 +53,11 @@ private slots:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     void ChooseFunction(int mode);
     QRadioButton* ButtonOf(int mode) const;
 
     const std::unique_ptr<Ui::WBWidget> m_ui;
+    ControlLinks m_links;
     Params m_params;
 };

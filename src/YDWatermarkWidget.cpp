@@ -14,6 +14,7 @@ YDWatermarkWidget::YDWatermarkWidget(QWidget* parent, Qt::WindowFlags flags)
     m_ui->setupUi(GetUIContent());
     FillBlendingModes(*m_ui->m_pBlendCombo);
     SetValue(m_params);
+    Connect();
     AnnounceChange(&YDWatermarkWidget::ValueChanged);
 }
 
@@ -21,7 +22,7 @@ YDWatermarkWidget::~YDWatermarkWidget() = default;
 
 void YDWatermarkWidget::SetValue(const Params& params)
 {
-    Disconnect();
+    const auto quiet = Disconnect();
     m_params = params;
     m_ui->m_pAngleSpn->setValue(params.angle);
     m_ui->m_pLeftMargin->setValue(params.margins.left());
@@ -34,7 +35,6 @@ void YDWatermarkWidget::SetValue(const Params& params)
     m_ui->m_pOpacitySpn->setValue(params.opacity);
     m_ui->m_pHrzTiles->setValue(params.hrzTiles);
     m_ui->m_pVrtTiles->setValue(params.vrtTiles);
-    Connect();
 }
 
 operations::Task YDWatermarkWidget::MakeTask() const { return operations::MakeTask(m_params); }
@@ -134,37 +134,19 @@ void YDWatermarkWidget::OnHrzTilesChanged(int count)
 void YDWatermarkWidget::Connect()
 {
     const auto valueChanged = QOverload<int>::of(&QSpinBox::valueChanged);
-    connect(m_ui->m_pSelectFont, &QPushButton::clicked, this, &YDWatermarkWidget::OnSelectFont);
-    connect(m_ui->m_pAngleSpn, valueChanged, this, &YDWatermarkWidget::OnAnglechanged);
-    connect(m_ui->m_pText, &QLineEdit::textChanged, this, &YDWatermarkWidget::OnTextChanged);
-    connect(m_ui->m_pLeftMargin, valueChanged, this, &YDWatermarkWidget::OnLeftMarginChanged);
-    connect(m_ui->m_pRightMargin, valueChanged, this, &YDWatermarkWidget::OnRightMarginChanged);
-    connect(m_ui->m_pTopMargin, valueChanged, this, &YDWatermarkWidget::OnTopMarginChanged);
-    connect(m_ui->m_pBottomMargin, valueChanged, this, &YDWatermarkWidget::OnBottomMarginChanged);
-    connect(m_ui->m_pOpacitySpn, valueChanged, this, &YDWatermarkWidget::OnOpacityChanged);
-    connect(m_ui->m_pBlendCombo, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-            &YDWatermarkWidget::OnBlendingModeChanged);
-    connect(m_ui->m_pColor, &QPushButton::clicked, this, &YDWatermarkWidget::OnSelectColor);
-    connect(m_ui->m_pVrtTiles, valueChanged, this, &YDWatermarkWidget::OnVrtTilesChanged);
-    connect(m_ui->m_pHrzTiles, valueChanged, this, &YDWatermarkWidget::OnHrzTilesChanged);
-}
-
-void YDWatermarkWidget::Disconnect()
-{
-    const auto valueChanged = QOverload<int>::of(&QSpinBox::valueChanged);
-    disconnect(m_ui->m_pSelectFont, &QPushButton::clicked, this, &YDWatermarkWidget::OnSelectFont);
-    disconnect(m_ui->m_pAngleSpn, valueChanged, this, &YDWatermarkWidget::OnAnglechanged);
-    disconnect(m_ui->m_pText, &QLineEdit::textChanged, this, &YDWatermarkWidget::OnTextChanged);
-    disconnect(m_ui->m_pLeftMargin, valueChanged, this, &YDWatermarkWidget::OnLeftMarginChanged);
-    disconnect(m_ui->m_pRightMargin, valueChanged, this, &YDWatermarkWidget::OnRightMarginChanged);
-    disconnect(m_ui->m_pTopMargin, valueChanged, this, &YDWatermarkWidget::OnTopMarginChanged);
-    disconnect(m_ui->m_pBottomMargin, valueChanged, this, &YDWatermarkWidget::OnBottomMarginChanged);
-    disconnect(m_ui->m_pOpacitySpn, valueChanged, this, &YDWatermarkWidget::OnOpacityChanged);
-    disconnect(m_ui->m_pBlendCombo, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-               &YDWatermarkWidget::OnBlendingModeChanged);
-    disconnect(m_ui->m_pColor, &QPushButton::clicked, this, &YDWatermarkWidget::OnSelectColor);
-    disconnect(m_ui->m_pVrtTiles, valueChanged, this, &YDWatermarkWidget::OnVrtTilesChanged);
-    disconnect(m_ui->m_pHrzTiles, valueChanged, this, &YDWatermarkWidget::OnHrzTilesChanged);
+    m_links.Add(m_ui->m_pSelectFont, &QPushButton::clicked, this, &YDWatermarkWidget::OnSelectFont);
+    m_links.Add(m_ui->m_pAngleSpn, valueChanged, this, &YDWatermarkWidget::OnAnglechanged);
+    m_links.Add(m_ui->m_pText, &QLineEdit::textChanged, this, &YDWatermarkWidget::OnTextChanged);
+    m_links.Add(m_ui->m_pLeftMargin, valueChanged, this, &YDWatermarkWidget::OnLeftMarginChanged);
+    m_links.Add(m_ui->m_pRightMargin, valueChanged, this, &YDWatermarkWidget::OnRightMarginChanged);
+    m_links.Add(m_ui->m_pTopMargin, valueChanged, this, &YDWatermarkWidget::OnTopMarginChanged);
+    m_links.Add(m_ui->m_pBottomMargin, valueChanged, this, &YDWatermarkWidget::OnBottomMarginChanged);
+    m_links.Add(m_ui->m_pOpacitySpn, valueChanged, this, &YDWatermarkWidget::OnOpacityChanged);
+    m_links.Add(m_ui->m_pBlendCombo, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+                &YDWatermarkWidget::OnBlendingModeChanged);
+    m_links.Add(m_ui->m_pColor, &QPushButton::clicked, this, &YDWatermarkWidget::OnSelectColor);
+    m_links.Add(m_ui->m_pVrtTiles, valueChanged, this, &YDWatermarkWidget::OnVrtTilesChanged);
+    m_links.Add(m_ui->m_pHrzTiles, valueChanged, this, &YDWatermarkWidget::OnHrzTilesChanged);
 }
 
 int YDWatermarkWidget::BlendingModeToIndex(unsigned mode) const { return BlendingIndexOf(mode); }

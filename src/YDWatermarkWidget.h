@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
 #include "operations/Watermark.h"
@@ -57,9 +58,10 @@ signals:
 
 private:
     void Connect();
-    void Disconnect();
+    [[nodiscard]] ControlLinks::Cut Disconnect() { return ControlLinks::Cut(m_links); }
     int BlendingModeToIndex(unsigned mode) const;
 
     const std::unique_ptr<Ui::WatermarkWidget> m_ui;
+    ControlLinks m_links;
     Params m_params;
 };
