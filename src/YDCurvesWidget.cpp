@@ -69,7 +69,9 @@ YDCurvesWidget::YDCurvesWidget(bool isDialog, QWidget* parent, Qt::WindowFlags f
     SetUpPickers();
     connect(this, &YDAdjustmentWidget::SourceChanged, this, &YDCurvesWidget::OnSourceChanged);
     connect(this, &YDCurvesWidget::CurrentNodeChanged, this, &YDCurvesWidget::OnCurrentNodeChanged);
-    Connect();
+    m_links.Add(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+                &YDCurvesWidget::OnChannelChanged);
+    m_links.Add(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this, &YDCurvesWidget::OnInputChanged);
     SetChannel(m_params.channel);
 }
 
@@ -389,22 +391,6 @@ void YDCurvesWidget::SceneKeyPressEvent(QKeyEvent* event)
 {
     if (event->matches(QKeySequence::Delete))
         OnDeleteAction();
-}
-
-/// Once, though who hears of the current node may set a record while another is being set.
-void YDCurvesWidget::Connect()
-{
-    connect(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-            &YDCurvesWidget::OnChannelChanged, Qt::UniqueConnection);
-    connect(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this, &YDCurvesWidget::OnInputChanged,
-            Qt::UniqueConnection);
-}
-
-void YDCurvesWidget::Disconnect()
-{
-    disconnect(m_ui->m_pChannel, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-               &YDCurvesWidget::OnChannelChanged);
-    disconnect(m_ui->m_pInputSlider, &YodiCustomSlider::ValueChanged, this, &YDCurvesWidget::OnInputChanged);
 }
 
 /// The list that is shown for a channel, the composite one where there is no such channel.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ControlLinks.h"
 #include "YDCurvePoints.h"
 #include "YDTaskWidget.h"
 #include "adjustmentgui_export.h"
@@ -134,8 +135,10 @@ private:
     void SetUpPanel();
     void SetUpScene();
     void SetUpPickers();
-    void Connect();
-    void Disconnect();
+    /// Not a scope's cut: who hears of the current node may set a record while another is being set, and from
+    /// there on the controls are heard.
+    void Connect() { m_links.Make(); }
+    void Disconnect() { m_links.Break(); }
     void CancelPicks();
 
     std::size_t CurveOf(int channel) const;
@@ -155,6 +158,7 @@ private:
     void EndPick(YDColorPick& pick, PickRule rule);
 
     const std::unique_ptr<Ui::CurvesWidget> m_ui;
+    ControlLinks m_links;
     Params m_params;
     YDCurveScene* m_scene = nullptr; ///< a child of the curve's view
     std::unique_ptr<YDHistogramFeed> m_histogramFeed;
