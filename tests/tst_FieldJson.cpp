@@ -43,6 +43,7 @@ private slots:
     void PointListsThatDoNotFitAreRefused_data();
     void PointListsThatDoNotFitAreRefused();
     void WithoutARangeAnyWholeNumberFits();
+    void TellsRangesWithoutExponents();
     void ColoursSurvive_data();
     void ColoursSurvive();
     void AColourOfAnyComponentsIsWritten();
@@ -161,6 +162,15 @@ void TestFieldJson::WithoutARangeAnyWholeNumberFits()
     QCOMPARE(FieldJson::FromJson(QJsonArray{Lowest, Highest}, std::nullopt, point), QString());
     QCOMPARE(point, QPoint(Lowest, Highest));
     QVERIFY(!FieldJson::FromJson(QJsonArray{Highest + 1.0, 0}, std::nullopt, point).isEmpty());
+}
+
+void TestFieldJson::TellsRangesWithoutExponents()
+{
+    double field = 3;
+    const YDRecord::Range millions{-1e6, 1e6};
+    QCOMPARE(FieldJson::FromJson(1000000.5, millions, field),
+             QStringLiteral("1000000.5 is outside -1000000..1000000"));
+    QCOMPARE(field, 3.0);
 }
 
 void TestFieldJson::ColoursSurvive_data()

@@ -21,13 +21,20 @@ constexpr double NoPoints = -1; ///< of a font whose size is in pixels
 
 QString Tr(const char* text) { return QCoreApplication::translate("FieldJson", text); }
 
+/// Millions without an exponent.
+QString Shown(double number)
+{
+    constexpr int Digits = 8;
+    return QString::number(number, 'g', Digits);
+}
+
 QString CheckNumber(const QJsonValue& value, const FieldJson::OptionalRange& range)
 {
     if (!value.isDouble())
         return Tr("a number is expected");
     const double number = value.toDouble();
     if (range && !(number >= range->minimum && number <= range->maximum))
-        return Tr("%1 is outside %2..%3").arg(number).arg(range->minimum).arg(range->maximum);
+        return Tr("%1 is outside %2..%3").arg(Shown(number), Shown(range->minimum), Shown(range->maximum));
     return {};
 }
 
