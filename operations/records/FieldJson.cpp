@@ -245,6 +245,14 @@ QString FieldJson::ProblemIn(int index, const QString& problem)
     return ProblemIn(QStringLiteral("[%1]").arg(index), problem);
 }
 
+QString FieldJson::ProblemOfUnknownKey(const QJsonObject& object, std::initializer_list<QLatin1String> known)
+{
+    for (auto each = object.begin(); each != object.end(); ++each)
+        if (std::find(known.begin(), known.end(), each.key()) == known.end())
+            return Tr("the key \"%1\" is not known here").arg(each.key());
+    return {};
+}
+
 QString FieldJson::TypeName(const int*) { return Tr("whole number"); }
 QString FieldJson::TypeName(const double*) { return Tr("number"); }
 QString FieldJson::TypeName(const float*) { return Tr("number"); }

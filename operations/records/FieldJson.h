@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QFont>
 #include <QJsonArray>
+#include <QJsonObject>
 #include <QJsonValue>
 #include <QPoint>
 #include <QRect>
@@ -14,6 +15,7 @@
 #include <QVector>
 
 #include <array>
+#include <initializer_list>
 #include <optional>
 
 /// The fields of parameter records as JSON values, one pair of functions for each type that fields have.
@@ -71,6 +73,10 @@ ADJUSTMENTGUI_OPERATIONS_EXPORT QJsonValue ToJson(Qt::Alignment field);
 ADJUSTMENTGUI_OPERATIONS_EXPORT QString ProblemIn(const QString& place, const QString& problem);
 /// `problem`, which is in the element of a list that `index` counts from 0.
 ADJUSTMENTGUI_OPERATIONS_EXPORT QString ProblemIn(int index, const QString& problem);
+
+/// Names the first key of `object` that is none of `known`; empty where there is none.
+[[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT QString
+ProblemOfUnknownKey(const QJsonObject& object, std::initializer_list<QLatin1String> known);
 
 template <class Element, std::size_t Size>
 QJsonValue ToJson(const std::array<Element, Size>& fields)
