@@ -1,7 +1,8 @@
 #include "TestFiles.h"
 #include "TestPictures.h"
 #include "core/KVImageFileManager.h"
-#include "operations/Catalog.h"
+#include "operations/MaskOfShape.h"
+#include "operations/Recipe.h"
 
 #include <QColorSpace>
 #include <QDir>
@@ -83,6 +84,14 @@ private slots:
     void AMaskBlendsByItsGrey();
     void ABlackMaskChangesNothing();
     void AnUnreadableMaskStopsEverything();
+    void ARecipeGivesTheBytesOfItsSteps();
+    void ARecipeKeepsItsPlaceAmongOtherSteps();
+    void ADisabledStepIsSkipped();
+    void AStepsOwnSelectionTakesThePlaceOfTheMask();
+    void AShapeFitsEachPicture();
+    void AMaskLiesBesideItsRecipe();
+    void SaysWhatIsWrongWithARecipe_data();
+    void SaysWhatIsWrongWithARecipe();
     void WritesManyPicturesIntoAFolder_data();
     void WritesManyPicturesIntoAFolder();
     void OneFailureLeavesTheOthersDone();
@@ -225,6 +234,7 @@ void TestAdjust::RefusesWrongCalls_data()
     row({"apply", "-a", step, "-o", "new.png"}, "no picture");
     row({"apply", "-a", step, "in.png"}, "behind -o");
     row({"apply", "in.png", "-o", "new.png"}, "no adjustment");
+    row({"apply", "-r", "missing", "-a", "nonsense", "in.png", "-o", "new.png"}, "nonsense");
     row({"apply", "-a", "", "in.png", "-o", "new.png"}, "behind -a");
     row({"apply", "-a", "nonsense", "in.png", "-o", "new.png"}, "nonsense");
     row({"apply", "-a", "brightness-contrast 'open", "in.png", "-o", "new.png"}, "left open");
@@ -475,6 +485,175 @@ void TestAdjust::AnUnreadableMaskStopsEverything()
     QCOMPARE(outcome.status, 1);
     QVERIFY(outcome.err.startsWith(QStringLiteral("adjust: mask.png: ")));
     QCOMPARE(Files(), QStringList("in.png"));
+}
+
+void TestAdjust::ARecipeGivesTheBytesOfItsSteps()
+{
+    const QImage source = ImageToQImage(TestPictures::Noise(120, 90));
+    StorePicture("in.png", source);
+    QImage mask(50, 40, QImage::Format_RGB32);
+    mask.fill(qRgb(150, 150, 150));
+    StorePicture("mask.png", mask);
+    QStringList call{"apply", "-s", "mask.png", "--offset", "20,-5"};
+    operations::Recipe recipe;
+    for (const operations::Adjustment& adjustment : operations::Catalog::All()) {
+        call << "-a" << adjustment.name + (adjustment.name == "levels" ? " gamma=[1.2,1,1,0.333]" : "");
+        auto settings = adjustment.makeSettings();
+        if (adjustment.name == "levels")
+            QCOMPARE(settings->SetFromText("gamma=[1.2,1,1,0.333]"), QString());
+        recipe.steps.emplace_back(adjustment, std::move(settings));
+    }
+    QCOMPARE(Run(call + QStringList{"in.png", "-o", "a.png"}).status, 0);
+    QVERIFY(Picture("a.png") != Picture("in.png"));
+    QCOMPARE(recipe.Write(Path("all.json"), operations::Recipe::Existing::Refuse), QString());
+    for (const char* const option : {"-r", "--recipe"}) {
+        const Outcome outcome = Run({"apply", option, "all.json", "-s", "mask.png", "--offset", "20,-5",
+                                     "--force", "in.png", "-o", "r.png"});
+        QCOMPARE(outcome.status, 0);
+        QCOMPARE(BytesOf(Path("r.png")), BytesOf(Path("a.png")));
+    }
+}
+
+void TestAdjust::ARecipeKeepsItsPlaceAmongOtherSteps()
+{
+    // Up by 100 clips at 255, and down by 100 at 0.
+    QImage bright(5, 5, QImage::Format_RGB32);
+    bright.fill(qRgb(200, 200, 200));
+    StorePicture("in.png", bright);
+    QCOMPARE(Run({"preset", "brightness-contrast", "brightness=-100", "-o", "down"}).status, 0);
+    Store(Path("up"), R"({"adjustmentgui": 1, "steps": [
+        {"adjustment": "brightness-contrast", "settings": {"brightness": 100}}]})");
+    const QString down = QStringLiteral("brightness-contrast brightness=-100");
+    QCOMPARE(Run({"apply", "-r", "up", "-p", "down", "in.png", "-o", "a.png"}).status, 0);
+    QCOMPARE(Picture("a.png").pixel(2, 2), qRgb(155, 155, 155));
+    QCOMPARE(Run({"apply", "-p", "down", "-r", "up", "in.png", "-o", "b.png"}).status, 0);
+    QCOMPARE(Picture("b.png").pixel(2, 2), qRgb(200, 200, 200));
+    QCOMPARE(Run({"apply", "-r", "up", "-a", down, "-r", "up", "in.png", "-o", "c.png"}).status, 0);
+    QCOMPARE(Picture("c.png").pixel(2, 2), qRgb(255, 255, 255));
+}
+
+void TestAdjust::ADisabledStepIsSkipped()
+{
+    StorePicture("in.png", Ramp());
+    Store(Path("r"), R"({"adjustmentgui": 1, "steps": [
+        {"adjustment": "threshold", "enabled": false, "selection": {"mask": "missing.png"}},
+        {"adjustment": "sign", "enabled": false},
+        {"adjustment": "brightness-contrast", "settings": {"brightness": 30}}]})");
+    const Outcome outcome = Run({"apply", "-r", "r", "in.png", "-o", "out.png"});
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(Picture("out.png"), Brighter(Ramp(), 30, Ramp().rect()));
+    Store(Path("none"), R"({"adjustmentgui": 1, "steps": []})");
+    QCOMPARE(Run({"apply", "-r", "none", "in.png", "-o", "same.png"}).status, 0);
+    QCOMPARE(Picture("same.png"), Ramp());
+}
+
+void TestAdjust::AStepsOwnSelectionTakesThePlaceOfTheMask()
+{
+    StorePicture("in.png", Ramp());
+    QImage mask(4, 3, QImage::Format_RGB32);
+    mask.fill(Qt::white);
+    StorePicture("mask.png", mask);
+    Store(Path("r"), R"({"adjustmentgui": 1, "steps": [
+        {"adjustment": "brightness-contrast", "settings": {"brightness": 30},
+         "selection": {"rectangle": [10, 12, 20, 17]}},
+        {"adjustment": "brightness-contrast", "settings": {"brightness": 20}}]})");
+    QCOMPARE(Run({"apply", "-r", "r", "-s", "mask.png", "--offset", "2,1", "in.png", "-o", "out.png"}).status,
+             0);
+    const QImage inRectangle = Brighter(Ramp(), 30, QRect(10, 12, 10, 5));
+    QCOMPARE(Picture("out.png"), Brighter(inRectangle, 20, QRect(2, 1, 4, 3)));
+    QCOMPARE(Run({"apply", "-r", "r", "in.png", "-o", "whole.png"}).status, 0);
+    QCOMPARE(Picture("whole.png"), Brighter(inRectangle, 20, Ramp().rect()));
+}
+
+void TestAdjust::AShapeFitsEachPicture()
+{
+    QVERIFY(QDir(m_folder->path()).mkdir("out"));
+    Store(Path("r"), R"({"adjustmentgui": 1, "steps": [
+        {"adjustment": "brightness-contrast", "settings": {"brightness": 30},
+         "selection": {"ellipse": [-10, 3, 30, 25.5], "feather": 4}}]})");
+    const QList<QSize> sizes{{40, 30}, {12, 30}, {3, 2}};
+    QStringList names;
+    for (const QSize& size : sizes) {
+        names.append(QStringLiteral("%1.png").arg(size.width()));
+        StorePicture(names.last(), Ramp(size.width(), size.height()));
+    }
+    QCOMPARE(Run(QStringList{"apply", "-r", "r", "-o", "out"} + names).status, 0);
+    QPainterPath ellipse;
+    ellipse.addEllipse(QRectF(QPointF(-10, 3), QPointF(30, 25.5)));
+    const auto settings = operations::Catalog::Find("brightness-contrast")->makeSettings();
+    QCOMPARE(settings->SetFromText("brightness=30"), QString());
+    for (int i = 0; i < sizes.size(); ++i) {
+        const RGBA32iImage source = ImageFromQImage(Ramp(sizes.at(i).width(), sizes.at(i).height()));
+        const RGBA32iImage expected =
+            settings->MakeTask().ApplyToCopy(source, MaskOfShape(ellipse, 4, sizes.at(i))).picture;
+        QVERIFY(TestPictures::AreEqual(ImageFromQImage(Picture("out/" + names.at(i))), expected));
+    }
+}
+
+/// Two steps share the mask and put it in different places.
+void TestAdjust::AMaskLiesBesideItsRecipe()
+{
+    StorePicture("in.png", Ramp());
+    QVERIFY(QDir(m_folder->path()).mkpath("recipes/masks"));
+    QImage mask(4, 3, QImage::Format_RGB32);
+    mask.fill(Qt::white);
+    StorePicture("recipes/masks/m.png", mask);
+    Store(Path("recipes/r"), R"({"adjustmentgui": 1, "steps": [
+        {"adjustment": "brightness-contrast", "settings": {"brightness": 30},
+         "selection": {"mask": "masks/m.png", "offset": [5, 7]}},
+        {"adjustment": "brightness-contrast", "settings": {"brightness": 20},
+         "selection": {"mask": "masks/m.png", "offset": [-1, 0]}}]})");
+    for (const QString& recipe : {QStringLiteral("recipes/r"), Path("recipes/r")}) {
+        const Outcome outcome = Run({"apply", "-r", recipe, "--force", "in.png", "-o", "out.png"});
+        QCOMPARE(outcome.err, QString());
+        QCOMPARE(outcome.status, 0);
+        QCOMPARE(Picture("out.png"),
+                 Brighter(Brighter(Ramp(), 30, QRect(5, 7, 4, 3)), 20, QRect(0, 0, 3, 3)));
+    }
+    QVERIFY(QFile::remove(Path("recipes/masks/m.png")));
+    const Outcome missing = Run({"apply", "-r", "recipes/r", "in.png", "-o", "new.png"});
+    QCOMPARE(missing.status, 1);
+    QVERIFY2(missing.err.startsWith("adjust: recipes/masks/m.png: "), qPrintable(missing.err));
+    QVERIFY(!QFile::exists(Path("new.png")));
+}
+
+void TestAdjust::SaysWhatIsWrongWithARecipe_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("empty") << QByteArray("") << "the file is empty";
+    QTest::newRow("a preset") << QByteArray("KVBrightnessContrast 1.00000\0\0\0\0\0\0\0\0", 36)
+                              << "it is not JSON";
+    QTest::newRow("another version") << QByteArray(R"({"adjustmentgui": 2, "steps": []})")
+                                     << "adjustmentgui: version 2 is not known";
+    QTest::newRow("outside its range")
+        << QByteArray(R"({"adjustmentgui": 1, "steps": [{"adjustment": "tint"}, {"adjustment": "gamma",
+                          "settings": {"gamma": 12}}]})")
+        << "steps[1].settings: gamma: 12 is outside";
+    QTest::newRow("a mask elsewhere") << QByteArray(R"({"adjustmentgui": 1, "steps": [{"adjustment": "tint",
+                          "selection": {"mask": "../in.png"}}]})")
+                                      << "steps[0].selection: mask: ";
+    QTest::newRow("a disabled step is checked as well")
+        << QByteArray(R"({"adjustmentgui": 1, "steps": [{"adjustment": "nonsense", "enabled": false}]})")
+        << "steps[0].adjustment: there is no adjustment \"nonsense\"";
+}
+
+void TestAdjust::SaysWhatIsWrongWithARecipe()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, expected);
+    Store(Path("r"), bytes);
+    StorePicture("in.png", Ramp());
+    const Outcome outcome = Run({"apply", "-r", "r", "in.png", "-o", "out.png"});
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.out, QString());
+    QVERIFY2(outcome.err.startsWith(QStringLiteral("adjust: r: ")) && outcome.err.contains(expected),
+             qPrintable(outcome.err));
+    QVERIFY(!QFile::exists(Path("out.png")));
+    const Outcome missing = Run({"apply", "-r", "missing", "in.png", "-o", "out.png"});
+    QCOMPARE(missing.status, 1);
+    QVERIFY2(missing.err.startsWith(QStringLiteral("adjust: missing: ")), qPrintable(missing.err));
 }
 
 void TestAdjust::WritesManyPicturesIntoAFolder_data()

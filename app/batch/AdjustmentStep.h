@@ -1,6 +1,6 @@
 #pragma once
 
-#include "operations/Catalog.h"
+#include "operations/Recipe.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -25,6 +25,7 @@ public:
     /// Valid after one of these has succeeded.
     const operations::Adjustment& Adjustment() const { return *m_adjustment; }
     const operations::Settings& Settings() const { return *m_settings; }
+    operations::Recipe::Step RecipeStep() const { return {*m_adjustment, m_settings->Clone()}; }
 
 private:
     const operations::Adjustment* m_adjustment = nullptr;

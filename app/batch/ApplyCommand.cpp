@@ -7,9 +7,13 @@
 #include "batch/OutputPlan.h"
 #include "batch/PicturePipeline.h"
 #include "batch/ReadMask.h"
+#include "operations/Recipe.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QThread>
+
+#include <map>
 
 namespace {
 
@@ -31,6 +35,13 @@ public:
 private:
     using Problem = OutputPlan::Problem;
 
+    /// One adjustment, and the folder in which its mask is looked for.
+    struct Step
+    {
+        operations::Recipe::Step recipeStep;
+        QString folder;
+    };
+
     static Problem Wrong(const QString& text) { return {ExitStatus::WrongCall, text}; }
     static Problem Failed(const QString& text)
     {
@@ -41,9 +52,14 @@ private:
     Problem TakeFiles();
     Problem TakeNumbers();
     Problem TakeSteps();
+    QString TakeText(const QString& text);
+    QString TakePreset(const QString& path);
+    QString TakeRecipe(const QString& path);
     Problem TakeMask();
+    Problem PrepareSteps();
     Problem TakeWhole(const QCommandLineOption& option, int maximum, int& number) const;
     ExitStatus Process();
+    void TellWhatIsMissing() const;
 
     const QCommandLineParser& Parser() const { return m_line.Parser(); }
 
@@ -54,8 +70,12 @@ private:
     const QCommandLineOption m_preset{
         {QStringLiteral("p"), QStringLiteral("preset")},
         tr("Applies a stored preset. -a and -p may be given as often as wanted, "
-           "and are applied in their order."),
+           "and are applied in their order; so may -r."),
         QStringLiteral("FILE")};
+    const QCommandLineOption m_recipe{{QStringLiteral("r"), QStringLiteral("recipe")},
+                                      tr("Applies the steps of a recipe. A step's own selection takes the "
+                                         "place of the mask."),
+                                      QStringLiteral("FILE")};
     const QCommandLineOption m_selection{
         {QStringLiteral("s"), QStringLiteral("selection")},
         tr("A picture whose grey values limit the adjustments: black keeps a "
@@ -78,8 +98,9 @@ private:
                                       tr("A file for one picture, a folder for several."),
                                       QStringLiteral("OUT")};
 
-    std::vector<AdjustmentStep> m_steps;
+    std::vector<Step> m_steps;
     operations::Selection m_mask;
+    std::vector<PicturePipeline::Step> m_pipelineSteps;
     OutputPlan m_plan;
     PicturePipeline::Options m_options;
 };
@@ -89,6 +110,7 @@ ApplyCommand::ApplyCommand(const QStringList& arguments)
 {
     m_line.AddOption(m_adjust);
     m_line.AddOption(m_preset);
+    m_line.AddOption(m_recipe);
     m_line.AddOption(m_selection);
     m_line.AddOption(m_offset);
     m_line.AddOption(m_jobs);
@@ -116,7 +138,7 @@ ApplyCommand::Problem ApplyCommand::Prepare()
 {
     using Take = Problem (ApplyCommand::*)();
     for (const Take take : {&ApplyCommand::TakeFiles, &ApplyCommand::TakeNumbers, &ApplyCommand::TakeSteps,
-                            &ApplyCommand::TakeMask}) {
+                            &ApplyCommand::TakeMask, &ApplyCommand::PrepareSteps}) {
         const Problem problem = (this->*take)();
         if (problem.status != ExitStatus::Done)
             return problem;
@@ -167,30 +189,59 @@ ApplyCommand::Problem ApplyCommand::TakeNumbers()
     return problem;
 }
 
-/// Both kinds of steps keep the order of the command line among each other, which the parser tells through
+/// All kinds of steps keep the order of the command line among each other, which the parser tells through
 /// the names of the options alone.
 ApplyCommand::Problem ApplyCommand::TakeSteps()
 {
     QStringList texts = Parser().values(m_adjust);
     QStringList presets = Parser().values(m_preset);
-    QStringList unreadable;
+    QStringList recipes = Parser().values(m_recipe);
+    if (texts.isEmpty() && presets.isEmpty() && recipes.isEmpty())
+        return Wrong(tr("apply: no adjustment is given; -a, -p or -r names one"));
+    QString unreadable;
     const QStringList names = Parser().optionNames();
     for (const QString& name : names) {
-        AdjustmentStep step;
+        QString problem;
         if (m_adjust.names().contains(name)) {
-            if (const QString problem = step.TakeText(texts.takeFirst()); !problem.isEmpty())
+            if (problem = TakeText(texts.takeFirst()); !problem.isEmpty())
                 return Wrong(problem);
         } else if (m_preset.names().contains(name)) {
-            if (const QString problem = step.TakePreset(presets.takeFirst()); !problem.isEmpty())
-                unreadable.append(problem);
-        } else {
-            continue;
+            problem = TakePreset(presets.takeFirst());
+        } else if (m_recipe.names().contains(name)) {
+            problem = TakeRecipe(recipes.takeFirst());
         }
-        m_steps.push_back(std::move(step));
+        if (unreadable.isEmpty())
+            unreadable = problem;
     }
-    if (m_steps.empty())
-        return Wrong(tr("apply: no adjustment is given; -a or -p names one"));
-    return unreadable.isEmpty() ? Problem() : Failed(unreadable.first());
+    return Failed(unreadable);
+}
+
+QString ApplyCommand::TakeText(const QString& text)
+{
+    AdjustmentStep step;
+    const QString problem = step.TakeText(text);
+    if (problem.isEmpty())
+        m_steps.push_back({step.RecipeStep(), QString()});
+    return problem;
+}
+
+QString ApplyCommand::TakePreset(const QString& path)
+{
+    AdjustmentStep step;
+    const QString problem = step.TakePreset(path);
+    if (problem.isEmpty())
+        m_steps.push_back({step.RecipeStep(), QString()});
+    return problem;
+}
+
+QString ApplyCommand::TakeRecipe(const QString& path)
+{
+    const operations::Recipe::Result result = operations::Recipe::Read(path);
+    const QString folder = QFileInfo(path).path();
+    for (const operations::Recipe::Step& step : result.recipe.steps)
+        if (step.enabled)
+            m_steps.push_back({step, folder});
+    return result.error;
 }
 
 ApplyCommand::Problem ApplyCommand::TakeMask()
@@ -210,13 +261,46 @@ ApplyCommand::Problem ApplyCommand::TakeMask()
     return Failed(ReadMask(Parser().value(m_selection), position, m_options.reading, m_mask));
 }
 
+/// A mask is read once, however many steps it limits; a shape is drawn for each picture.
+ApplyCommand::Problem ApplyCommand::PrepareSteps()
+{
+    std::map<QString, operations::Selection> masks;
+    for (const Step& step : m_steps) {
+        const operations::RecipeSelection& own = step.recipeStep.selection;
+        const operations::Task task = step.recipeStep.settings->MakeTask();
+        if (own.IsShape()) {
+            m_pipelineSteps.push_back({task, [own](const QSize& picture) { return own.OfShape(picture); }});
+            continue;
+        }
+        const auto readMask = [&](const QString& file, operations::Selection& mask) {
+            const QString path = step.folder + QLatin1Char('/') + file;
+            const auto [entry, isNew] = masks.try_emplace(path);
+            const QString problem =
+                isNew ? ReadMask(path, QPoint(), m_options.reading, entry->second) : QString();
+            mask = entry->second;
+            return problem;
+        };
+        operations::Selection selection = m_mask;
+        if (own.kind == operations::RecipeSelection::Kind::MaskFile)
+            if (const QString problem = own.Make(QSize(), readMask, selection); !problem.isEmpty())
+                return Failed(problem);
+        m_pipelineSteps.push_back({task, [selection](const QSize&) { return selection; }});
+    }
+    return {};
+}
+
+void ApplyCommand::TellWhatIsMissing() const
+{
+    for (const Step& step : m_steps)
+        if (const QString missing = step.recipeStep.settings->WhatIsMissing(); !missing.isEmpty())
+            Console::Complain(tr("note: %1: %2").arg(step.recipeStep.adjustment->name, missing));
+}
+
 ExitStatus ApplyCommand::Process()
 {
-    for (const AdjustmentStep& step : m_steps)
-        if (const QString missing = step.Settings().WhatIsMissing(); !missing.isEmpty())
-            Console::Complain(tr("note: %1: %2").arg(step.Adjustment().name, missing));
+    TellWhatIsMissing();
     InterruptWatch interrupt;
-    PicturePipeline pipeline(m_steps, m_mask, m_options);
+    PicturePipeline pipeline(m_pipelineSteps, m_options);
     QObject::connect(&interrupt, &InterruptWatch::Interrupted, &pipeline, &PicturePipeline::Stop);
     const int failed = pipeline.Run(m_plan.Items());
     if (interrupt.Signal() != 0) {

@@ -8,12 +8,9 @@
 
 #include <utility>
 
-PicturePipeline::PicturePipeline(const std::vector<AdjustmentStep>& steps,
-                                 const operations::Selection& selection, const Options& options)
-    : m_selection(selection), m_options(options)
+PicturePipeline::PicturePipeline(const std::vector<Step>& steps, const Options& options)
+    : m_steps(steps), m_options(options)
 {
-    for (const AdjustmentStep& step : steps)
-        m_tasks.push_back(step.Settings().MakeTask());
     m_pool.setMaxThreadCount(options.picturesAtOnce);
     connect(this, &PicturePipeline::PictureDone, this, &PicturePipeline::OnPictureDone, Qt::QueuedConnection);
 }
@@ -96,8 +93,9 @@ void PicturePipeline::Read(Picture& picture) const
 void PicturePipeline::Adjust(Picture& picture) const
 {
     const operations::TaskControl control{&m_stopped, nullptr};
-    for (const operations::Task& task : m_tasks) {
-        const QString problem = task.Apply(picture.pixels, m_selection, control).problem;
+    const QSize size(picture.pixels.Width(), picture.pixels.Height());
+    for (const Step& step : m_steps) {
+        const QString problem = step.task.Apply(picture.pixels, step.select(size), control).problem;
         if (!problem.isEmpty())
             picture.problem = WholeFile::Error(picture.item.input, problem);
         if (!GoesOn(picture))

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "batch/AdjustmentStep.h"
 #include "batch/OutputPlan.h"
 #include "core/KVImageFileManager.h"
 #include "operations/Task.h"
@@ -9,6 +8,7 @@
 #include <QThreadPool>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -28,8 +28,15 @@ public:
         int picturesAtOnce = 1;
     };
 
-    PicturePipeline(const std::vector<AdjustmentStep>& steps, const operations::Selection& selection,
-                    const Options& options);
+    /// One adjustment of every picture.
+    struct Step
+    {
+        operations::Task task;
+        /// What is adjusted in a picture of this size. Called on any thread, several times at once.
+        std::function<operations::Selection(const QSize& picture)> select;
+    };
+
+    PicturePipeline(const std::vector<Step>& steps, const Options& options);
     ~PicturePipeline() override;
 
     /// Runs an event loop until every picture is done or has failed. The number that failed.
@@ -71,8 +78,7 @@ private:
     void Fail(const QString& error);
     static void TellNotes(const Picture& picture);
 
-    std::vector<operations::Task> m_tasks;
-    const operations::Selection m_selection;
+    const std::vector<Step> m_steps;
     const Options m_options;
     QList<OutputPlan::Item> m_waiting;
     int m_total = 0;

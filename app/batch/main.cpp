@@ -38,11 +38,11 @@ void OnQtMessage(QtMsgType type, const QMessageLogContext&, const QString& messa
 
 void PrintHelp()
 {
-    Console::Print(MainText::tr("Applies image adjustments and stored presets to many pictures.\n\n"
+    Console::Print(MainText::tr("Applies image adjustments, stored presets and recipes to many pictures.\n\n"
                                 "  adjust list [--json]\n"
                                 "  adjust preset NAME [FIELD=VALUE ...] [--force] -o FILE\n"
                                 "  adjust show FILE [--json]\n"
-                                "  adjust apply (-a 'NAME [FIELD=VALUE ...]' | -p FILE)...\n"
+                                "  adjust apply (-a 'NAME [FIELD=VALUE ...]' | -p PRESET | -r RECIPE)...\n"
                                 "               [-s MASK [--offset X,Y]] [-j N] [--force] IN... -o OUT\n"
                                 "  adjust COMMAND --help\n"
                                 "  adjust --version"));
