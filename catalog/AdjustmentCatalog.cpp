@@ -97,11 +97,18 @@ void TakeSettings(const YDTaskWidget& widget, Settings& settings)
     Take(static_cast<const Widget&>(widget), static_cast<SettingsOf<Value>&>(settings).value);
 }
 
+/// What the table of adjustments says of `name`, which is in it.
+const operations::Adjustment& Known(const char* name)
+{
+    const operations::Adjustment* const adjustment = operations::Catalog::Find(QString::fromLatin1(name));
+    Q_ASSERT(adjustment);
+    return *adjustment;
+}
+
 template <class Widget, class Value>
 AdjustmentEntry Entry(const char* name)
 {
-    return {*operations::Catalog::Find(QString::fromLatin1(name)), MakeWidget<Widget>,
-            ShowSettings<Widget, Value>, TakeSettings<Widget, Value>};
+    return {Known(name), MakeWidget<Widget>, ShowSettings<Widget, Value>, TakeSettings<Widget, Value>};
 }
 
 // Adjustments whose widgets are panels only get a frame as dialogs.
@@ -131,8 +138,7 @@ void TakeFromPanel(const YDTaskWidget& widget, Settings& settings)
 template <class Widget>
 AdjustmentEntry PanelEntry(const char* name)
 {
-    return {*operations::Catalog::Find(QString::fromLatin1(name)), MakePanel<Widget>, ShowInPanel<Widget>,
-            TakeFromPanel<Widget>};
+    return {Known(name), MakePanel<Widget>, ShowInPanel<Widget>, TakeFromPanel<Widget>};
 }
 
 std::vector<AdjustmentEntry> MakeEntries()

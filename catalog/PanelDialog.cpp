@@ -17,6 +17,7 @@ PanelDialog::PanelDialog(std::unique_ptr<YDTaskWidget> panel, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_panel, 1);
     layout->addWidget(m_remark);
+    connect(m_panel, &KVAdjustmentWidget::UserParamsChanged, this, &KVAdjustmentWidget::UserParamsChanged);
     connect(m_panel, &YDAdjustmentWidget::DataChanged, this, &YDAdjustmentWidget::DataChanged);
     connect(this, &YDAdjustmentWidget::ImageReady, this, &PanelDialog::ShowRemark);
 }

@@ -9,8 +9,8 @@ class QLabel;
 
 /// A dialog with a preview for an adjustment whose widget is a panel only: a stamp, a text.
 ///
-/// Below the panel stands what the person should know of the settings that were drawn last: why they could
-/// not be, or what they lack.
+/// Below the panel stands what the person should know once a preview is there: why the settings could not be
+/// drawn, or what they lack.
 class ADJUSTMENTGUI_CATALOG_EXPORT PanelDialog : public YDTaskWidget
 {
     Q_OBJECT

@@ -31,8 +31,7 @@ struct ColorEnhancer
 /// Between a bound of a channel's own range and the common one: `affected` per cent of the way to its own.
 [[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT int InputBound(int own, int common, int affected);
 
-/// The same with what was counted of a picture kept in `thresholds`, so that it is counted once. The task may
-/// be run on that picture alone.
+/// A task for one picture alone: what is counted of it is kept in `thresholds` for the next task.
 [[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task
 MakeTask(const ColorEnhancer& settings, const std::shared_ptr<YDThresholdCache>& thresholds);
 

@@ -18,7 +18,8 @@ operations::Task operations::MakeTask(const Sign& settings)
     const Stamp stamp{settings.fileName, int(settings.alignment), settings.margins, settings.blendingMode,
                       settings.opacity};
     return Task([stamp](const YDAdjustmentJob& job) {
-        const OverlayCanvas canvas(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect);
+        const OverlayCanvas canvas(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect,
+                                   job.abort);
         return Outcome(job.image, DrawStamp(stamp, canvas));
     });
 }

@@ -36,8 +36,8 @@ struct Outcome
 
 /// What one adjustment with its settings does to a picture: a value that knows no widget.
 ///
-/// A task may be run on any thread, on several pictures at once; it uses all cores by itself. It is copied at
-/// the price of a pointer.
+/// A task may be run on any thread, on several pictures at once; it uses all cores by itself. None needs an
+/// application object, but for those that draw texts, which say so. It is copied at the price of a pointer.
 class ADJUSTMENTGUI_OPERATIONS_EXPORT Task
 {
 public:

@@ -6,6 +6,8 @@
 #include "image/ColorToRgba.h"
 #include "image/YDTintRGB32.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 namespace {
@@ -24,14 +26,14 @@ int ScaledAmount(int percent)
 }
 
 template <class Functor>
-RGBA32iImage RunWith(const YDAdjustmentJob& job, const Tint& settings, int amount)
+operations::Outcome RunWith(const YDAdjustmentJob& job, const Tint& settings, int amount)
 {
     const Functor functor(ColorToRgba(settings.blackTone), ColorToRgba(settings.whiteTone), amount);
     return operations::RunTransformation(job, YDIterativeTintTransformation<Functor>(functor));
 }
 
 /// The tint channel by channel takes the amount in per cent.
-RGBA32iImage Run(const YDAdjustmentJob& job, const Tint& settings)
+operations::Outcome Run(const YDAdjustmentJob& job, const Tint& settings)
 {
     const int amount = settings.amount;
     switch (settings.type) {
@@ -44,7 +46,7 @@ RGBA32iImage Run(const YDAdjustmentJob& job, const Tint& settings)
     case Tint::Rgb:
         return RunWith<YDTintRGB32>(job, settings, amount);
     default:
-        return {};
+        return {RGBA32iImage(), QCoreApplication::translate("Tint", "There is no tint of this type.")};
     }
 }
 

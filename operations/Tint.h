@@ -38,7 +38,7 @@ struct Tint
     [[nodiscard]] bool Write(QDataStream& stream) const { return YDRecord::Write(stream, *this); }
 };
 
-/// A type that there is not has no result: the outcome's picture is empty.
+/// A type that there is not has no result: the outcome's picture is empty, and its problem says so.
 [[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task MakeTask(const Tint& settings);
 
 } // namespace operations

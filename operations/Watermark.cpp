@@ -4,7 +4,7 @@
 #include "overlay/OverlayCanvas.h"
 #include "overlay/TextOverlay.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 
 QString operations::Watermark::DefaultText()
 {
@@ -17,7 +17,11 @@ operations::Task operations::MakeTask(const Watermark& settings)
                               settings.font,    settings.color,    settings.blendingMode,
                               settings.opacity, settings.hrzTiles, settings.vrtTiles};
     return Task([overlay](const YDAdjustmentJob& job) {
-        const OverlayCanvas canvas(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect);
+        if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
+            return Outcome(job.image,
+                           QCoreApplication::translate("Watermark", "Texts need a QGuiApplication."));
+        const OverlayCanvas canvas(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect,
+                                   job.abort);
         return Outcome(job.image, DrawText(overlay, canvas));
     });
 }

@@ -46,7 +46,7 @@ struct ADJUSTMENTGUI_OPERATIONS_EXPORT Watermark
     static QString DefaultText();
 };
 
-/// Draws with fonts, so a QGuiApplication is needed when it is run.
+/// Draws with fonts, so it is a problem of the outcome where there is no QGuiApplication.
 [[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task MakeTask(const Watermark& settings);
 
 } // namespace operations

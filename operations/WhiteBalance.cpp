@@ -11,6 +11,8 @@
 #include "image/YDIterativePhotoFilterTransformation.h"
 #include "image/YDTemperatureCorrection.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <functional>
 #include <limits>
@@ -139,17 +141,26 @@ bool Enhance(const YDAdjustmentJob& job, const WhiteBalance& settings)
     return enhance(job, balance, OpacityOf(settings));
 }
 
+/// Empty where it was aborted.
+QString WhyNotEnhanced(const YDAdjustmentJob& job)
+{
+    const bool isAborted = job.abort && job.abort->load();
+    return isAborted ? QString()
+                     : QCoreApplication::translate("WhiteBalance",
+                                                   "There may be too little memory for this picture.");
+}
+
 /// The advanced correction works in automatic mode only.
 bool IsEnhanced(const WhiteBalance& settings)
 {
     return settings.mode == KVWBTransformation::Auto && settings.enhanced;
 }
 
-RGBA32iImage Run(const YDAdjustmentJob& job, const WhiteBalance& settings)
+operations::Outcome Run(const YDAdjustmentJob& job, const WhiteBalance& settings)
 {
     if (IsEnhanced(settings)) {
         if (!Enhance(job, settings))
-            return job.image;
+            return {job.image, WhyNotEnhanced(job)};
     } else {
         RunTransformation(job, KVIterativeWBTransformation(job.Pixels(),
                                                            KVWBTransformation::BalanceFunction(settings.mode),
@@ -189,6 +200,6 @@ const int* operations::StrengthFieldOf(const WhiteBalance& settings) { return Fi
 
 operations::Task operations::MakeTask(const WhiteBalance& settings)
 {
-    return Task([settings](const YDAdjustmentJob& job) { return Outcome(Run(job, settings)); },
+    return Task([settings](const YDAdjustmentJob& job) { return Run(job, settings); },
                 IsEnhanced(settings) ? Task::Copying::Before : Task::Copying::InFirstPass);
 }

@@ -15,7 +15,7 @@ class FillColor;
 
 /// Fills a picture, or what is selected of it, with one colour.
 ///
-/// Only the preview of a dialog changes pixels: ConvertImage() is the base's and does nothing.
+/// Only the preview of a dialog changes pixels: ConvertImage() does nothing.
 class ADJUSTMENTGUI_EXPORT KVFillColorWidget : public YDTaskWidget
 {
     Q_OBJECT

@@ -122,7 +122,9 @@ void KVSelectiveColorsWidget::Reset()
 
 void KVSelectiveColorsWidget::StartJobWatching(JobWatcher* watcher)
 {
-    if (!m_gpu || !m_gpu->Start(watcher, MakePreviewJob(), PictureNumber(), GetValue()))
+    if (m_gpu && m_gpu->Start(watcher, MakePreviewJob(), PictureNumber(), GetValue()))
+        ForgetProblem();
+    else
         YDTaskWidget::StartJobWatching(watcher);
 }
 

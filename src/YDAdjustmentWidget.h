@@ -30,11 +30,11 @@ class AdjustmentDialogBase;
 /// progress strip, and computes a preview in the background 50 ms after the last change of a control. As a
 /// panel it is the controls alone, and the host applies the adjustment through ConvertImage().
 ///
-/// A concrete adjustment builds its form on GetUIContent(), keeps its parameters and overrides
-/// ConvertImage(), Reset() and StartJobWatching(), the latter two in a few lines: MakePreviewJob() or
-/// MakeConversionJob() gives the common part of a job, Launch() starts it, RunTransformation() is its work.
-/// Every slot that reacts to a control stores the value and calls AnnounceChange(), but for those that change
-/// only what the controls show, such as the channel in view.
+/// A concrete adjustment builds its form on GetUIContent(), keeps its parameters and overrides Reset(). Most
+/// derive from YDTaskWidget, which implements ConvertImage() and StartJobWatching() over a task. One that
+/// does so itself has MakePreviewJob() or MakeConversionJob() for the common part of a job, Launch() to start
+/// it and RunTransformation() for its work. Every slot that reacts to a control stores the value and calls
+/// AnnounceChange(), but for those that change only what the controls show, such as the channel in view.
 ///
 /// All of it belongs to the GUI thread. Jobs run on the global thread pool and read nothing of the widget
 /// but the abort flag; a widget that is destroyed while its job runs aborts it and waits for it.

@@ -15,7 +15,7 @@ class ReplaceColor;
 
 /// Replaces the colour of the connected area that touches one corner of a picture.
 ///
-/// Only the preview of a dialog changes pixels: ConvertImage() is the base's and does nothing. The area is
+/// Only the preview of a dialog changes pixels: ConvertImage() does nothing. The area is
 /// sought in the whole picture, whatever is selected, and its filling runs to its end once it has begun.
 class ADJUSTMENTGUI_EXPORT YDReplaceColorWidget : public YDTaskWidget
 {

@@ -26,8 +26,11 @@ void YDTaskWidget::StartJobWatching(JobWatcher* watcher)
         }));
 }
 
+void YDTaskWidget::ForgetProblem() { m_problemOfJob = std::make_shared<const QString>(); }
+
 void YDTaskWidget::ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
                                 const QRect& boundingRect)
 {
-    m_problem = MakeTaskForSource().Apply(image, {selection, offset, boundingRect}, {nullptr, Progress()}).problem;
+    m_problem =
+        MakeTaskForSource().Apply(image, {selection, offset, boundingRect}, {nullptr, Progress()}).problem;
 }

@@ -39,6 +39,9 @@ protected:
     /// The task that the widget itself runs, always over what SetImage() gave it. The base's is MakeTask().
     [[nodiscard]] virtual operations::Task MakeTaskForSource() const { return MakeTask(); }
 
+    /// For a job that runs no task and so has no problem to tell of.
+    void ForgetProblem();
+
 private:
     std::shared_ptr<const QString> m_problemOfJob; ///< written by the job before its result
     QString m_problem;

@@ -7,7 +7,6 @@
 
 #include <memory>
 
-class KVIterativeWBTransformation;
 class QRadioButton;
 
 namespace Ui {

@@ -7,14 +7,17 @@
 #include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QApplication>
+#include <QComboBox>
 #include <QDialog>
 #include <QFile>
 #include <QJsonDocument>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QSet>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
@@ -229,6 +232,8 @@ private slots:
     void EveryAdjustmentHasADialogWithButtonsAndAPanelWithout();
     void TheSameSettingsGiveTheSameBytesWhicheverWayTheyGo_data() { Adjustments(); }
     void TheSameSettingsGiveTheSameBytesWhicheverWayTheyGo();
+    void AChangeIsAnnouncedByTheDialogItself_data() { Adjustments(); }
+    void AChangeIsAnnouncedByTheDialogItself();
     void EveryAdjustmentHasAWidget();
     void WhatSettingsLackIsRemarked();
     void WhatCannotBeDrawnIsToldAndLeavesThePicture();
@@ -600,6 +605,29 @@ void TestAdjustmentCatalog::WhatSettingsLackIsRemarked()
     QCOMPARE(dialog->findChild<QLabel*>(QStringLiteral("Remark"))->text(), settings->WhatIsMissing());
     QCOMPARE(settings->SetFromText(QStringLiteral("fileName=a.png")), QString());
     QCOMPARE(settings->WhatIsMissing(), QString());
+}
+
+/// Host, listeners to changes and the preview hear of what a control does, in a dialog of any kind.
+void TestAdjustmentCatalog::AChangeIsAnnouncedByTheDialogItself()
+{
+    const auto dialog = Entry().makeWidget(true, nullptr);
+    QStringList heard;
+    connect(dialog.get(), &KVAdjustmentWidget::UserParamsChanged, this, [&] { heard.append("host"); });
+    connect(dialog.get(), &YDAdjustmentWidget::DataChanged, this, [&] { heard.append("data"); });
+    auto* const spin = dialog->findChild<QSpinBox*>();
+    auto* const fraction = dialog->findChild<QDoubleSpinBox*>();
+    auto* const box = dialog->findChild<QComboBox*>();
+    if (auto* const button = dialog->findChild<QRadioButton*>(QStringLiteral("m_pCIE")))
+        button->setChecked(true); // the weights can be edited for one kind only
+    else if (spin)
+        spin->setValue(spin->value() == spin->maximum() ? spin->minimum() : spin->maximum());
+    else if (fraction)
+        fraction->setValue(fraction->maximum());
+    else if (box)
+        box->setCurrentIndex(1);
+    QVERIFY(heard.contains("host"));
+    QCOMPARE(heard.first(), QStringLiteral("host"));
+    QCOMPARE(heard.contains("data"), Entry().name != QLatin1String("curves")); // that is the channel in view
 }
 
 /// From the settings' own task, from a panel's, from ConvertImage() and from a dialog's preview, with a

@@ -59,7 +59,10 @@ struct Bench
     }
 
     AdjustmentDialog& Dialog() const { return *session->Dialog(); }
-    SlowAdjustment& Slow() const { return static_cast<SlowAdjustment&>(PanelDialog::PanelOf(*Dialog().Widget())); }
+    SlowAdjustment& Slow() const
+    {
+        return static_cast<SlowAdjustment&>(PanelDialog::PanelOf(*Dialog().Widget()));
+    }
     QAbstractButton* Button(QDialogButtonBox::StandardButton which) const
     {
         return Dialog().findChild<QDialogButtonBox*>(QStringLiteral("m_pButtons"))->button(which);

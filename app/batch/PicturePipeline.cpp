@@ -83,6 +83,7 @@ void PicturePipeline::Read(Picture& picture) const
     picture.problem = picture.content.error;
     if (!picture.problem.isEmpty())
         return;
+    picture.isRead = true;
     picture.pixels = ImageFromQImage(picture.content.image);
     picture.content.image = QImage();
     if (picture.pixels.IsEmpty())
@@ -131,7 +132,8 @@ void PicturePipeline::OnPictureDone()
 
 void PicturePipeline::Report(const Picture& picture)
 {
-    TellNotes(picture);
+    if (picture.isRead)
+        TellNotes(picture);
     if (!picture.problem.isEmpty())
         Fail(picture.problem);
     else if (!picture.written.error.isEmpty())

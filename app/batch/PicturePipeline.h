@@ -14,8 +14,8 @@
 #include <vector>
 
 /// Takes pictures through reading, adjusting and writing, each on one thread of a pool of its own; an
-/// adjustment fans out to all cores by itself. At most `picturesAtOnce` pictures are in memory. A picture
-/// that fails is reported and the others go on.
+/// adjustment fans out to all cores by itself. At most `picturesAtOnce` pictures are in memory, each with the
+/// copies that its adjustment makes. A picture that fails is reported and the others go on.
 class PicturePipeline : public QObject
 {
     Q_OBJECT
@@ -57,6 +57,7 @@ private:
         OutputPlan::Item item;
         KVImageFileManager::ReadResult content;
         RGBA32iImage pixels;
+        bool isRead = false;
         QString problem;        ///< why the picture is not written; empty for nothing
         bool isDropped = false; ///< stopped before it was written
         KVImageFileManager::WriteResult written;

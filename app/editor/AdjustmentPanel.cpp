@@ -209,8 +209,7 @@ void AdjustmentPanel::Deliver(const QPointer<Document>& document, const RGBA32iI
         Messages::ShowError(this, tr("The adjustment could not be computed."), problem);
         return;
     }
-    if (!adjusted.IsEmpty()) // settings that name no rule change nothing
-        document->Commit(adjusted, title);
+    document->Commit(adjusted, title);
     emit Applied();
 }
 

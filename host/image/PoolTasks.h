@@ -15,8 +15,8 @@
 /// and tells the thread sanitizer before it reads anything that it was handed; code inside of Qt's own task
 /// cannot.
 ///
-/// Only a task that the pool has no thread for may be run by who waits for its future. QtConcurrent::run() has
-/// a wait run whatever no thread has begun yet, and waking one takes longer than to come to the wait.
+/// Only a task that the pool has no thread for may be run by who waits for its future. QtConcurrent::run()
+/// has a wait run whatever no thread has begun yet, and waking one takes longer than to come to the wait.
 template <class Result>
 class PoolTask : public QRunnable
 {

@@ -15,6 +15,8 @@ QString DrawStamp(const Stamp& stamp, const OverlayCanvas& canvas)
     const StampCache::Picture picture = StampCache::Fitting(stamp.fileName, area.size());
     if (!picture.error.isEmpty())
         return picture.error;
+    if (canvas.IsAborted())
+        return {};
     const QRect place(OverlayArea::Aligned(stamp.alignment, picture.image.size(), area),
                       picture.image.size());
     const auto source = [&](int x, int y, int, YDRGBA32i*) {

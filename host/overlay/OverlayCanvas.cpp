@@ -15,8 +15,8 @@ constexpr int RowsPerBand = 16;
 } // namespace
 
 OverlayCanvas::OverlayCanvas(const RGBA32iImage& picture, const RGBA32iImage& selection, const QPoint& offset,
-                             const QRect& bounds)
-    : m_picture(picture), m_reach(0, 0, picture.Width(), picture.Height())
+                             const QRect& bounds, const std::atomic<bool>* abort)
+    : m_picture(picture), m_reach(0, 0, picture.Width(), picture.Height()), m_abort(abort)
 {
     if (bounds.isEmpty())
         return;
@@ -29,7 +29,7 @@ void OverlayCanvas::Lay(const Source& source, const QRect& area, const OverlayRu
 {
     const QRect touched = area & m_reach;
     const int end = touched.right() + 1;
-    ForEachRowBand(touched.top(), touched.bottom() + 1, RowsPerBand, nullptr, [&](int first, int last) {
+    ForEachRowBand(touched.top(), touched.bottom() + 1, RowsPerBand, m_abort, [&](int first, int last) {
         std::array<YDRGBA32i, PiecePixels> buffer;
         for (int y = first; y < last; ++y) {
             for (int x = touched.left(); x < end; x += PiecePixels) {

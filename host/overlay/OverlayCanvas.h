@@ -7,6 +7,7 @@
 #include <QRect>
 #include <QSize>
 
+#include <atomic>
 #include <functional>
 #include <optional>
 
@@ -17,9 +18,12 @@ class OverlayCanvas
 {
 public:
     /// The coverage `selection` lies at `offset` in the picture, and `bounds` is the part of it that counts;
-    /// empty bounds mean that the whole picture is selected.
+    /// empty bounds mean that the whole picture is selected. Drawing stops in the middle once `abort` is set,
+    /// which may be null and must outlive the canvas.
     OverlayCanvas(const RGBA32iImage& picture, const RGBA32iImage& selection, const QPoint& offset,
-                  const QRect& bounds);
+                  const QRect& bounds, const std::atomic<bool>* abort = nullptr);
+
+    bool IsAborted() const { return m_abort && m_abort->load(std::memory_order_relaxed); }
 
     QSize Size() const { return {m_picture.Width(), m_picture.Height()}; }
 
@@ -44,4 +48,5 @@ private:
     RGBA32iImage m_mask;
     std::optional<YDSelectionArea> m_selected; ///< none: the whole picture is
     QRect m_reach;
+    const std::atomic<bool>* m_abort;
 };

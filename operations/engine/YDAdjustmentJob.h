@@ -24,9 +24,9 @@ struct YDAdjustmentJob
     QRect selectionBoundingRect; ///< empty: no selection, the whole picture is adjusted
     QPoint selectionOffset;      ///< where the bounding rectangle's origin lies in the picture
 
-    const std::atomic<bool>* abort = nullptr; ///< tells a job to stop at the next row; null: never
+    const std::atomic<bool>* abort = nullptr;     ///< tells a job to stop at the next row; null: never
+    operations::TaskProgress* progress = nullptr; ///< hears how far the job is; outlives it; null: nobody
+
     /// The pixels as they are before the first pass.
     const RGBA32iImage& Pixels() const { return source.IsEmpty() ? image : source; }
-
-    operations::TaskProgress* progress = nullptr; ///< hears how far the job is; outlives it; null: nobody
 };
