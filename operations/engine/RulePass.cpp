@@ -25,8 +25,11 @@ constexpr quintptr CacheLine = 64;
 void Prefetch(const YDRGBA32i* pixels)
 {
     const quintptr first = reinterpret_cast<quintptr>(pixels) + PixelsAhead * sizeof(YDRGBA32i);
-    for (quintptr line = 0; line < PiecePixels * sizeof(YDRGBA32i); line += CacheLine)
+    for (quintptr line = 0; line < PiecePixels * sizeof(YDRGBA32i); line += CacheLine) {
+        // A number and not a sum of a pointer, which may not point past the picture.
+        // NOLINTNEXTLINE(performance-no-int-to-ptr)
         __builtin_prefetch(reinterpret_cast<const void*>(first + line));
+    }
 }
 
 using Work = std::function<void(int row)>;
