@@ -1,6 +1,6 @@
 #include "operations/BlackAndWhite.h"
 
-#include "RunTransformation.h"
+#include "RuleTask.h"
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 
 #include <array>
@@ -49,11 +49,8 @@ float BlackAndWhite::GetB() const { return WeightsOf(*this).b; }
 
 operations::Task operations::MakeTask(const BlackAndWhite& settings)
 {
-    return Task(
-        [settings](const YDAdjustmentJob& job) {
-            return RunTransformation(job, YDIterativeBlackAndWhiteTransformation(
-                                              settings.type == BlackAndWhite::Cie, settings.GetR(),
-                                              settings.GetG(), settings.GetB()));
-        },
-        Task::Copying::InFirstPass);
+    return RuleTask([settings] {
+        return YDIterativeBlackAndWhiteTransformation(settings.type == BlackAndWhite::Cie, settings.GetR(),
+                                                      settings.GetG(), settings.GetB());
+    });
 }

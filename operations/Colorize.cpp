@@ -1,15 +1,12 @@
 #include "operations/Colorize.h"
 
-#include "RunTransformation.h"
+#include "RuleTask.h"
 #include "image/ColorToRgba.h"
 #include "image/YDIterativeColorizeTransformation.h"
 
 operations::Task operations::MakeTask(const Colorize& settings)
 {
-    return Task(
-        [settings](const YDAdjustmentJob& job) {
-            return RunTransformation(
-                job, YDIterativeColorizeTransformation(ColorToRgba(settings.color), settings.amount));
-        },
-        Task::Copying::InFirstPass);
+    return RuleTask([settings] {
+        return YDIterativeColorizeTransformation(ColorToRgba(settings.color), settings.amount);
+    });
 }

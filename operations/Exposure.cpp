@@ -1,14 +1,10 @@
 #include "operations/Exposure.h"
 
-#include "RunTransformation.h"
+#include "RuleTask.h"
 #include "image/YDIterativeExposureTransformation.h"
 
 operations::Task operations::MakeTask(const Exposure& settings)
 {
-    return Task(
-        [settings](const YDAdjustmentJob& job) {
-            return RunTransformation(job,
-                                     YDIterativeExposureTransformation(settings.exposure, settings.offset));
-        },
-        Task::Copying::InFirstPass);
+    return RuleTask(
+        [settings] { return YDIterativeExposureTransformation(settings.exposure, settings.offset); });
 }

@@ -1,6 +1,6 @@
 #include "operations/Levels.h"
 
-#include "RunTransformation.h"
+#include "RuleTask.h"
 #include "image/YDIterativeLevelsTransformation.h"
 
 #include <algorithm>
@@ -65,17 +65,14 @@ double Levels::ToneValue(int low, int high, int position)
 
 operations::Task operations::MakeTask(const Levels& settings)
 {
-    return Task(
-        [settings](const YDAdjustmentJob& job) {
-            constexpr int FullStrength = 100; // per cent
-            int input[4][2];
-            int output[4][2];
-            for (std::size_t channel = 0; channel < settings.input.size(); ++channel) {
-                std::copy_n(settings.input[channel].begin(), 2, input[channel]);
-                std::copy_n(settings.output[channel].begin(), 2, output[channel]);
-            }
-            return RunTransformation(
-                job, YDIterativeLevelsTransformation(input, output, settings.gamma.data(), FullStrength));
-        },
-        Task::Copying::InFirstPass);
+    return RuleTask([settings] {
+        constexpr int FullStrength = 100; // per cent
+        int input[4][2];
+        int output[4][2];
+        for (std::size_t channel = 0; channel < settings.input.size(); ++channel) {
+            std::copy_n(settings.input[channel].begin(), 2, input[channel]);
+            std::copy_n(settings.output[channel].begin(), 2, output[channel]);
+        }
+        return YDIterativeLevelsTransformation(input, output, settings.gamma.data(), FullStrength);
+    });
 }

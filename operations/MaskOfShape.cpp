@@ -41,17 +41,17 @@ RGBA32iImage CoverageImage(const CoveragePlane& plane, const QRect& area)
 
 } // namespace
 
-operations::Selection MaskOfShape(const QPainterPath& shape, int feather, const QSize& picture)
+operations::Selection operations::MaskOfShape(const QPainterPath& shape, int feather, const QSize& picture)
 {
     const QRect pictureRect(QPoint(0, 0), picture);
     const double sigma = SigmaOfFeather(std::clamp(feather, 0, MaxFeather));
     const QRect reachable = ReachableArea(shape, CoveragePlane::BlurReach(sigma), pictureRect);
     CoveragePlane plane(reachable);
     if (reachable.isEmpty() || !plane.IsValid())
-        return operations::Selection::Of(RGBA32iImage(), QPoint());
+        return Selection::Of(RGBA32iImage(), QPoint());
     plane.Draw(shape);
     if (sigma > 0)
         plane.Blur(sigma);
     const QRect covered = plane.CoveredArea();
-    return operations::Selection::Of(CoverageImage(plane, covered), covered.topLeft());
+    return Selection::Of(CoverageImage(plane, covered), covered.topLeft());
 }

@@ -6,6 +6,8 @@
 #include <QPainterPath>
 #include <QSize>
 
+namespace operations {
+
 inline constexpr int MaxFeather = 500; ///< pixels
 
 /// The mask of `shape`, in coordinates of a picture of the given size, with antialiased edges.
@@ -14,5 +16,7 @@ inline constexpr int MaxFeather = 500; ///< pixels
 /// MaxFeather. Where the shape reaches the picture's border it stays as it is, as if the picture went
 /// on. A shape that selects not even a part of a pixel gives a mask that selects nothing. Works on all cores,
 /// and may be called from a task of the global thread pool.
-ADJUSTMENTGUI_OPERATIONS_EXPORT operations::Selection MaskOfShape(const QPainterPath& shape, int feather,
-                                                                  const QSize& picture);
+ADJUSTMENTGUI_OPERATIONS_EXPORT Selection MaskOfShape(const QPainterPath& shape, int feather,
+                                                      const QSize& picture);
+
+} // namespace operations

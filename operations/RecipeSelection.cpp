@@ -17,7 +17,7 @@ using Kind = RecipeSelection::Kind;
 const QLatin1String FeatherKey("feather");
 const QLatin1String OffsetKey("offset");
 constexpr YDRecord::Range Coordinates{-RecipeSelection::MaxCoordinate, RecipeSelection::MaxCoordinate};
-constexpr YDRecord::Range Feathers{0, MaxFeather};
+constexpr YDRecord::Range Feathers{0, operations::MaxFeather};
 
 struct KindKey
 {

@@ -8,26 +8,26 @@
 
 namespace operations {
 
-/// Whether `Settings` is a record: settings that have a stream, and so a tag and a name in the log.
-template <class Settings, class = void>
+/// Whether `Value` is a record: settings that have a stream, and so a tag and a name in the log.
+template <class Value, class = void>
 struct IsRecord : std::false_type
 {};
-template <class Settings>
-struct IsRecord<Settings, std::void_t<decltype(Settings::Tag), decltype(Settings::LogName)>> : std::true_type
+template <class Value>
+struct IsRecord<Value, std::void_t<decltype(Value::Tag), decltype(Value::LogName)>> : std::true_type
 {};
 
 /// Logs a record that could not be written.
-template <class Settings, std::enable_if_t<IsRecord<Settings>::value, int> = 0>
-QDataStream& operator<<(QDataStream& stream, const Settings& settings)
+template <class Value, std::enable_if_t<IsRecord<Value>::value, int> = 0>
+QDataStream& operator<<(QDataStream& stream, const Value& record)
 {
-    return YDRecord::Insert(stream, settings, Settings::LogName, __LINE__);
+    return YDRecord::Insert(stream, record, Value::LogName, __LINE__);
 }
 
 /// A record that cannot be read is logged and becomes the default one.
-template <class Settings, std::enable_if_t<IsRecord<Settings>::value, int> = 0>
-QDataStream& operator>>(QDataStream& stream, Settings& settings)
+template <class Value, std::enable_if_t<IsRecord<Value>::value, int> = 0>
+QDataStream& operator>>(QDataStream& stream, Value& record)
 {
-    return YDRecord::Extract(stream, settings, Settings::LogName, __LINE__);
+    return YDRecord::Extract(stream, record, Value::LogName, __LINE__);
 }
 
 } // namespace operations

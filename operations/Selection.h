@@ -20,7 +20,9 @@ struct Selection
     /// The coverage, 0 (a pixel stays) to 255 (it is adjusted), in all four channels. Nobody writes to it
     /// while a task has the selection.
     RGBA32iImage mask;
-    /// Where the mask's upper left corner lies in the picture; anywhere.
+    /// Where the mask's upper left corner lies in the picture; anywhere. Where a coordinate is negative, the
+    /// mask is read from as much further inside, wherever the bounds begin: bounds at (0, 0) mean what they
+    /// say.
     QPoint offset;
     /// The part of the mask that counts, in its coordinates; empty: nothing limits the adjustment.
     QRect bounds;

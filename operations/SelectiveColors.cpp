@@ -1,6 +1,6 @@
 #include "operations/SelectiveColors.h"
 
-#include "RunTransformation.h"
+#include "RuleTask.h"
 #include "image/KVIterativeSelectiveColorsTransformation.h"
 
 using operations::SelectiveColors;
@@ -38,9 +38,5 @@ operations::Task operations::MakeTask(const SelectiveColors& settings) { return 
 
 operations::Task operations::MakeTask(const SelectiveParamsList& settings)
 {
-    return Task(
-        [settings](const YDAdjustmentJob& job) {
-            return RunTransformation(job, KVIterativeSelectiveColorsTransformation(settings));
-        },
-        Task::Copying::InFirstPass);
+    return RuleTask([settings] { return KVIterativeSelectiveColorsTransformation(settings); });
 }

@@ -1,7 +1,5 @@
 #include "operations/Task.h"
 
-#include "CopyPicture.h"
-
 #include <QCoreApplication>
 
 namespace {
@@ -48,7 +46,7 @@ operations::Outcome operations::Task::ApplyToCopy(const RGBA32iImage& source, co
     if (source.IsEmpty())
         return Apply(source, selection, control);
     const RGBA32iImage copy = m_copying == Copying::Before
-                                  ? CopyPicture(source, control.abort)
+                                  ? source.DeepCopy(control.abort)
                                   : RGBA32iImage::Uninitialized(source.Width(), source.Height());
     if (copy.IsEmpty())
         return {copy, IsAborted(control) ? QString() : TooLittleMemory()};

@@ -30,7 +30,7 @@ struct Outcome
     /// Why the picture is not adjusted, for people; empty when all went well. Nothing is said of an abort.
     QString problem;
 
-    Outcome(const RGBA32iImage& adjusted) : picture(adjusted) {} // NOLINT(google-explicit-constructor)
+    Outcome(const RGBA32iImage& adjusted) : picture(adjusted) {}
     Outcome(const RGBA32iImage& adjusted, QString why) : picture(adjusted), problem(std::move(why)) {}
 };
 

@@ -1,17 +1,14 @@
 #include "operations/Temperature.h"
 
-#include "RunTransformation.h"
+#include "RuleTask.h"
 #include "YDIterativeAdjustmentTransformation.h"
 #include "image/YDTemperatureCorrection.h"
 
 operations::Task operations::MakeTask(const Temperature& settings)
 {
-    return Task(
-        [settings](const YDAdjustmentJob& job) {
-            YDTemperatureCorrection correction;
-            correction.SetData(settings.temperature, settings.strength, settings.tint);
-            return RunTransformation(
-                job, YDIterativeAdjustmentTransformation<YDTemperatureCorrection>(correction));
-        },
-        Task::Copying::InFirstPass);
+    return RuleTask([settings] {
+        YDTemperatureCorrection correction;
+        correction.SetData(settings.temperature, settings.strength, settings.tint);
+        return YDIterativeAdjustmentTransformation<YDTemperatureCorrection>(correction);
+    });
 }

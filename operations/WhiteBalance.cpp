@@ -1,6 +1,5 @@
 #include "operations/WhiteBalance.h"
 
-#include "CopyPicture.h"
 #include "MixThroughSelection.h"
 #include "RunTransformation.h"
 #include "StretchFrom.h"
@@ -120,7 +119,7 @@ bool EnhanceWhole(const YDAdjustmentJob& job, const KVIterativeWBTransformation&
 bool EnhanceSelected(const YDAdjustmentJob& job, const KVIterativeWBTransformation& balance, int opacity)
 {
     YDAdjustmentJob enhanced = job;
-    enhanced.image = CopyPicture(job.image, job.abort);
+    enhanced.image = job.image.DeepCopy(job.abort);
     if (enhanced.image.IsEmpty())
         return false;
     RunTransformation(enhanced, balance);

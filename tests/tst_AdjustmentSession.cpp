@@ -193,7 +193,7 @@ void TestAdjustmentSession::OkDeliversWhatThePanelApplies()
     QPainterPath ellipse;
     ellipse.addEllipse(QRectF(50, 40, 200, 150));
     const operations::Selection mask =
-        isSelected ? MaskOfShape(ellipse, 10, QSize(300, 200)) : operations::Selection();
+        isSelected ? operations::MaskOfShape(ellipse, 10, QSize(300, 200)) : operations::Selection();
 
     Bench bench(Brightness(), picture, mask);
     bench.Dialog().findChild<QSlider*>(QStringLiteral("m_pBrightnessSlider"))->setValue(35);
@@ -215,7 +215,8 @@ void TestAdjustmentSession::OkDeliversTheFill()
     QPainterPath left;
     left.addRect(0, 0, 10, Height);
     Bench bench(*AdjustmentCatalog::Find(QStringLiteral("fill-color")),
-                TestPictures::Grey(Width, Height, 100), MaskOfShape(left, 0, QSize(Width, Height)));
+                TestPictures::Grey(Width, Height, 100),
+                operations::MaskOfShape(left, 0, QSize(Width, Height)));
     QTRY_COMPARE_WITH_TIMEOUT(bench.PreviewGrey(), 0, PatienceMs); // black at first
     bench.Dialog().findChild<QSlider*>(QStringLiteral("horizontalSlider"))->setValue(50);
     bench.PressOk();
@@ -232,7 +233,7 @@ void TestAdjustmentSession::OkDeliversTheReplacedColourWhateverIsSelected()
     for (int y = 0; y < Height; ++y)
         picture.Row(y)[20] = YDRGBA32i(7, 7, 7, 255); // a wall between two areas
     Bench bench(*AdjustmentCatalog::Find(QStringLiteral("replace-color")), picture,
-                MaskOfShape(left, 0, QSize(Width, Height)));
+                operations::MaskOfShape(left, 0, QSize(Width, Height)));
     bench.Dialog().findChild<QComboBox*>(QStringLiteral("m_pPositionType"))->setCurrentIndex(3);
     bench.PressOk();
     QTRY_COMPARE_WITH_TIMEOUT(bench.accepted.size(), 1, PatienceMs);

@@ -67,7 +67,7 @@ void TestMaskOfShape::NoMaskSelectsAll()
 
 void TestMaskOfShape::ARectangleOfWholePixelsIsExact()
 {
-    const operations::Selection mask = MaskOfShape(Rectangle({10, 20, 30, 40}), 0, Picture);
+    const operations::Selection mask = operations::MaskOfShape(Rectangle({10, 20, 30, 40}), 0, Picture);
     QVERIFY(!mask.SelectsAll());
     QCOMPARE(AreaOf(mask), QRect(10, 20, 30, 40));
     for (int y = 0; y < 40; ++y)
@@ -77,7 +77,7 @@ void TestMaskOfShape::ARectangleOfWholePixelsIsExact()
 
 void TestMaskOfShape::HalfAPixelIsHalfSelected()
 {
-    const operations::Selection mask = MaskOfShape(Rectangle({10.5, 20, 4, 4}), 0, Picture);
+    const operations::Selection mask = operations::MaskOfShape(Rectangle({10.5, 20, 4, 4}), 0, Picture);
     QCOMPARE(AreaOf(mask), QRect(10, 20, 5, 4));
     QVERIFY(std::abs(At(mask, 10, 21) - 128) <= 2);
     QCOMPARE(At(mask, 11, 21), 255);
@@ -86,7 +86,7 @@ void TestMaskOfShape::HalfAPixelIsHalfSelected()
 
 void TestMaskOfShape::AllFourChannelsAgree()
 {
-    const operations::Selection mask = MaskOfShape(Ellipse({10, 20, 31, 41}), 5, Picture);
+    const operations::Selection mask = operations::MaskOfShape(Ellipse({10, 20, 31, 41}), 5, Picture);
     for (int y = 0; y < mask.mask.Height(); ++y) {
         for (int x = 0; x < mask.mask.Width(); ++x) {
             const YDRGBA32i pixel = mask.mask.Row(y)[x];
@@ -97,7 +97,7 @@ void TestMaskOfShape::AllFourChannelsAgree()
 
 void TestMaskOfShape::AnEllipseIsSmoothAndSymmetric()
 {
-    const operations::Selection mask = MaskOfShape(Ellipse({100, 100, 80, 60}), 0, Picture);
+    const operations::Selection mask = operations::MaskOfShape(Ellipse({100, 100, 80, 60}), 0, Picture);
     QCOMPARE(AreaOf(mask), QRect(100, 100, 80, 60));
     QCOMPARE(At(mask, 140, 130), 255);
     QCOMPARE(At(mask, 100, 100), 0);
@@ -117,7 +117,7 @@ void TestMaskOfShape::AnEllipseIsSmoothAndSymmetric()
 
 void TestMaskOfShape::TheMaskIsCroppedToThePicture()
 {
-    const operations::Selection mask = MaskOfShape(Rectangle({-50, 250, 100, 100}), 0, Picture);
+    const operations::Selection mask = operations::MaskOfShape(Rectangle({-50, 250, 100, 100}), 0, Picture);
     QCOMPARE(AreaOf(mask), QRect(0, 250, 50, 50));
 }
 
@@ -125,8 +125,8 @@ void TestMaskOfShape::AnInvertedSelectionIsTheComplement()
 {
     const QPainterPath shape = Ellipse({100, 100, 81, 61});
     const QPainterPath inverted = Rectangle({QPointF(0, 0), Picture}).subtracted(shape);
-    const operations::Selection mask = MaskOfShape(shape, 0, Picture);
-    const operations::Selection complement = MaskOfShape(inverted, 0, Picture);
+    const operations::Selection mask = operations::MaskOfShape(shape, 0, Picture);
+    const operations::Selection complement = operations::MaskOfShape(inverted, 0, Picture);
     QCOMPARE(AreaOf(complement), QRect(QPoint(0, 0), Picture));
     for (int y = 0; y < Picture.height(); ++y)
         for (int x = 0; x < Picture.width(); ++x)
@@ -144,7 +144,7 @@ void TestMaskOfShape::AShapeBesideThePictureSelectsNothing_data()
 void TestMaskOfShape::AShapeBesideThePictureSelectsNothing()
 {
     QFETCH(QRectF, rect);
-    const operations::Selection mask = MaskOfShape(Rectangle(rect), 0, Picture);
+    const operations::Selection mask = operations::MaskOfShape(Rectangle(rect), 0, Picture);
     QVERIFY2(!mask.SelectsAll(), "no coverage image would mean the whole picture");
     QCOMPARE(mask.bounds, QRect(0, 0, 1, 1));
     QCOMPARE(mask.mask.Row(0)[0], YDRGBA32i(0, 0, 0, 0));
@@ -163,7 +163,8 @@ void TestMaskOfShape::AFeatheredEdgeFadesLikeAGaussian_data()
 void TestMaskOfShape::AFeatheredEdgeFadesLikeAGaussian()
 {
     QFETCH(int, feather);
-    const operations::Selection mask = MaskOfShape(Rectangle({200, -100, 400, 500}), feather, Picture);
+    const operations::Selection mask =
+        operations::MaskOfShape(Rectangle({200, -100, 400, 500}), feather, Picture);
     const double sigma = feather / 2.0;
     for (int x = 100; x < 300; ++x) {
         const double distance = x + 0.5 - 200;
@@ -177,7 +178,7 @@ void TestMaskOfShape::AFeatheredEdgeFadesLikeAGaussian()
 
 void TestMaskOfShape::FeatheringKeepsTheSum()
 {
-    const operations::Selection mask = MaskOfShape(Rectangle({150, 100, 100, 80}), 20, Picture);
+    const operations::Selection mask = operations::MaskOfShape(Rectangle({150, 100, 100, 80}), 20, Picture);
     double sum = 0;
     for (int y = 0; y < Picture.height(); ++y)
         for (int x = 0; x < Picture.width(); ++x)
@@ -187,7 +188,7 @@ void TestMaskOfShape::FeatheringKeepsTheSum()
 
 void TestMaskOfShape::FeatheringGrowsTheArea()
 {
-    const operations::Selection mask = MaskOfShape(Rectangle({150, 100, 100, 80}), 10, Picture);
+    const operations::Selection mask = operations::MaskOfShape(Rectangle({150, 100, 100, 80}), 10, Picture);
     const QRect area = AreaOf(mask);
     QVERIFY(area.contains(QRect(150 - 10, 100 - 10, 120, 100)));
     QVERIFY(QRect(150 - 25, 100 - 25, 150, 130).contains(area));
@@ -197,7 +198,8 @@ void TestMaskOfShape::FeatheringGrowsTheArea()
 
 void TestMaskOfShape::ThePicturesBorderDoesNotFade()
 {
-    const operations::Selection mask = MaskOfShape(Rectangle({-100, -100, 300, 600}), 20, Picture);
+    const operations::Selection mask =
+        operations::MaskOfShape(Rectangle({-100, -100, 300, 600}), 20, Picture);
     QCOMPARE(At(mask, 0, 0), 255);
     QCOMPARE(At(mask, 0, 299), 255);
     QCOMPARE(At(mask, 100, 150), 255);
@@ -205,7 +207,8 @@ void TestMaskOfShape::ThePicturesBorderDoesNotFade()
 
 void TestMaskOfShape::FarOutCoordinatesAreHarmless()
 {
-    const operations::Selection mask = MaskOfShape(Rectangle({-1e12, -1e12, 2e12, 2e12}), 500, Picture);
+    const operations::Selection mask =
+        operations::MaskOfShape(Rectangle({-1e12, -1e12, 2e12, 2e12}), 500, Picture);
     QCOMPARE(AreaOf(mask), QRect(QPoint(0, 0), Picture));
     QCOMPARE(At(mask, 200, 150), 255);
 }
@@ -213,7 +216,7 @@ void TestMaskOfShape::FarOutCoordinatesAreHarmless()
 void TestMaskOfShape::TilesLeaveNoSeams()
 {
     const QSize wide(40000, 300);
-    const operations::Selection mask = MaskOfShape(Rectangle({10, 10, 39000, 280}), 0, wide);
+    const operations::Selection mask = operations::MaskOfShape(Rectangle({10, 10, 39000, 280}), 0, wide);
     QCOMPARE(AreaOf(mask), QRect(10, 10, 39000, 280));
     for (int y = 0; y < 280; ++y)
         for (int x = 0; x < 39000; ++x)

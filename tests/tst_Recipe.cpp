@@ -440,7 +440,7 @@ void TestRecipe::AShapeIsTheMaskOfThatShape()
     ellipse.feather = 6;
     QPainterPath path;
     path.addEllipse(QRectF(QPointF(5.5, 4), QPointF(40, 31)));
-    const operations::Selection expected = MaskOfShape(path, 6, Picture);
+    const operations::Selection expected = operations::MaskOfShape(path, 6, Picture);
     const operations::Selection actual = ellipse.OfShape(Picture);
     QCOMPARE(actual.offset, expected.offset);
     QCOMPARE(actual.bounds, expected.bounds);

@@ -586,7 +586,9 @@ void TestAdjust::AShapeFitsEachPicture()
     for (int i = 0; i < sizes.size(); ++i) {
         const RGBA32iImage source = ImageFromQImage(Ramp(sizes.at(i).width(), sizes.at(i).height()));
         const RGBA32iImage expected =
-            settings->MakeTask().ApplyToCopy(source, MaskOfShape(ellipse, 4, sizes.at(i))).picture;
+            settings->MakeTask()
+                .ApplyToCopy(source, operations::MaskOfShape(ellipse, 4, sizes.at(i)))
+                .picture;
         QVERIFY(TestPictures::AreEqual(ImageFromQImage(Picture("out/" + names.at(i))), expected));
     }
 }

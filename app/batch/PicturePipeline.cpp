@@ -15,7 +15,7 @@ PicturePipeline::PicturePipeline(const std::vector<Step>& steps, const Options& 
     connect(this, &PicturePipeline::PictureDone, this, &PicturePipeline::OnPictureDone, Qt::QueuedConnection);
 }
 
-PicturePipeline::~PicturePipeline() { m_pool.waitForDone(); }
+PicturePipeline::~PicturePipeline() = default;
 
 int PicturePipeline::Run(const QList<OutputPlan::Item>& items)
 {

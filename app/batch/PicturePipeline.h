@@ -89,5 +89,6 @@ private:
     std::atomic<bool> m_stopped{false};
     std::mutex m_doneMutex;
     std::vector<PicturePointer> m_donePictures; ///< guarded by m_doneMutex
-    QThreadPool m_pool;                         ///< the last member: its threads use the others
+    /// The last member: its end waits for its threads, which use the others.
+    QThreadPool m_pool;
 };

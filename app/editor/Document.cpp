@@ -105,7 +105,7 @@ void Document::InvertSelection()
 
 void Document::SetFeather(int pixels)
 {
-    const int feather = std::clamp(pixels, 0, MaxFeather);
+    const int feather = std::clamp(pixels, 0, operations::MaxFeather);
     if (feather == m_feather)
         return;
     m_feather = feather;
@@ -147,7 +147,7 @@ void Document::StartMask()
     BackgroundTask::Run(
         this,
         [shape = m_selection, feather = m_feather, size = Size()] {
-            return MaskOfShape(shape, feather, size);
+            return operations::MaskOfShape(shape, feather, size);
         },
         [this](const operations::Selection& mask) { OnMaskReady(mask); });
 }

@@ -134,7 +134,7 @@ void EditorActions::MakeViewActions()
 void EditorActions::MakeFeather()
 {
     feather->setObjectName(QStringLiteral("FeatherSpin"));
-    feather->setRange(0, MaxFeather);
+    feather->setRange(0, operations::MaxFeather);
     feather->setSuffix(tr(" px"));
     feather->setAccessibleName(tr("Feather"));
     feather->setToolTip(tr("How far the edge of the selection fades out, to either side"));

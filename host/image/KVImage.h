@@ -7,6 +7,7 @@
 #include <QMetaType>
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 #include <memory>
 
@@ -61,14 +62,21 @@ public:
     /// Row `y`, 0 at the top; `y` must be inside the picture.
     Pixel* Row(int y) const { return Pixels() + qsizetype(y) * m_rowLength; }
 
-    /// The same picture with pixels of its own, copied on all cores.
-    KVImage DeepCopy() const
+    /// The same picture with pixels of its own, copied on all cores. Empty where no memory is to be had or
+    /// `abort`, which may be null, was set meanwhile.
+    KVImage DeepCopy(const std::atomic<bool>* abort = nullptr) const
     {
-        KVImage copy = Uninitialized(m_width, m_height);
-        if (!copy.IsEmpty())
-            PixelBuffer::CopyRows(Pixels(), BytesPerLine(), copy.Pixels(), copy.BytesPerLine(),
-                                  m_width * qsizetype(sizeof(Pixel)), m_height);
-        return copy;
+        const KVImage copy = Uninitialized(m_width, m_height);
+        return copy.IsEmpty() || copy.CopyFrom(*this, abort) ? copy : KVImage();
+    }
+
+    /// Copies the pixels of `source`, a picture of the same size, over this one's. False once `abort`, which
+    /// may be null, is set; some of the pixels are copied then. On all cores.
+    bool CopyFrom(const KVImage& source, const std::atomic<bool>* abort = nullptr) const
+    {
+        Q_ASSERT(source.m_width == m_width && source.m_height == m_height);
+        return PixelBuffer::CopyRows(source.Pixels(), source.BytesPerLine(), Pixels(), BytesPerLine(),
+                                     m_width * qsizetype(sizeof(Pixel)), m_height, abort);
     }
 
     /// Whether both values see the same pixels.

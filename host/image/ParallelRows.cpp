@@ -32,3 +32,12 @@ bool ForEachRowBand(int top, int bottom, int rowsPerBand, const std::atomic<bool
     RunPoolTasks(static_cast<int>(helpers), takeBands, takeBands);
     return !aborted.load(std::memory_order_relaxed);
 }
+
+void ForEachRow(int top, int bottom, const std::atomic<bool>& abort, const std::function<void(int row)>& work)
+{
+    constexpr int RowsPerBand = 4; // few, so that the threads end together
+    ForEachRowBand(top, bottom, RowsPerBand, &abort, [&](int first, int last) {
+        for (int row = first; row < last && !abort.load(std::memory_order_relaxed); ++row)
+            work(row);
+    });
+}

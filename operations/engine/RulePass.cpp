@@ -1,6 +1,7 @@
 #include "RulePass.h"
 
 #include "image/BaseTransformation.h"
+#include "image/KVImage.h"
 #include "image/ParallelRows.h"
 #include "image/YDBlend.h"
 #include "image/YDSelectionArea.h"
@@ -10,37 +11,22 @@
 
 namespace {
 
-/// Neighbouring rows on one thread, so that what is prefetched past the end of a row is not in vain.
-constexpr int RowsPerBand = 4;
 /// Pixels that are worked on at a time.
 constexpr int PiecePixels = 512;
 
 /// How far ahead of a piece memory is asked for. Half a kilobyte to four made little difference; without it
 /// a copy and a rule of tables together took half as long again.
-constexpr int PixelsAhead = 1024;
-constexpr quintptr CacheLine = 64;
+constexpr qsizetype PixelsAhead = 1024;
 
-/// Asks for the pixels of the piece that begins PixelsAhead of `pixels`, which may lie past the end of the
-/// picture: an address is no access.
-void Prefetch(const YDRGBA32i* pixels)
+/// Asks for the piece that begins PixelsAhead of `pixels`, as far as the picture goes there. At the end of a
+/// row it is mostly the start of the next one.
+void Prefetch(const YDRGBA32i* pixels, const RGBA32iImage& picture)
 {
-    const quintptr first = reinterpret_cast<quintptr>(pixels) + PixelsAhead * sizeof(YDRGBA32i);
-    for (quintptr line = 0; line < PiecePixels * sizeof(YDRGBA32i); line += CacheLine) {
-        // A number and not a sum of a pointer, which may not point past the picture.
-        // NOLINTNEXTLINE(performance-no-int-to-ptr)
-        __builtin_prefetch(reinterpret_cast<const void*>(first + line));
-    }
-}
-
-using Work = std::function<void(int row)>;
-
-/// Calls `work` for the rows [top, bottom), on all cores, until `abort` is set.
-void ForEachRow(int top, int bottom, const std::atomic<bool>& abort, const Work& work)
-{
-    ForEachRowBand(top, bottom, RowsPerBand, &abort, [&](int first, int last) {
-        for (int row = first; row < last && !abort.load(std::memory_order_relaxed); ++row)
-            work(row);
-    });
+    constexpr qsizetype PixelsOfCacheLine = 64 / sizeof(YDRGBA32i);
+    const YDRGBA32i* const end = picture.Pixels() + qsizetype(picture.Height()) * picture.RowLength();
+    const qsizetype last = std::min(PixelsAhead + PiecePixels, qsizetype(end - pixels));
+    for (qsizetype ahead = PixelsAhead; ahead < last; ahead += PixelsOfCacheLine)
+        __builtin_prefetch(pixels + ahead);
 }
 
 /// Calls `work` for pieces of `count` pixels, with where each begins and how long it is.
@@ -98,7 +84,7 @@ void RulePass::CopyAndApply(const YDAdjustmentJob& job, const BaseTransformation
         const YDRGBA32i* const from = job.source.Row(row);
         YDRGBA32i* const to = job.image.Row(row);
         ForEachPiece(job.image.Width(), [&](int x, int count) {
-            Prefetch(from + x);
+            Prefetch(from + x, job.source);
             std::copy_n(from + x, count, to + x);
             rule.ProcessRow(to + x, count);
         });
@@ -128,8 +114,8 @@ void RulePass::ApplyThroughSelection(const YDAdjustmentJob& job, const YDSelecti
             const YDRGBA32i* const mask = selected.MaskRow(job.selection, row - area.top());
             ForEachPiece(selected.Width(), [&](int x, int count) {
                 const YDRGBA32i* const from = isCopy ? job.source.Row(row) + left + x : pixels + x;
-                Prefetch(from);
-                Prefetch(mask + x);
+                Prefetch(from, job.Pixels());
+                Prefetch(mask + x, job.selection);
                 if (isCopy)
                     std::copy_n(from, count, pixels + x);
                 ApplyToPiece(pixels + x, mask + x, count, rule);

@@ -22,7 +22,7 @@ struct YDAdjustmentJob
     RGBA32iImage secondImage;    ///< for adjustments that need another picture; empty otherwise
     RGBA32iImage selection;      ///< mask, coverage in all four channels; empty without a selection
     QRect selectionBoundingRect; ///< empty: no selection, the whole picture is adjusted
-    QPoint selectionOffset;      ///< where the bounding rectangle's origin lies in the picture
+    QPoint selectionOffset;      ///< where the mask's upper left corner lies in the picture
 
     const std::atomic<bool>* abort = nullptr;     ///< tells a job to stop at the next row; null: never
     operations::TaskProgress* progress = nullptr; ///< hears how far the job is; outlives it; null: nobody

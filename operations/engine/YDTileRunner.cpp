@@ -21,21 +21,13 @@ YDTileRunner::YDTileRunner(const std::atomic<bool>* abort) : m_abort(abort ? *ab
 
 RGBA32iImage YDTileRunner::Run(const YDAdjustmentJob& job)
 {
-    if (UsesVectors() || CopySource(job))
+    // With vectors the first pass copies as it goes.
+    if (job.source.IsEmpty() || UsesVectors() || job.image.CopyFrom(job.source, &m_abort))
         job.selectionBoundingRect.isEmpty() ? RunOnAll(job) : RunOnSelection(job);
     return job.image;
 }
 
 bool YDTileRunner::UsesVectors() { return GetVectorRoutine() && Transformation().AllowsVectorProcessing(); }
-
-/// False when it was aborted.
-bool YDTileRunner::CopySource(const YDAdjustmentJob& job) const
-{
-    return job.source.IsEmpty() ||
-           PixelBuffer::CopyRows(job.source.Pixels(), job.source.BytesPerLine(), job.image.Pixels(),
-                                 job.image.BytesPerLine(), job.image.Width() * qsizetype(sizeof(YDRGBA32i)),
-                                 job.image.Height(), &m_abort);
-}
 
 void YDTileRunner::RunOnAll(const YDAdjustmentJob& job)
 {

@@ -69,7 +69,6 @@ protected:
 
 private:
     bool UsesVectors();
-    bool CopySource(const YDAdjustmentJob& job) const;
     void RunOnAll(const YDAdjustmentJob& job);
     void RunOnSelection(const YDAdjustmentJob& job);
     void TransformArea(const RGBA32iImage& image, const QRect& area);

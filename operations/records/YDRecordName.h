@@ -6,6 +6,6 @@ struct YDRecordName
 {
     const char* source;  ///< such as "src/YDTintWidget"
     const char* subject; ///< as in "Read tint data error."
-    int writeLine = 0;   ///< 0: the line of the statement
+    int writeLine = 0;   ///< 0: that of the statement, which all records share
     int readLine = 0;
 };
