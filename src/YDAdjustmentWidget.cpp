@@ -4,6 +4,7 @@
 #include "gui/KVDocumentView.h"
 #include "gui/YDMdiArea.h"
 #include "gui/YDOperationProgressDlg.h"
+#include "image/HandOver.h"
 #include "ui_AdjustmentDialogBase.h"
 
 #include <QCoreApplication>
@@ -214,33 +215,14 @@ QWidget* YDAdjustmentWidget::GetUIContent() { return m_isDialog ? m_ui->m_pConte
 
 YDAdjustmentJob YDAdjustmentWidget::MakePreviewJob()
 {
-    YDAdjustmentJob job =
-        MakeConversionJob(m_source, m_selection, m_selectionOffset, m_selectionBoundingRect);
-    job.abort = &m_dataChanged;
-    return job;
-}
-
-YDAdjustmentJob YDAdjustmentWidget::MakeConversionJob(const RGBA32iImage& image,
-                                                      const RGBA32iImage& selection, const QPoint& offset,
-                                                      const QRect& boundingRect)
-{
     YDAdjustmentJob job;
-    job.image = image;
-    job.selection = selection;
-    job.selectionOffset = offset;
-    job.selectionBoundingRect = boundingRect;
+    job.image = m_source;
+    job.selection = m_selection;
+    job.selectionOffset = m_selectionOffset;
+    job.selectionBoundingRect = m_selectionBoundingRect;
+    job.abort = &m_dataChanged;
     job.progress = &m_progress;
     return job;
-}
-
-bool YDAdjustmentWidget::CopySource(YDAdjustmentJob& job)
-{
-    const RGBA32iImage source = job.image;
-    job.image = RGBA32iImage::Uninitialized(source.Width(), source.Height());
-    return !job.image.IsEmpty() &&
-           PixelBuffer::CopyRows(source.Pixels(), source.BytesPerLine(), job.image.Pixels(),
-                                 job.image.BytesPerLine(), source.Width() * qsizetype(sizeof(YDRGBA32i)),
-                                 source.Height(), job.abort);
 }
 
 void YDAdjustmentWidget::SetGrooveGradient(QSlider* slider, const QLinearGradient& gradient)

@@ -1,10 +1,8 @@
 #pragma once
 
-#include "RunTransformation.h"
 #include "YDAdjustmentJob.h"
 #include "adjustmentgui_export.h"
 #include "image/KVImage.h"
-#include "image/PoolTasks.h"
 #include "operations/TaskProgress.h"
 #include "plugincore/KVAdjustmentWidget.h"
 
@@ -30,11 +28,10 @@ class AdjustmentDialogBase;
 /// progress strip, and computes a preview in the background 50 ms after the last change of a control. As a
 /// panel it is the controls alone, and the host applies the adjustment through ConvertImage().
 ///
-/// A concrete adjustment builds its form on GetUIContent(), keeps its parameters and overrides Reset(). Most
-/// derive from YDTaskWidget, which implements ConvertImage() and StartJobWatching() over a task. One that
-/// does so itself has MakePreviewJob() or MakeConversionJob() for the common part of a job, Launch() to start
-/// it and RunTransformation() for its work. Every slot that reacts to a control stores the value and calls
-/// AnnounceChange(), but for those that change only what the controls show, such as the channel in view.
+/// A concrete adjustment derives from YDTaskWidget, which implements ConvertImage() and StartJobWatching()
+/// over a task. It builds its form on GetUIContent(), keeps its parameters and overrides Reset(). Every slot
+/// that reacts to a control stores the value and calls AnnounceChange(), but for those that change only what
+/// the controls show, such as the channel in view.
 ///
 /// All of it belongs to the GUI thread. Jobs run on the global thread pool and read nothing of the widget
 /// but the abort flag; a widget that is destroyed while its job runs aborts it and waits for it.
@@ -53,8 +50,8 @@ public:
     virtual void SetView(KVDocumentView* view);
 
     /// Applies the current parameters to `image`, in place and at once, limited by the selection: the
-    /// mask, the position of its bounding rectangle's origin in the picture, and that rectangle in
-    /// coordinates of the mask (empty: no selection). The base does nothing.
+    /// mask, the position of its upper left corner in the picture, and its bounding rectangle in coordinates
+    /// of the mask (empty: no selection). The base does nothing.
     virtual void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
                               const QRect& boundingRect);
 
@@ -165,36 +162,9 @@ protected:
         emit DataChanged();
     }
 
-    /// The common part of a preview's job. Its image is the source itself, which Launch() replaces by a
-    /// deep copy on the job's own thread.
+    /// A preview's job for who computes it in another way than by a task. Its image is the source itself,
+    /// which nobody may write to.
     YDAdjustmentJob MakePreviewJob();
-
-    /// The common part of a job that changes the pixels of `image` itself. Nothing aborts it.
-    YDAdjustmentJob MakeConversionJob(const RGBA32iImage& image, const RGBA32iImage& selection,
-                                      const QPoint& offset, const QRect& boundingRect);
-
-    /// Runs `process` over a record made by MakePreviewJob() on the global thread pool.
-    template <class Record>
-    static void Launch(JobWatcher* watcher, RGBA32iImage (*process)(const Record&), const Record& record)
-    {
-        watcher->setFuture(PoolTask<RGBA32iImage>::Start([process, record] {
-            Record job = record;
-            const RGBA32iImage result = CopySource(job) ? process(job) : RGBA32iImage();
-            HandOver::Give(job.abort);
-            return result;
-        }));
-    }
-
-    /// Replaces the job's picture by a deep copy; false when it was aborted or there is no memory, and what
-    /// the picture then holds is of no use.
-    [[nodiscard]] static bool CopySource(YDAdjustmentJob& job);
-
-    /// Runs `transformation` over a job, with its progress announced by the job's widget.
-    template <template <class> class Processing = YDAdjustmentProcessingTemplate, class T>
-    static RGBA32iImage RunTransformation(const YDAdjustmentJob& job, const T& transformation)
-    {
-        return operations::RunTransformation<Processing>(job, transformation);
-    }
 
     /// Colours the groove of a horizontal slider.
     static void SetGrooveGradient(QSlider* slider, const QLinearGradient& gradient);

@@ -1,5 +1,7 @@
 #include "YDTaskWidget.h"
 
+#include "image/PoolTasks.h"
+
 YDTaskWidget::YDTaskWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
     : YDAdjustmentWidget(isDialog, parent, flags)
 {

@@ -2,7 +2,7 @@
 
 #include "KVGpuPreview.h"
 #include "TestPictures.h"
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 
 #include <chrono>
 #include <memory>
@@ -11,11 +11,11 @@
 constexpr int GreyOfProcessor = 200;
 
 /// An adjustment whose previews the service computes.
-class GpuWidget : public YDAdjustmentWidget
+class GpuWidget : public YDTaskWidget
 {
 public:
     explicit GpuWidget(KVGpuService& service, std::chrono::milliseconds patience = std::chrono::hours(1))
-        : YDAdjustmentWidget(true, nullptr, Qt::WindowFlags()),
+        : YDTaskWidget(true, nullptr, Qt::WindowFlags()),
           m_preview(std::make_unique<KVGpuPreview>(service, patience))
     {
         connect(
@@ -32,24 +32,24 @@ public:
     }
 
     void Reset() override { SetPercent(0); }
+    operations::Task MakeTask() const override
+    {
+        return operations::Task([](const YDAdjustmentJob& job) -> operations::Outcome {
+            return TestPictures::Grey(job.image.Width(), job.image.Height(), GreyOfProcessor);
+        });
+    }
     void StartJobWatching(JobWatcher* watcher) override
     {
         SelectiveParamsList params;
         params.targets[0].cyan = float(m_percent);
-        const YDAdjustmentJob job = MakePreviewJob();
-        if (!m_preview->Start(watcher, job, PictureNumber(), params))
-            Launch(watcher, &ByProcessor, job);
+        if (!m_preview->Start(watcher, MakePreviewJob(), PictureNumber(), params))
+            YDTaskWidget::StartJobWatching(watcher);
     }
 
 protected:
     void AbortJob() override { m_preview->Abort(); }
 
 private:
-    static RGBA32iImage ByProcessor(const YDAdjustmentJob& job)
-    {
-        return TestPictures::Grey(job.image.Width(), job.image.Height(), GreyOfProcessor);
-    }
-
     std::unique_ptr<KVGpuPreview> m_preview;
     int m_percent = 0;
 };

@@ -1,4 +1,4 @@
-#include "YDAdjustmentWidget.h"
+#include "YDTaskWidget.h"
 #include "core/KVApplication.h"
 #include "gui/KVDocumentView.h"
 #include "gui/YDMdiArea.h"
@@ -58,11 +58,11 @@ public:
 };
 
 /// An adjustment whose job fills the picture with a value once the gate opens, or stops when aborted.
-class FillWidget : public YDAdjustmentWidget
+class FillWidget : public YDTaskWidget
 {
 public:
     FillWidget(bool isDialog, Gate& gate, QWidget* parent = nullptr)
-        : YDAdjustmentWidget(isDialog, parent, Qt::WindowFlags()), m_gate(gate)
+        : YDTaskWidget(isDialog, parent, Qt::WindowFlags()), m_gate(gate)
     {
         GetUIContent()->setWindowTitle(QStringLiteral("Fill"));
     }
@@ -80,22 +80,10 @@ public:
     }
 
     void Reset() override { SetFill(0); }
-    void StartJobWatching(JobWatcher* watcher) override
+    operations::Task MakeTask() const override
     {
-        Data job;
-        static_cast<YDAdjustmentJob&>(job) = MakePreviewJob();
-        job.fill = m_fill;
-        job.gate = &m_gate;
-        Launch(watcher, &Process, job);
-    }
-    void ConvertImage(RGBA32iImage& image, const RGBA32iImage& selection, const QPoint& offset,
-                      const QRect& boundingRect) override
-    {
-        Data job;
-        static_cast<YDAdjustmentJob&>(job) = MakeConversionJob(image, selection, offset, boundingRect);
-        job.fill = m_fill;
-        job.gate = &m_gate;
-        Process(job);
+        return operations::Task(
+            [fill = m_fill, &gate = m_gate](const YDAdjustmentJob& job) { return Run(job, fill, gate); });
     }
 
     using YDAdjustmentWidget::DataChangedFlag;
@@ -103,25 +91,18 @@ public:
     using YDAdjustmentWidget::SetGrooveGradient;
 
 private:
-    struct Data : YDAdjustmentJob
-    {
-        quint8 fill = 0;
-        Gate* gate = nullptr;
-    };
+    static bool IsAborted(const YDAdjustmentJob& job) { return job.abort && job.abort->load(); }
 
-    static bool IsAborted(const Data& data) { return data.abort && data.abort->load(); }
-
-    static RGBA32iImage Process(const Data& data)
+    static RGBA32iImage Run(const YDAdjustmentJob& job, quint8 fill, Gate& gate)
     {
-        ++data.gate->jobsBegun;
-        while (!data.gate->open && !IsAborted(data))
+        ++gate.jobsBegun;
+        while (!gate.open && !IsAborted(job))
             QThread::yieldCurrentThread();
-        if (!IsAborted(data))
-            for (int y = 0; y < data.image.Height(); ++y)
-                std::fill_n(data.image.Row(y), data.image.Width(),
-                            YDRGBA32i(data.fill, data.fill, data.fill, 255));
-        ++data.gate->jobsEnded;
-        return data.image;
+        if (!IsAborted(job))
+            for (int y = 0; y < job.image.Height(); ++y)
+                std::fill_n(job.image.Row(y), job.image.Width(), YDRGBA32i(fill, fill, fill, 255));
+        ++gate.jobsEnded;
+        return job.image;
     }
 
     Gate& m_gate;
