@@ -210,6 +210,8 @@ private slots:
     void APresetUnderAnOlderTagIsKnown();
     void APresetThatIsNotWholeIsRefused_data() { Adjustments(); }
     void APresetThatIsNotWholeIsRefused();
+    void FieldsStandInStreamOrderWithTheirRanges_data();
+    void FieldsStandInStreamOrderWithTheirRanges();
     void ValuesOutsideTheirRangeAreRefused_data() { Adjustments(); }
     void ValuesOutsideTheirRangeAreRefused();
     void WidgetsShowAndGiveBackSettings_data() { Adjustments(); }
@@ -388,6 +390,51 @@ void TestAdjustmentCatalog::APresetThatIsNotWholeIsRefused()
     }
     QVERIFY(!settings->FromPreset(preset + 'x'));
     QCOMPARE(settings->ToJson(), defaults);
+}
+
+/// The ranges are those of the controls.
+void TestAdjustmentCatalog::FieldsStandInStreamOrderWithTheirRanges_data()
+{
+    QTest::addColumn<QStringList>("fields");
+    const auto row = [](const char* name, const QStringList& fields) { QTest::newRow(name) << fields; };
+    row("brightness-contrast", {"brightness -100..100", "contrast -100..100"});
+    row("exposure", {"exposure -20..20", "offset -0.5..0.5"});
+    row("gamma", {"gamma 0.01..5"});
+    row("posterize", {"levels 2..255"});
+    row("levels", {"channel 0..3", "input 0..255", "output 0..255", "gamma 0.01..9.99"});
+    row("curves", {"channel 0..3", "curves 0..255"});
+    row("threshold", {"level 1..255"});
+    row("hue-saturation", {"hue 0..359", "saturation -100..100", "lightness -100..100", "colorize"});
+    row("color-balance", {"preserveLuminosity", "toneRange 0..3", "cyanRed -100..100",
+                          "magentaGreen -100..100", "yellowBlue -100..100"});
+    row("black-and-white", {"type 0..5", "r 0..1", "g 0..1", "b 0..1"});
+    row("colorize", {"color", "amount 0..100"});
+    row("photo-filter", {"color", "density 0..100"});
+    row("tint", {"blackTone", "whiteTone", "amount 0..100", "type 0..3"});
+    row("temperature", {"temperature 1000..40000", "tint -100..100", "strength 0..100"});
+    row("white-balance",
+        {"enhanced", "autoStrength 0..100", "overexposureStrength 0..100", "underexposureStrength 0..100",
+         "mode 0..2", "useTemperature", "temperature -100..100", "temperatureStrength 0..100"});
+    row("color-enhancer", {"affected 0..100", "amount 0..100"});
+    row("replace-color", {"tolerance 0..255", "position 0..3", "color", "opacity 0..100"});
+    row("fill-color", {"color", "opacity 0..100"});
+    row("selective-colors", {"targets -100..100", "mode 0..1"});
+    row("sign", {"alignment", "margins 0..999", "fileName", "blendingMode 0..23", "opacity 0..100"});
+    row("watermark", {"angle -179..180", "margins 0..999", "text", "font", "color", "blendingMode 0..23",
+                      "opacity 0..100", "hrzTiles 1..9", "vrtTiles 1..9"});
+}
+
+void TestAdjustmentCatalog::FieldsStandInStreamOrderWithTheirRanges()
+{
+    QStringList fields;
+    const auto settings = AdjustmentCatalog::Find(QLatin1String(QTest::currentDataTag()))->makeSettings();
+    for (const operations::SettingsField& field : settings->Fields())
+        fields.append(field.range ? QStringLiteral("%1 %2..%3")
+                                        .arg(field.name)
+                                        .arg(field.range->minimum)
+                                        .arg(field.range->maximum)
+                                  : field.name);
+    QTEST(fields, "fields");
 }
 
 void TestAdjustmentCatalog::ValuesOutsideTheirRangeAreRefused()

@@ -1,3 +1,4 @@
+#include "MemoryLimit.h"
 #include "TestFiles.h"
 #include "core/KVImageFileManager.h"
 
@@ -180,26 +181,6 @@ QStringList OnManyThreads(int count, const std::function<QString(int)>& work)
         thread.join();
     return QStringList(answers.begin(), answers.end());
 }
-
-/// While it lives, the process gets no more than some 256 MiB of memory beyond what it has.
-class MemoryLimit
-{
-public:
-    MemoryLimit()
-    {
-        ::getrlimit(RLIMIT_AS, &m_before);
-        const QByteArray pages = BytesOf(QStringLiteral("/proc/self/statm")).split(' ').first();
-        rlimit tight = m_before;
-        tight.rlim_cur = rlim_t(pages.toULongLong()) * rlim_t(::sysconf(_SC_PAGESIZE)) + (rlim_t(256) << 20);
-        ::setrlimit(RLIMIT_AS, &tight);
-    }
-    ~MemoryLimit() { ::setrlimit(RLIMIT_AS, &m_before); }
-    MemoryLimit(const MemoryLimit&) = delete;
-    MemoryLimit& operator=(const MemoryLimit&) = delete;
-
-private:
-    rlimit m_before = {};
-};
 
 QString ColorNames(const QImage& image)
 {

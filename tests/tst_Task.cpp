@@ -1,3 +1,4 @@
+#include "MemoryLimit.h"
 #include "TestPictures.h"
 #include "operations/BrightnessContrast.h"
 #include "operations/Catalog.h"
@@ -19,6 +20,8 @@
 using operations::Selection;
 using operations::Task;
 
+Q_DECLARE_METATYPE(Task::Copying)
+
 /// What holds for tasks, whichever adjustment they are of. No widget is involved, and no QApplication.
 class TestTask : public QObject
 {
@@ -35,6 +38,8 @@ private slots:
     void AnAbortedTaskInASelectionGivesNoComplaint();
     void ProgressIsToldToTheEnd();
     void ATintWithoutARuleHasNoPicture();
+    void TooLittleMemoryIsToldBeforeAnythingIsDone_data();
+    void TooLittleMemoryIsToldBeforeAnythingIsDone();
     void OneTaskServesSeveralPicturesAtOnce();
     void FourThreadsRunFourTasksOnFourPictures();
     void EveryAdjustmentRunsOnAnyThread_data();
@@ -144,6 +149,38 @@ void TestTask::ATintWithoutARuleHasNoPicture()
     const operations::Outcome outcome = MakeTask(tint).ApplyToCopy(TestPictures::Noise(8, 8));
     QVERIFY(outcome.picture.IsEmpty());
     QVERIFY(!outcome.problem.isEmpty());
+}
+
+void TestTask::TooLittleMemoryIsToldBeforeAnythingIsDone_data()
+{
+    QTest::addColumn<Task::Copying>("copying");
+    QTest::newRow("copied before") << Task::Copying::Before;
+    QTest::newRow("copied in the first pass") << Task::Copying::InFirstPass;
+}
+
+void TestTask::TooLittleMemoryIsToldBeforeAnythingIsDone()
+{
+    QFETCH(Task::Copying, copying);
+    bool isRun = false;
+    const Task task(
+        [&isRun](const YDAdjustmentJob& job) {
+            isRun = true;
+            return operations::Outcome(job.image);
+        },
+        copying);
+    const auto source = RGBA32iImage::Uninitialized(12000, 10000); // nobody writes to its 480 MB
+    QVERIFY(!source.IsEmpty());
+    {
+        const MemoryLimit noRoomForACopy;
+        const operations::Outcome outcome = task.ApplyToCopy(source);
+        QVERIFY(outcome.picture.IsEmpty());
+        QVERIFY2(outcome.problem.contains(QStringLiteral("memory")), qPrintable(outcome.problem));
+        QVERIFY(!isRun);
+        const std::atomic<bool> abort{true};
+        QCOMPARE(task.ApplyToCopy(source, {}, {&abort, nullptr}).problem, QString());
+    }
+    QVERIFY(!task.ApplyToCopy(RGBA32iImage(3, 2)).picture.IsEmpty());
+    QVERIFY(isRun);
 }
 
 void TestTask::OneTaskServesSeveralPicturesAtOnce()

@@ -114,6 +114,7 @@ private slots:
     void TheSelectionDoesNotLimitTheCount();
     void CountsOnceUntilTheSourceChanges();
     void TheFirstPreviewOfANewSourceUsesItsOwnCounts();
+    void MovingASliderCountsNothingAgain();
     void ASourceThatChangesDuringTheCountIsCountedItself_data();
     void ASourceThatChangesDuringTheCountIsCountedItself();
     void AnEmptyPictureIsLeftAlone();
@@ -364,6 +365,27 @@ void TestYDColorEnhancerWidget::TheFirstPreviewOfANewSourceUsesItsOwnCounts()
             TestPictures::AreEqual(f.widget.AdjustedImage(), Expected(f.widget.GetValue(), source, source)));
         f.widget.SetValue(Params());
     }
+}
+
+/// Pixels that change behind the widget's back show whose counts a preview uses.
+void TestYDColorEnhancerWidget::MovingASliderCountsNothingAgain()
+{
+    Fixture f(true);
+    const RGBA32iImage source = DullPicture(9);
+    const RGBA32iImage counted = source.DeepCopy();
+    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
+    f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
+    QVERIFY(!f.widget.IsProcessing()); // nobody reads the source now
+    QVERIFY(source.CopyFrom(DullPicture(9, {120, 80}, 60)));
+    f.amountSpin->setValue(60);
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 2, PatienceMs);
+    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), Expected(Record(60, 100), source, counted)));
+    QVERIFY(!TestPictures::AreEqual(f.widget.AdjustedImage(), Expected(Record(60, 100), source, source)));
+    emit f.widget.SourceChanged();
+    f.amountSpin->setValue(50);
+    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 3, PatienceMs);
+    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), Expected(Record(50, 100), source, source)));
 }
 
 void TestYDColorEnhancerWidget::ASourceThatChangesDuringTheCountIsCountedItself_data()

@@ -305,6 +305,7 @@ void TestYDColorizeWidget::RecordsFromOutsideAreKeptAndAppliedWithoutHarm_data()
     QTest::addColumn<int>("amount");
     QTest::addColumn<quint32>("applied");
     const QByteArray pink = TestColors::Stored(Pink);
+    QTest::newRow("as it is") << pink << 25 << Pink.rgba();
     QTest::newRow("lowest amount") << pink << std::numeric_limits<int>::min() << Pink.rgba();
     QTest::newRow("highest amount") << pink << std::numeric_limits<int>::max() << Pink.rgba();
     QTest::newRow("just outside") << pink << 101 << Pink.rgba();

@@ -62,6 +62,7 @@ private slots:
     void TheLevelsNeverLeaveTheirRange_data();
     void TheLevelsNeverLeaveTheirRange();
     void ResetAnnouncesOnlyRealChanges();
+    void ConversionChangesThePixelsHandedIn_data();
     void ConversionChangesThePixelsHandedIn();
     void ThePreviewEqualsTheConversion();
 };
@@ -181,14 +182,28 @@ void TestYDPosterizeWidget::ResetAnnouncesOnlyRealChanges()
     QCOMPARE(f.slider->value(), 4);
 }
 
+void TestYDPosterizeWidget::ConversionChangesThePixelsHandedIn_data()
+{
+    QTest::addColumn<int>("levels");
+    QTest::addColumn<int>("grey");
+    QTest::newRow("2 levels") << 2 << 0; // 0, 255
+    QTest::newRow("3 levels") << 3 << 128;
+    QTest::newRow("4 levels") << 4 << 85; // the second of them
+    QTest::newRow("6 levels") << 6 << 102;
+    QTest::newRow("255 levels") << 255 << 99;
+}
+
 void TestYDPosterizeWidget::ConversionChangesThePixelsHandedIn()
 {
+    QFETCH(int, levels);
+    QFETCH(int, grey);
     Fixture f(false);
+    f.widget.SetPosterize(levels);
     RGBA32iImage image = TestPictures::Grey(30, 20, 100);
     const RGBA32iImage shared = image;
     f.widget.ConvertImage(image, RGBA32iImage(), QPoint(), QRect());
     QVERIFY(image.SharesPixelsWith(shared));
-    QVERIFY(TestPictures::AreEqual(image, TestPictures::Grey(30, 20, 85))); // the second of four levels
+    QVERIFY(TestPictures::AreEqual(image, TestPictures::Grey(30, 20, grey)));
 }
 
 void TestYDPosterizeWidget::ThePreviewEqualsTheConversion()

@@ -170,6 +170,10 @@ void TestYDSignWidget::TheFormIsThatOfAStamp()
     Fixture f;
     QCOMPARE(f.widget.windowTitle(), QStringLiteral("Sign"));
     QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Sign"));
+    QCOMPARE(f.widget.size(), QSize(275, 333));
+    QCOMPARE(f.opacitySlider->orientation(), Qt::Horizontal);
+    QCOMPARE(f.opacitySlider->minimum(), 0);
+    QCOMPARE(f.opacitySlider->maximum(), 100);
     QVERIFY(f.fileName->isReadOnly());
     QVERIFY(f.fileName->text().isEmpty());
     QCOMPARE(f.select->toolTip(), QStringLiteral("Choose an image..."));

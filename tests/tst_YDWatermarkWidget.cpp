@@ -177,10 +177,16 @@ void TestYDWatermarkWidget::TheFormIsThatOfAWatermark()
     Fixture f;
     QCOMPARE(f.widget.windowTitle(), QStringLiteral("Watermark"));
     QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Watermark"));
+    QCOMPARE(f.widget.size(), QSize(276, 371));
+    QCOMPARE(f.opacitySlider->orientation(), Qt::Horizontal);
+    QCOMPARE(f.opacitySlider->minimum(), 0);
+    QCOMPARE(f.opacitySlider->maximum(), 100);
     QCOMPARE(f.text->text(), QStringLiteral("Watermark"));
     QVERIFY(f.color->text().isEmpty());
     QVERIFY(f.font->text().isEmpty());
-    QVERIFY(!f.font->icon().pixmap(16).isNull());
+    const QIcon letters(QStringLiteral("theme:text_settings.png"));
+    QVERIFY(!letters.pixmap(16).isNull());
+    QCOMPARE(f.font->icon().pixmap(16).toImage(), letters.pixmap(16).toImage());
     QCOMPARE(ColorDialogDriver::SwatchOf(*f.color), QColor(Qt::white).rgb());
     QCOMPARE(Child<QGroupBox>(f.widget, "groupBox")->title(), QStringLiteral("Alignment"));
     QCOMPARE(Child<QGroupBox>(f.widget, "groupBox_2")->title(), QStringLiteral("Blending"));
