@@ -45,7 +45,7 @@ double TimeOnProcessor(const BenchPictures& pictures)
     return TimeOf([&pictures] {
         const RGBA32iImage& picture = pictures.photograph;
         SelectiveColorsJob job;
-        job.source = {picture.SharedPixels(), picture.Width(), picture.Height(), picture.RowLength()};
+        job.source = SharedPixels::Of(picture);
         job.rule = SelectiveColorsRule(Targets(), Mode::Relative);
         const std::atomic<bool> neverAborted{false};
         AdjustSelectiveColorsOnCpu(job, RGBA32iImage::Uninitialized(picture.Width(), picture.Height()),

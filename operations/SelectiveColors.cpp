@@ -1,9 +1,63 @@
 #include "operations/SelectiveColors.h"
 
+#include "MaskPart.h"
 #include "RuleTask.h"
+#include "gpu/SelectiveColorsJob.h"
+#include "gpu/SharedDevice.h"
 #include "image/KVIterativeSelectiveColorsTransformation.h"
+#include "operations/TaskProgress.h"
 
 using operations::SelectiveColors;
+
+namespace {
+
+const std::atomic<bool> NeverAborted{false};
+
+/// What a device is to do for a job that has a source.
+SelectiveColorsJob DeviceJobOf(const YDAdjustmentJob& job, const SelectiveParamsList& settings)
+{
+    SelectiveColorsJob deviceJob;
+    deviceJob.source = SharedPixels::Of(job.source);
+    deviceJob.rule = SelectiveColorsRule(settings.targets, settings.mode);
+    if (!job.selectionBoundingRect.isEmpty()) {
+        const MaskPart mask = MaskPart::Of(job);
+        const auto pixels = reinterpret_cast<const unsigned char*>(mask.pixels);
+        deviceJob.mask = {
+            {job.selection.SharedPixels(), pixels}, mask.width, mask.height, job.selection.RowLength()};
+        deviceJob.maskX = mask.place.x();
+        deviceJob.maskY = mask.place.y();
+    }
+    return deviceJob;
+}
+
+bool ReachesPicture(const YDAdjustmentJob& job)
+{
+    return job.selectionBoundingRect.isEmpty() || MaskPart::Of(job).pixels;
+}
+
+/// Where a device has the job done. Where it has not, the image holds anything and the source, which may be
+/// new, what it is to be made from.
+bool AdjustOnDevice(YDAdjustmentJob& job, const SelectiveParamsList& settings)
+{
+    if (job.image.IsEmpty() || !ReachesPicture(job))
+        return false;
+    SharedDevice::Turn device = SharedDevice::TakeOfProcess();
+    if (!device)
+        return false;
+    if (job.source.IsEmpty())
+        job.source = job.image.DeepCopy(job.abort);
+    if (job.source.IsEmpty())
+        return false;
+    const bool isDone =
+        device.Adjust(DeviceJobOf(job, settings), job.image, job.abort ? *job.abort : NeverAborted);
+    if (isDone && job.progress) {
+        emit job.progress->RangeChanged(0, 1);
+        emit job.progress->ValueChanged(1);
+    }
+    return isDone;
+}
+
+} // namespace
 
 SelectiveColors::SelectiveColors(const SelectiveParamsList& params) : mode(params.mode)
 {
@@ -34,9 +88,18 @@ bool SelectiveColors::Read(QDataStream& stream)
 
 bool SelectiveColors::Write(QDataStream& stream) const { return List().Write(stream); }
 
-operations::Task operations::MakeTask(const SelectiveColors& settings) { return MakeTask(settings.List()); }
+operations::Task operations::MakeTask(const SelectiveColors& settings)
+{
+    return Task(
+        [list = settings.List()](YDAdjustmentJob job) {
+            return AdjustOnDevice(job, list)
+                       ? job.image
+                       : RunTransformation(job, KVIterativeSelectiveColorsTransformation(list));
+        },
+        Task::Copying::InFirstPass);
+}
 
-operations::Task operations::MakeTask(const SelectiveParamsList& settings)
+operations::Task operations::MakeProcessorTask(const SelectiveParamsList& settings)
 {
     return RuleTask([settings] { return KVIterativeSelectiveColorsTransformation(settings); });
 }

@@ -36,8 +36,11 @@ struct ADJUSTMENTGUI_OPERATIONS_EXPORT SelectiveColors
     [[nodiscard]] bool Write(QDataStream& stream) const;
 };
 
-/// On the processor.
+/// By a device beside the processor where one is to be used (ChosenGpuUse()) and no other task has it, else
+/// by the processor: the same bytes. Until the first run nothing is looked for.
 [[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task MakeTask(const SelectiveColors& settings);
-[[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task MakeTask(const SelectiveParamsList& settings);
+
+/// By the processor alone. Ranges missing from a short list count as 0, surplus ones are not taken.
+[[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task MakeProcessorTask(const SelectiveParamsList& settings);
 
 } // namespace operations

@@ -1,7 +1,7 @@
 #include "KVGpuPreview.h"
 
 #include "LendToGpu.h"
-#include "image/YDSelectionArea.h"
+#include "MaskPart.h"
 
 #include <utility>
 
@@ -12,24 +12,6 @@ std::shared_ptr<const unsigned char> NewHandle(const RGBA32iImage& image, const 
 {
     const auto owner = std::make_shared<const RGBA32iImage>(image);
     return {owner, reinterpret_cast<const unsigned char*>(pixels)};
-}
-
-/// The part of a selection's mask that counts, and where it lies in the picture.
-struct MaskPart
-{
-    const YDRGBA32i* pixels = nullptr; ///< null: none
-    int width = 0;
-    int height = 0;
-    QPoint place;
-};
-
-/// For a job with a selection.
-MaskPart MaskPartOf(const YDAdjustmentJob& job)
-{
-    const YDSelectionArea area(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect);
-    if (area.Width() == 0 || area.Height() == 0)
-        return {};
-    return {area.MaskRow(job.selection, 0), area.Width(), area.Height(), area.Covered().topLeft()};
 }
 
 } // namespace
@@ -88,7 +70,7 @@ bool KVGpuPreview::MakeRequest(const YDAdjustmentJob& job, quint64 pictureNumber
                                const SelectiveParamsList& params)
 {
     const bool isSelected = !job.selectionBoundingRect.isEmpty();
-    const MaskPart mask = isSelected ? MaskPartOf(job) : MaskPart();
+    const MaskPart mask = isSelected ? MaskPart::Of(job) : MaskPart();
     if (isSelected && !mask.pixels)
         return false;
     ForgetAllBut(pictureNumber);

@@ -21,11 +21,6 @@ inline QList<SelectiveParams> RandomTargets(quint32 seed)
     return targets;
 }
 
-inline SharedPixels Shared(const RGBA32iImage& image)
-{
-    return {image.SharedPixels(), image.Width(), image.Height(), image.RowLength()};
-}
-
 /// A mask with all that a pixel can be covered by, most often not at all or wholly.
 inline RGBA32iImage Mask(int width, int height, quint32 seed)
 {

@@ -1,9 +1,9 @@
+#include "FakeDevice.h"
 #include "LoggedMessages.h"
 #include "OpenClProbe.h"
 #include "SelectiveColorsCases.h"
 #include "core/KVApplication.h"
 #include "gpu/OpenClDevice.h"
-#include "gpu/SelectiveColorsOnCpu.h"
 #include "gpu/SelectiveColorsService.h"
 
 #include <QProcess>
@@ -23,48 +23,6 @@ namespace {
 constexpr int Width = 150;
 constexpr int Height = 40;
 constexpr int TimeoutMs = 60000; ///< for what ends much sooner
-
-/// What a test and its device know of each other; the device is used by another thread.
-struct DeviceState
-{
-    std::atomic<bool> isHeld{false}; ///< jobs do not end, unless they are aborted
-    std::atomic<bool> fails{false};
-    std::atomic<bool> cannotBegin{false};
-    std::atomic<int> begun{0};
-    std::atomic<int> prepared{0};
-    std::atomic<int> released{0};
-    std::atomic<int> live{0};
-};
-
-class FakeDevice : public SelectiveColorsDevice
-{
-public:
-    explicit FakeDevice(std::shared_ptr<DeviceState> state) : m_state(std::move(state)) { ++m_state->live; }
-    ~FakeDevice() override { --m_state->live; }
-
-    QString Name() const override { return QStringLiteral("a fake"); }
-    QString Prepare() override
-    {
-        ++m_state->prepared;
-        return m_state->cannotBegin ? QStringLiteral("it does not begin") : QString();
-    }
-    QString Adjust(const SelectiveColorsJob& job, const RGBA32iImage& result,
-                   const std::atomic<bool>& abort) override
-    {
-        ++m_state->begun;
-        while (m_state->isHeld && !abort)
-            QThread::usleep(100);
-        if (m_state->fails)
-            return QStringLiteral("it broke");
-        AdjustSelectiveColorsOnCpu(job, result, abort);
-        return {};
-    }
-    void ReleasePictures() override { ++m_state->released; }
-    void Reset() override {}
-
-private:
-    const std::shared_ptr<DeviceState> m_state;
-};
 
 /// The service of this program; null where there is none.
 SelectiveColorsService* TheService()
@@ -97,7 +55,7 @@ public:
     RGBA32iImage ExpectedFor(const QList<SelectiveParams>& targets) const
     {
         SelectiveColorsJob job;
-        job.source = Shared(source);
+        job.source = SharedPixels::Of(source);
         job.rule = SelectiveColorsRule(targets, Mode::Relative);
         return Expected(job);
     }
@@ -239,10 +197,10 @@ void TestKVGpuService::AnswersWithTheBytesOfTheRule()
     for (const Mode mode : {Mode::Relative, Mode::Absolute}) {
         for (const bool hasMask : {false, true}) {
             SelectiveColorsJob job;
-            job.source = Shared(source);
+            job.source = SharedPixels::Of(source);
             job.rule = SelectiveColorsRule(RandomTargets(5), mode);
             if (hasMask)
-                job.mask = Shared(mask);
+                job.mask = SharedPixels::Of(mask);
             job.maskX = -40;
             job.maskY = 300;
             const quint64 request = service->request_selective_color(
@@ -301,7 +259,7 @@ void TestKVGpuService::AnswersCallsOfAnyKind()
     for (int i = 0; i < targets; ++i)
         list.append(params);
     SelectiveColorsJob job;
-    job.source = Shared(source);
+    job.source = SharedPixels::Of(source);
     job.rule = SelectiveColorsRule(list, static_cast<Mode>(mode));
     if (!maskSize.isNull() || QByteArray(QTest::currentDataTag()).startsWith("mask"))
         job.mask = {mask.SharedPixels(), maskSize.width(), maskSize.height(), mask.RowLength()};
@@ -339,10 +297,10 @@ void TestKVGpuService::APlainCallGivesTheBytesOfTheRule()
         for (int y = 0; y < source.Height(); ++y)
             std::copy_n(pixels.Row(y), source.Width(), source.Row(y));
         SelectiveColorsJob job;
-        job.source = Shared(source);
+        job.source = SharedPixels::Of(source);
         job.rule = SelectiveColorsRule(RandomTargets(5), Mode::Absolute);
         if (hasMask)
-            job.mask = Shared(mask);
+            job.mask = SharedPixels::Of(mask);
         job.maskX = -40;
         job.maskY = 30;
         service->process_selective_color(bytesOf(source), 1000, 301, RandomTargets(5), Mode::Absolute,

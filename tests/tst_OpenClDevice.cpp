@@ -30,7 +30,7 @@ std::unique_ptr<OpenClDevice> MakeDevice()
 SelectiveColorsJob JobOn(const RGBA32iImage& source)
 {
     SelectiveColorsJob job;
-    job.source = Shared(source);
+    job.source = SharedPixels::Of(source);
     job.rule = SelectiveColorsRule(RandomTargets(7), Mode::Relative);
     return job;
 }
@@ -124,7 +124,7 @@ void TestOpenClDevice::GivesTheBytesOfTheRule()
             for (const Mode mode : {Mode::Relative, Mode::Absolute}) {
                 SelectiveColorsJob job = JobOn(source);
                 job.rule = SelectiveColorsRule(RandomTargets(quint32(11 + mode)), mode);
-                job.mask = Shared(mask);
+                job.mask = SharedPixels::Of(mask);
                 job.maskX = offset.x();
                 job.maskY = offset.y();
                 if (mask.RowLength() * 4 > int(FewRows) || source.RowLength() * 4 > int(FewRows))
@@ -200,7 +200,7 @@ void TestOpenClDevice::AMaskMayMoveBetweenJobs()
         int most = 0;
         for (int y = -70; y < 90; y += 7) {
             SelectiveColorsJob job = JobOn(source);
-            job.mask = Shared(mask);
+            job.mask = SharedPixels::Of(mask);
             job.maskX = y;
             job.maskY = y;
             QVERIFY(TestPictures::AreEqual(Adjusted(*device, job), Expected(job)));
@@ -235,7 +235,7 @@ void TestOpenClDevice::SendsAPictureOnceUntilItIsReleased()
     const RGBA32iImage mask = Mask(300, 80, 4);
     const auto device = MakeDevice();
     SelectiveColorsJob job = JobOn(source);
-    job.mask = Shared(mask);
+    job.mask = SharedPixels::Of(mask);
     const auto sent = [] { return OpenClProbe::CallsOf<&OpenClLibrary::enqueueWriteBuffer>(); };
     const int before = sent();
     for (int i = 0; i < 3; ++i)
@@ -270,7 +270,7 @@ void TestOpenClDevice::KeepsNoBorrowedPictures()
         const RGBA32iImage mask = Mask(300, 80, 4);
         const auto device = MakeDevice();
         SelectiveColorsJob job = JobOn(source);
-        job.mask = Shared(mask);
+        job.mask = SharedPixels::Of(mask);
         const long before = job.source.handle.use_count();
         job.isBorrowed = true;
         QVERIFY(TestPictures::AreEqual(Adjusted(*device, job), Expected(job)));
@@ -342,7 +342,7 @@ void TestOpenClDevice::FailsWithAReason()
     const RGBA32iImage mask = Mask(300, 80, 4);
     const auto device = MakeDevice();
     SelectiveColorsJob job = JobOn(source);
-    job.mask = Shared(mask);
+    job.mask = SharedPixels::Of(mask);
     fail();
     QString problem;
     Adjusted(*device, job, &problem);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "image/KVImage.h"
 #include "image/SelectiveColorsRule.h"
 #include "image/YDRGBA32i.h"
 
@@ -16,6 +17,11 @@ struct SharedPixels
     int width = 0;
     int height = 0;
     qint64 rowLength = 0; ///< pixels from row to row
+
+    static SharedPixels Of(const RGBA32iImage& image)
+    {
+        return {image.SharedPixels(), image.Width(), image.Height(), image.RowLength()};
+    }
 
     const YDRGBA32i* Row(qint64 y) const
     {

@@ -6,17 +6,9 @@
 #include <algorithm>
 #include <utility>
 
-namespace {
-
-/// After so many failures without a success between them the device is left alone.
-constexpr int MostFailures = 3;
-
-} // namespace
-
 SelectiveColorsWorker::SelectiveColorsWorker(std::unique_ptr<SelectiveColorsDevice> device,
                                              std::function<void()> onAnswer)
-    : m_device(std::move(device)), m_deviceName(m_device->Name()), m_onAnswer(std::move(onAnswer)),
-      m_thread([this] { Run(); })
+    : m_device(std::move(device)), m_onAnswer(std::move(onAnswer)), m_thread([this] { Run(); })
 {}
 
 SelectiveColorsWorker::~SelectiveColorsWorker()
@@ -120,9 +112,9 @@ void SelectiveColorsWorker::RunDuties(std::unique_lock<std::mutex>& lock)
     const bool mustRelease = std::exchange(m_mustRelease, false);
     lock.unlock();
     if (mustRelease)
-        m_device->ReleasePictures();
+        m_device.ReleasePictures();
     if (mustPrepare)
-        PrepareDevice();
+        m_device.Prepare();
     lock.lock();
 }
 
@@ -147,50 +139,16 @@ void SelectiveColorsWorker::RunNextRequest(std::unique_lock<std::mutex>& lock)
     lock.lock();
 }
 
-/// A device that failed gets another chance with each filter.
-void SelectiveColorsWorker::PrepareDevice()
-{
-    if (m_failures >= MostFailures)
-        return;
-    m_isDeviceInUse = true;
-    const QString problem = m_device->Prepare();
-    if (!problem.isEmpty())
-        GiveDeviceUp(problem);
-}
-
 /// Empty without memory for it; anything once the abort flag is set.
 RGBA32iImage SelectiveColorsWorker::Adjusted(const SelectiveColorsJob& job)
 {
     const auto result = RGBA32iImage::Uninitialized(job.source.width, job.source.height);
     if (result.IsEmpty()) {
         qWarning("No memory for selective colours of %d x %d pixels", job.source.width, job.source.height);
-        m_device->ReleasePictures();
+        m_device.ReleasePictures();
         return result;
     }
-    if (!AdjustOnDevice(job, result))
+    if (!m_device.Adjust(job, result, m_abort))
         AdjustSelectiveColorsOnCpu(job, result, m_abort);
     return result;
-}
-
-bool SelectiveColorsWorker::AdjustOnDevice(const SelectiveColorsJob& job, const RGBA32iImage& result)
-{
-    if (!m_isDeviceInUse)
-        return false;
-    const QString problem = m_device->Adjust(job, result, m_abort);
-    if (problem.isEmpty())
-        m_failures = 0;
-    else
-        GiveDeviceUp(problem);
-    return problem.isEmpty();
-}
-
-void SelectiveColorsWorker::GiveDeviceUp(const QString& problem)
-{
-    m_device->Reset();
-    m_isDeviceInUse = false;
-    ++m_failures;
-    if (m_told.contains(problem))
-        return;
-    m_told.insert(problem);
-    qWarning("Selective colours go on without %s: %s", qUtf8Printable(m_deviceName), qUtf8Printable(problem));
 }

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "gpu/GuardedDevice.h"
 #include "gpu/SelectiveColorsJob.h"
 #include "image/KVImage.h"
 
-#include <QSet>
 #include <QString>
 
 #include <atomic>
@@ -59,23 +59,15 @@ public:
     std::vector<SelectiveColorsAnswer> TakeAnswers();
 
     /// Name of the device.
-    const QString& DeviceName() const { return m_deviceName; }
+    const QString& DeviceName() const { return m_device.Name(); }
 
 private:
     void Run();
     void RunDuties(std::unique_lock<std::mutex>& lock);
     void RunNextRequest(std::unique_lock<std::mutex>& lock);
-    void PrepareDevice();
     RGBA32iImage Adjusted(const SelectiveColorsJob& job);
-    bool AdjustOnDevice(const SelectiveColorsJob& job, const RGBA32iImage& result);
-    void GiveDeviceUp(const QString& problem);
 
-    // Of the worker's thread alone, once it runs.
-    const std::unique_ptr<SelectiveColorsDevice> m_device;
-    const QString m_deviceName;
-    bool m_isDeviceInUse = true;
-    int m_failures = 0; ///< of the device, one after the other
-    QSet<QString> m_told;
+    GuardedDevice m_device; ///< of the worker's thread alone, once it runs, but for the name
 
     const std::function<void()> m_onAnswer;
     std::atomic<bool> m_abort{false}; ///< of the request at work
