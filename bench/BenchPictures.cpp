@@ -1,6 +1,6 @@
 #include "BenchPictures.h"
 
-#include "image/ParallelRows.h"
+#include "threads/ParallelRows.h"
 
 #include <QDir>
 #include <QImageReader>

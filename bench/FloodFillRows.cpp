@@ -1,8 +1,8 @@
 #include "FloodFillRows.h"
 
 #include "Measurement.h"
-#include "image/ParallelRows.h"
 #include "image/YDFloodFillHelper.h"
+#include "threads/ParallelRows.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "ReferencePass.h"
 
-#include "image/ParallelRows.h"
+#include "threads/ParallelRows.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "operations/CoveragePlane.h"
 
-#include "image/ParallelRows.h"
 #include "image/PixelBuffer.h"
+#include "threads/ParallelRows.h"
 
 #include <QImage>
 #include <QPainter>

@@ -1,7 +1,7 @@
 #include "operations/MaskOfShape.h"
 
-#include "image/ParallelRows.h"
 #include "operations/CoveragePlane.h"
+#include "threads/ParallelRows.h"
 
 #include <algorithm>
 

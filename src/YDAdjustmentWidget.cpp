@@ -4,7 +4,7 @@
 #include "gui/KVDocumentView.h"
 #include "gui/YDMdiArea.h"
 #include "gui/YDOperationProgressDlg.h"
-#include "image/HandOver.h"
+#include "threads/HandOver.h"
 #include "ui_AdjustmentDialogBase.h"
 
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 #include "YDColorPick.h"
 
 #include "image/KVRGBHistogram.h"
-#include "image/PoolTasks.h"
+#include "threads/PoolTasks.h"
 
 #include <algorithm>
 #include <array>

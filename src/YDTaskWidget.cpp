@@ -1,6 +1,6 @@
 #include "YDTaskWidget.h"
 
-#include "image/PoolTasks.h"
+#include "threads/PoolTasks.h"
 
 YDTaskWidget::YDTaskWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
     : YDAdjustmentWidget(isDialog, parent, flags)

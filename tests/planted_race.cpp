@@ -1,7 +1,7 @@
 // A race that the thread sanitizer must report: were it silent here, its silence elsewhere would mean
 // nothing.
 
-#include "image/PoolTasks.h"
+#include "threads/PoolTasks.h"
 
 #include <QCoreApplication>
 #include <QThread>

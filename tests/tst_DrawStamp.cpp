@@ -1,11 +1,11 @@
 #include "TestFiles.h"
 #include "TestPictures.h"
 #include "image/OverlayRule.h"
-#include "image/PoolTasks.h"
 #include "image/YDBlend.h"
 #include "overlay/DrawStamp.h"
 #include "overlay/OverlayCanvas.h"
 #include "overlay/Stamp.h"
+#include "threads/PoolTasks.h"
 
 #include <QDateTime>
 #include <QImageWriter>

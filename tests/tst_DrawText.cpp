@@ -1,10 +1,10 @@
 #include "TestPictures.h"
-#include "image/PoolTasks.h"
 #include "image/YDBlend.h"
 #include "overlay/DrawText.h"
 #include "overlay/OverlayCanvas.h"
 #include "overlay/OverlayFont.h"
 #include "overlay/TextOverlay.h"
+#include "threads/PoolTasks.h"
 
 #include <QFontMetricsF>
 #include <QTest>

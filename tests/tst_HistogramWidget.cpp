@@ -1,6 +1,6 @@
 #include "TestPictures.h"
 #include "gui/HistogramWidget.h"
-#include "image/PoolTasks.h"
+#include "threads/PoolTasks.h"
 
 #include <QHelpEvent>
 #include <QSemaphore>

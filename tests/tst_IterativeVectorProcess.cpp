@@ -1,7 +1,7 @@
 #include "image/BaseTransformation.h"
 #include "image/KVImage.h"
-#include "image/PoolTasks.h"
 #include "simd/VectorKernels.h"
+#include "threads/PoolTasks.h"
 #include "utilities/AVX2LIB.h"
 
 #include <QRect>

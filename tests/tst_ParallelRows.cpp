@@ -1,4 +1,4 @@
-#include "image/ParallelRows.h"
+#include "threads/ParallelRows.h"
 
 #include <QTest>
 #include <QThreadPool>

@@ -1,5 +1,5 @@
 #include "IdlePool.h"
-#include "image/PoolTasks.h"
+#include "threads/PoolTasks.h"
 
 #include <QFutureWatcher>
 #include <QSignalSpy>

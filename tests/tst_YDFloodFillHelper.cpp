@@ -1,7 +1,7 @@
 #include "TestPictures.h"
 #include "image/FillRule.h"
-#include "image/PoolTasks.h"
 #include "image/YDFloodFillHelper.h"
+#include "threads/PoolTasks.h"
 
 #include <QRect>
 #include <QTest>

@@ -2,7 +2,7 @@
 
 #include "batch/Console.h"
 #include "core/WholeFile.h"
-#include "image/PoolTasks.h"
+#include "threads/PoolTasks.h"
 
 #include <QEventLoop>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "image/HandOver.h"
-#include "image/PoolTasks.h"
+#include "threads/HandOver.h"
+#include "threads/PoolTasks.h"
 
 #include <QFuture>
 #include <QFutureWatcher>

@@ -1,9 +1,9 @@
 #include "gpu/SelectiveColorsOnCpu.h"
 
 #include "gpu/SelectiveColorsJob.h"
-#include "image/ParallelRows.h"
 #include "image/PixelRuleTransformation.h"
 #include "image/YDBlend.h"
+#include "threads/ParallelRows.h"
 
 #include <algorithm>
 #include <array>

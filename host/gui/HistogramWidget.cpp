@@ -1,6 +1,6 @@
 #include "gui/HistogramWidget.h"
 
-#include "image/PoolTasks.h"
+#include "threads/PoolTasks.h"
 
 #include <QEvent>
 #include <QHelpEvent>

@@ -1,6 +1,6 @@
 #include "gui/KVDocumentView.h"
 
-#include "image/ParallelRows.h"
+#include "threads/ParallelRows.h"
 
 #include <QApplication>
 #include <QGraphicsScene>

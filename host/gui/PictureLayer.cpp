@@ -1,6 +1,6 @@
 #include "gui/PictureLayer.h"
 
-#include "image/PoolTasks.h"
+#include "threads/PoolTasks.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 #include "gui/ReducedPicture.h"
 
-#include "image/ParallelRows.h"
+#include "threads/ParallelRows.h"
 
 #include <QRect>
 

@@ -1,7 +1,7 @@
 #include "image/ChannelHistograms.h"
 
 #include "image/Luma709.h"
-#include "image/ParallelRows.h"
+#include "threads/ParallelRows.h"
 #include "utilities/AVX2LIB.h"
 
 #include <QImage>

@@ -1,6 +1,6 @@
 #include "image/FloodFill.h"
 
-#include "image/PoolTasks.h"
+#include "threads/PoolTasks.h"
 
 #include <QThread>
 

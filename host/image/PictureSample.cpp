@@ -1,6 +1,6 @@
 #include "image/PictureSample.h"
 
-#include "image/ParallelRows.h"
+#include "threads/ParallelRows.h"
 
 #include <QRect>
 

@@ -1,6 +1,6 @@
 #include "image/PixelBuffer.h"
 
-#include "image/ParallelRows.h"
+#include "threads/ParallelRows.h"
 
 #include <QtGlobal>
 

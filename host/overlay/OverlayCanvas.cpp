@@ -1,9 +1,9 @@
 #include "overlay/OverlayCanvas.h"
 
 #include "image/OverlayRule.h"
-#include "image/ParallelRows.h"
 #include "image/YDBlend.h"
 #include "image/YDSelectionArea.h"
+#include "threads/ParallelRows.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "overlay/TextCoverage.h"
 
-#include "image/ParallelRows.h"
 #include "overlay/TextOutline.h"
+#include "threads/ParallelRows.h"
 
 #include <QPainter>
 #include <QTransform>

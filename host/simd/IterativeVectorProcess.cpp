@@ -1,7 +1,7 @@
 #include "simd/VectorKernels.h"
 
 #include "image/BaseTransformation.h"
-#include "image/ParallelRows.h"
+#include "threads/ParallelRows.h"
 
 #include <QRect>
 

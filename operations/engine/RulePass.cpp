@@ -2,9 +2,9 @@
 
 #include "image/BaseTransformation.h"
 #include "image/KVImage.h"
-#include "image/ParallelRows.h"
 #include "image/YDBlend.h"
 #include "image/YDSelectionArea.h"
+#include "threads/ParallelRows.h"
 
 #include <algorithm>
 #include <array>

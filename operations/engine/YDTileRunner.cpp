@@ -3,9 +3,9 @@
 #include "RulePass.h"
 #include "YDVectorRoutine.h"
 #include "image/BaseTransformation.h"
-#include "image/PoolTasks.h"
 #include "image/YDBlend.h"
 #include "image/YDSelectionArea.h"
+#include "threads/PoolTasks.h"
 
 #include <thread>
 

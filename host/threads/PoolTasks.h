@@ -1,6 +1,6 @@
 #pragma once
 
-#include "image/HandOver.h"
+#include "threads/HandOver.h"
 
 #include <QFuture>
 #include <QFutureInterface>

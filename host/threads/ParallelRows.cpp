@@ -1,6 +1,6 @@
-#include "image/ParallelRows.h"
+#include "threads/ParallelRows.h"
 
-#include "image/PoolTasks.h"
+#include "threads/PoolTasks.h"
 
 #include <QThread>
 

@@ -1,4 +1,4 @@
-#include "image/PoolTasks.h"
+#include "threads/PoolTasks.h"
 
 #include <QVarLengthArray>
 
