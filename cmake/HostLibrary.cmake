@@ -1,10 +1,12 @@
 # adjustmentgui_host_library(NAME SOURCES ... LINKS ... [INTERNAL ...])
 #
 # One folder of the reference host as one shared library, host::NAME. LINKS names all that the folder may
-# know; its headers are included as "NAME/Header.h". Those among the INTERNAL sources are not installed: they
+# know; its headers are included as "NAME/Header.h", also those that lie in a room, a folder of this one: rooms
+# are for who reads the sources, and a header may move from one to another. Those among the INTERNAL sources are not installed: they
 # need what an installation does not bring along.
 function(adjustmentgui_host_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;INTERNAL;LINKS;PRIVATE_LINKS" ${ARGN})
+    adjustmentgui_forward_rooms(${name} ${ARG_SOURCES} ${ARG_INTERNAL})
     add_library(host_${name} SHARED ${ARG_SOURCES} ${ARG_INTERNAL})
     add_library(host::${name} ALIAS host_${name})
     set_target_properties(host_${name} PROPERTIES
@@ -14,6 +16,7 @@ function(adjustmentgui_host_library name)
         SOVERSION ${PROJECT_VERSION_MAJOR})
     target_include_directories(host_${name} PUBLIC
         $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/host>
+        $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/host/include>
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/adjustmentgui/host>)
     target_compile_features(host_${name} PUBLIC cxx_std_17)
     target_link_libraries(host_${name}
@@ -24,4 +27,18 @@ function(adjustmentgui_host_library name)
     set(headers ${ARG_SOURCES})
     list(FILTER headers INCLUDE REGEX "\\.h$")
     install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/adjustmentgui/host/${name})
+endfunction()
+
+# Lets a build include the headers among FILES that lie in a room of host/NAME as "NAME/Header.h", which is where
+# an installation has them.
+function(adjustmentgui_forward_rooms name)
+    set(folder "${PROJECT_BINARY_DIR}/host/include/${name}")
+    foreach(file IN LISTS ARGN)
+        if(NOT file MATCHES "/.+\\.h$")
+            continue()
+        endif()
+        get_filename_component(header "${file}" NAME)
+        file(RELATIVE_PATH path "${folder}" "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
+        file(CONFIGURE OUTPUT "${folder}/${header}" CONTENT "#include \"${path}\"\n")
+    endforeach()
 endfunction()
