@@ -1,9 +1,10 @@
 #include "editor/DocumentWindow.h"
 
 #include "catalog/AdjustmentCatalog.h"
-#include "editor/AdjustmentDialog.h"
-#include "editor/AdjustmentSession.h"
+#include "catalog/AdjustmentDialog.h"
+#include "catalog/AdjustmentSession.h"
 #include "editor/Messages.h"
+#include "editor/PresetMenu.h"
 #include "editor/ProgramName.h"
 #include "editor/SaveDialog.h"
 
@@ -75,6 +76,7 @@ void DocumentWindow::StartSession(const AdjustmentEntry& entry, const operations
             });
     connect(session, &AdjustmentSession::Rejected, this, [this, session] { EndSession(session); });
     connect(session, &QObject::destroyed, this, &DocumentWindow::EndSession);
+    PresetMenu::AddTo(*session);
     PlaceDialog(session->Dialog());
     session->Start(m_document.Picture(), mask);
     emit StateChanged();

@@ -1,6 +1,8 @@
 #include "editor/PresetMenu.h"
 
 #include "YDTaskWidget.h"
+#include "catalog/AdjustmentDialog.h"
+#include "catalog/AdjustmentSession.h"
 #include "editor/Messages.h"
 
 #include <QDir>
@@ -15,6 +17,16 @@ PresetMenu::PresetMenu(QWidget* parent) : QPushButton(tr("Presets"), parent), m_
     setAutoDefault(false); // Enter is the dialog's OK
     setMenu(m_menu);
     connect(m_menu, &QMenu::aboutToShow, this, &PresetMenu::FillMenu);
+}
+
+PresetMenu* PresetMenu::AddTo(AdjustmentSession& session)
+{
+    AdjustmentDialog& dialog = *session.Dialog();
+    auto* const menu = new PresetMenu(&dialog);
+    menu->SetTarget(dialog.Entry(), dialog.Widget());
+    dialog.AddControl(menu);
+    connect(menu, &PresetMenu::Loaded, &session, &AdjustmentSession::Restart);
+    return menu;
 }
 
 PresetMenu::~PresetMenu() = default;

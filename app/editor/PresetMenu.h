@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QPushButton>
 
+class AdjustmentSession;
 class QMenu;
 
 /// The button "Presets": stores the settings of an adjustment's widget in files and brings them back.
@@ -16,6 +17,8 @@ class PresetMenu : public QPushButton
 
 public:
     explicit PresetMenu(QWidget* parent = nullptr);
+    /// One in the session's dialog, whose preview follows what is loaded.
+    static PresetMenu* AddTo(AdjustmentSession& session);
     ~PresetMenu() override;
 
     /// Works for `widget`, one of `entry`, from now on. An adjustment without presets disables the button.

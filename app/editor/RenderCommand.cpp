@@ -2,9 +2,9 @@
 
 #include "YDTaskWidget.h"
 #include "catalog/AdjustmentCatalog.h"
+#include "catalog/AdjustmentDialog.h"
+#include "catalog/AdjustmentSession.h"
 #include "core/KVImageFileManager.h"
-#include "editor/AdjustmentDialog.h"
-#include "editor/AdjustmentSession.h"
 #include "editor/DocumentWindow.h"
 #include "editor/MainWindow.h"
 

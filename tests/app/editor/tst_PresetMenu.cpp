@@ -1,7 +1,7 @@
 #include "YDBrightnessContrastWidget.h"
 #include "catalog/AdjustmentCatalog.h"
-#include "editor/AdjustmentDialog.h"
-#include "editor/AdjustmentSession.h"
+#include "catalog/AdjustmentDialog.h"
+#include "catalog/AdjustmentSession.h"
 #include "editor/PresetMenu.h"
 #include "gui/KVDocumentView.h"
 
@@ -183,10 +183,11 @@ void TestPresetMenu::LoadingIntoADialogStartsAPreview()
     QWidget window;
     KVDocumentView view(&window);
     AdjustmentSession session(Brightness(), &view, &window);
+    PresetMenu* const menu = PresetMenu::AddTo(session);
     session.Start(TestPictures::Grey(20, 10, 100), operations::Selection());
     QTRY_VERIFY_WITH_TIMEOUT(!view.Preview().IsEmpty(), PatienceMs);
     QCOMPARE(int(view.Preview().Row(0)[0].g), 100);
-    session.Dialog()->Presets()->Load(Path("bright.preset"));
+    menu->Load(Path("bright.preset"));
     QTRY_VERIFY_WITH_TIMEOUT(view.Preview().Row(0)[0].g > 150, PatienceMs);
 }
 

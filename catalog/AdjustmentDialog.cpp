@@ -1,7 +1,6 @@
-#include "editor/AdjustmentDialog.h"
+#include "catalog/AdjustmentDialog.h"
 
 #include "YDTaskWidget.h"
-#include "editor/PresetMenu.h"
 
 #include <QCheckBox>
 #include <QEvent>
@@ -17,27 +16,41 @@ constexpr int MinWidthInCharacters = 48;
 
 AdjustmentDialog::AdjustmentDialog(const AdjustmentEntry& entry, QWidget* parent)
     : QDialog(parent, Qt::Tool | Qt::WindowTitleHint | Qt::WindowCloseButtonHint), m_entry(entry),
-      m_widget(entry.makeWidget(true, this).release()), m_presets(new PresetMenu(this))
+      m_widget(entry.makeWidget(true, this).release()), m_added(new QWidget(this))
 {
     setObjectName(QStringLiteral("AdjustmentDialog"));
     setWindowTitle(entry.Title());
-    m_presets->SetTarget(entry, m_widget);
+    auto* const added = new QHBoxLayout(m_added);
+    added->setContentsMargins(0, 0, 0, 0);
+    m_added->hide();
 
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_widget, 1);
-    PlacePresets(*layout);
+    PlaceAdded(*layout);
     FocusFirstControl();
     setMinimumWidth(fontMetrics().averageCharWidth() * MinWidthInCharacters);
 }
 
 AdjustmentDialog::~AdjustmentDialog() = default;
 
-/// In the row of the preview toggle, which leaves the room for it; above all where there is none.
-void AdjustmentDialog::PlacePresets(QVBoxLayout& outer)
+void AdjustmentDialog::AddControl(QWidget* control)
 {
-    auto* const toggle = findChild<QCheckBox*>(QStringLiteral("m_pPreviewSlider"));
+    m_added->layout()->addWidget(control);
+    m_added->show();
+    if (QCheckBox* const toggle = PreviewToggle())
+        setTabOrder(control, toggle);
+}
+
+QCheckBox* AdjustmentDialog::PreviewToggle() const
+{
+    return findChild<QCheckBox*>(QStringLiteral("m_pPreviewSlider"));
+}
+
+void AdjustmentDialog::PlaceAdded(QVBoxLayout& outer)
+{
+    QCheckBox* const toggle = PreviewToggle();
     const auto grids = findChildren<QGridLayout*>();
     for (QGridLayout* const grid : grids) {
         const int index = toggle ? grid->indexOf(toggle) : -1;
@@ -48,11 +61,10 @@ void AdjustmentDialog::PlacePresets(QVBoxLayout& outer)
         int rowSpan = 0;
         int columnSpan = 0;
         grid->getItemPosition(index, &row, &column, &rowSpan, &columnSpan);
-        grid->addWidget(m_presets, row, 0, Qt::AlignLeft | Qt::AlignVCenter);
-        setTabOrder(m_presets, toggle);
+        grid->addWidget(m_added, row, 0, Qt::AlignLeft | Qt::AlignVCenter);
         return;
     }
-    outer.insertWidget(0, m_presets, 0, Qt::AlignRight);
+    outer.insertWidget(0, m_added, 0, Qt::AlignRight);
 }
 
 /// So that arrow keys and numbers adjust at once.
@@ -75,7 +87,7 @@ void AdjustmentDialog::SetControlsEnabled(bool enabled)
     if (!enabled)
         m_focus = focusWidget();
     m_widget->setEnabled(enabled);
-    m_presets->setEnabled(enabled && m_entry.makeSettings()->HasPreset());
+    m_added->setEnabled(enabled);
     if (enabled && m_focus)
         m_focus->setFocus();
 }

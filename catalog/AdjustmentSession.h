@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adjustmentgui_catalog_export.h"
 #include "image/KVImage.h"
 #include "operations/Selection.h"
 
@@ -16,12 +17,14 @@ struct AdjustmentEntry;
 /// Shows the preview in the view while the dialog is open. OK waits for the preview of the last change, in
 /// the widget's own progress dialog if it takes long; a wait that the user aborts leaves the dialog open.
 /// Cancel hides dialog and preview at once, and the session goes when the job behind them has stopped. A
-/// session deletes itself after either.
-class AdjustmentSession : public QObject
+/// session deletes itself after either. This is all that a host does for a dialog; what it does with the
+/// result is its own. GUI thread only.
+class ADJUSTMENTGUI_CATALOG_EXPORT AdjustmentSession : public QObject
 {
     Q_OBJECT
 
 public:
+    /// `view`, which may be null, shows the preview; `parent` is the window that the dialog belongs to.
     AdjustmentSession(const AdjustmentEntry& entry, KVDocumentView* view, QWidget* parent);
     ~AdjustmentSession() override;
 
@@ -61,6 +64,7 @@ private:
     void OnFinished(int result);
     void AwaitResult();
     void Deliver();
+    void Tell(const QString& reason);
     void Reopen();
     void HideAll();
 

@@ -1,12 +1,11 @@
-#include "editor/AdjustmentSession.h"
+#include "catalog/AdjustmentSession.h"
 
 #include "YDTaskWidget.h"
-#include "editor/AdjustmentDialog.h"
-#include "editor/Messages.h"
-#include "editor/PresetMenu.h"
+#include "catalog/AdjustmentDialog.h"
 #include "gui/KVDocumentView.h"
 
 #include <QCheckBox>
+#include <QMessageBox>
 
 #include <utility>
 
@@ -16,7 +15,6 @@ AdjustmentSession::AdjustmentSession(const AdjustmentEntry& entry, KVDocumentVie
 {
     ConnectWidget();
     connect(m_dialog, &AdjustmentDialog::Dismissed, this, &AdjustmentSession::Reject);
-    connect(m_dialog->Presets(), &PresetMenu::Loaded, this, &AdjustmentSession::Restart);
     connect(m_dialog, &QObject::destroyed, this, &QObject::deleteLater);
 }
 
@@ -136,9 +134,19 @@ void AdjustmentSession::Deliver()
     } else {
         Reopen();
         const QString reason = why.isEmpty() ? tr("There may be too little memory for this picture.") : why;
-        Messages::ShowError(m_dialog, tr("The adjustment could not be computed."), reason);
+        Tell(reason);
         emit Failed(reason);
     }
+}
+
+void AdjustmentSession::Tell(const QString& reason)
+{
+    auto* const box = new QMessageBox(QMessageBox::Warning, m_dialog->windowTitle(),
+                                      tr("The adjustment could not be computed."), QMessageBox::Ok, m_dialog);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(reason);
+    box->open();
 }
 
 void AdjustmentSession::Reopen()
