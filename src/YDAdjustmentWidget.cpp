@@ -4,7 +4,6 @@
 #include "gui/KVDocumentView.h"
 #include "gui/YDMdiArea.h"
 #include "gui/YDOperationProgressDlg.h"
-#include "threads/HandOver.h"
 #include "ui_AdjustmentDialogBase.h"
 
 #include <QCoreApplication>
@@ -30,6 +29,8 @@ YDAdjustmentWidget::YDAdjustmentWidget(bool isDialog, QWidget* parent, Qt::Windo
 {
     if (m_isDialog)
         BuildFrame();
+    connect(&m_job, &LatestJobBase::ResultReadyAt, this, &YDAdjustmentWidget::OnResultReadyAt);
+    connect(&m_job, &LatestJobBase::Ended, this, &YDAdjustmentWidget::OnProcessingFinished);
     connect(&m_progress, &operations::TaskProgress::RangeChanged, this,
             &YDAdjustmentWidget::ProgressRangeChanged, Qt::QueuedConnection);
     connect(&m_progress, &operations::TaskProgress::ValueChanged, this,
@@ -83,12 +84,7 @@ YDAdjustmentWidget::~YDAdjustmentWidget()
 {
     if (m_waitTimerId != -1)
         QGuiApplication::restoreOverrideCursor();
-    if (m_watcher) {
-        m_dataChanged.store(true);
-        m_watcher->disconnect(this);
-        m_watcher->waitForFinished();
-        HandOver::Take(&m_dataChanged);
-    }
+    m_job.AbortAndWait();
 }
 
 void YDAdjustmentWidget::SetView(KVDocumentView* view)
@@ -129,7 +125,7 @@ void YDAdjustmentWidget::SetImage(const RGBA32iImage& source, const RGBA32iImage
     m_selection = selection;
     m_selectionOffset = offset;
     m_selectionBoundingRect = boundingRect;
-    if (m_isDialog || m_processing)
+    if (m_isDialog || IsProcessing())
         StartProcessing();
     emit SourceChanged();
 }
@@ -147,27 +143,18 @@ void YDAdjustmentWidget::ClearData()
 
 void YDAdjustmentWidget::StartProcessing()
 {
-    if (m_processing) {
+    if (IsProcessing()) {
         AbortRunningJob();
         return;
     }
     if (m_cancelled || m_source.IsEmpty())
         return;
-    m_dataChanged.store(false);
     // What is left of the last job's progress would tell a wait dialog that this one has ended.
     m_progressMinimum = m_progressMaximum = m_progressValue = 0;
-    m_watcher = new JobWatcher(this);
-    connect(m_watcher, &JobWatcher::resultReadyAt, this, &YDAdjustmentWidget::OnResultReadyAt);
-    connect(m_watcher, &JobWatcher::finished, this, &YDAdjustmentWidget::OnProcessingFinished);
-    StartJobWatching(m_watcher);
-    if (m_watcher->isCanceled()) { // an adjustment without a job gave no future
-        delete m_watcher;
-        m_watcher = nullptr;
+    if (!m_job.Request()) // an adjustment without a job
         return;
-    }
     StopTimer(m_progressTimerId);
     m_progressTimerId = startTimer(KVApplication::GetProgressTimeout());
-    m_processing = true;
 }
 
 void YDAdjustmentWidget::RestartProcessing()
@@ -191,7 +178,7 @@ bool YDAdjustmentWidget::WaitForProcessingFinished(bool cancel)
             CancelProcessing();
         return true;
     }
-    if (!m_processing)
+    if (!IsProcessing())
         return true;
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     m_waitTimerId = startTimer(KVApplication::GetProgressTimeout());
@@ -220,7 +207,7 @@ YDAdjustmentJob YDAdjustmentWidget::MakePreviewJob()
     job.selection = m_selection;
     job.selectionOffset = m_selectionOffset;
     job.selectionBoundingRect = m_selectionBoundingRect;
-    job.abort = &m_dataChanged;
+    job.abort = &DataChangedFlag();
     job.progress = &m_progress;
     return job;
 }
@@ -270,23 +257,18 @@ void YDAdjustmentWidget::OnDataChanged()
 
 void YDAdjustmentWidget::OnResultReadyAt(int index)
 {
-    HandOver::Take(&m_dataChanged);
-    m_adjusted = m_watcher->future().resultAt(index);
+    m_adjusted = m_job.ResultAt(index);
     emit ImageReady();
 }
 
 void YDAdjustmentWidget::OnProcessingFinished()
 {
-    HandOver::Take(&m_dataChanged);
     StopTimer(m_progressTimerId);
     HideProgress();
-    m_watcher->deleteLater();
-    m_watcher = nullptr;
-    m_processing = false;
     const QPointer<YDAdjustmentWidget> self(this);
     emit ProgressRangeChanged(0, 100);
     emit ProgressValueChanged(100);
-    if (self && m_dataChanged.load())
+    if (self && DataChangedFlag())
         StartProcessing();
 }
 
@@ -298,15 +280,11 @@ void YDAdjustmentWidget::OnProgressRangeChanged(int minimum, int maximum)
 
 void YDAdjustmentWidget::OnProgressValueChanged(int value) { m_progressValue = value; }
 
-/// Cuts the running job's result, once a job, and tells the job to stop. Whoever sets the flag first does
-/// so; a job already told to stop stays so.
+/// Tells the running job, once, to stop without a result. Another follows in OnProcessingFinished().
 void YDAdjustmentWidget::AbortRunningJob()
 {
-    bool expected = false;
-    if (!m_processing || !m_dataChanged.compare_exchange_strong(expected, true))
-        return;
-    disconnect(m_watcher, &JobWatcher::resultReadyAt, this, &YDAdjustmentWidget::OnResultReadyAt);
-    AbortJob();
+    if (m_job.Abort())
+        AbortJob();
 }
 
 void YDAdjustmentWidget::StopTimer(int& timerId)
@@ -352,7 +330,7 @@ void YDAdjustmentWidget::OnWaitTimeout()
     QGuiApplication::restoreOverrideCursor();
 
     const QPointer<YDAdjustmentWidget> self(this);
-    const int result = m_processing ? WaitInDialog() : 1;
+    const int result = IsProcessing() ? WaitInDialog() : 1;
     if (self)
         QCoreApplication::processEvents();
     if (self)
@@ -367,16 +345,16 @@ int YDAdjustmentWidget::WaitInDialog()
     int result = 1;
     bool isFollowed = true;
     while (result == 1 && isFollowed) {
-        const QPointer<JobWatcher> awaited = m_watcher;
+        const QPointer<JobWatcher> awaited = m_job.RunningWatcher();
         result = ExecWaitDialog();
         if (!self)
             return 0;
         // A change meanwhile has another job follow, which is waited for in the same way.
-        isFollowed = m_watcher && m_watcher != awaited;
+        isFollowed = IsProcessing() && m_job.RunningWatcher() != awaited;
     }
-    if (result == 0 && m_watcher)
+    if (result == 0 && IsProcessing())
         SetCancelProcessing(true);
-    if (m_watcher && !m_watcher->isFinished()) {
+    if (IsProcessing() && !m_job.RunningWatcher()->isFinished()) {
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         AwaitEndOfJob();
         QGuiApplication::restoreOverrideCursor();
@@ -389,8 +367,8 @@ int YDAdjustmentWidget::WaitInDialog()
 void YDAdjustmentWidget::AwaitEndOfJob()
 {
     QEventLoop loop;
-    connect(m_watcher, &JobWatcher::finished, &loop, &QEventLoop::quit);
-    connect(m_watcher, &QObject::destroyed, &loop, &QEventLoop::quit);
+    connect(m_job.RunningWatcher(), &JobWatcher::finished, &loop, &QEventLoop::quit);
+    connect(m_job.RunningWatcher(), &QObject::destroyed, &loop, &QEventLoop::quit);
     loop.exec(QEventLoop::ExcludeUserInputEvents);
 }
 

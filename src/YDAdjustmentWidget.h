@@ -5,8 +5,8 @@
 #include "image/KVImage.h"
 #include "operations/TaskProgress.h"
 #include "plugincore/KVAdjustmentWidget.h"
+#include "threads/LatestJob.h"
 
-#include <QFutureWatcher>
 #include <QPoint>
 #include <QPointer>
 #include <QRect>
@@ -40,7 +40,7 @@ class ADJUSTMENTGUI_EXPORT YDAdjustmentWidget : public KVAdjustmentWidget
     Q_OBJECT
 
 public:
-    using JobWatcher = QFutureWatcher<RGBA32iImage>;
+    using JobWatcher = LatestJob<RGBA32iImage>::Watcher;
 
     YDAdjustmentWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags);
     ~YDAdjustmentWidget() override;
@@ -110,7 +110,7 @@ public:
     void SetCancelProcessing(bool cancel);
     bool IsCancelProcessing() const { return m_cancelled; }
     /// Whether a background job runs.
-    bool IsProcessing() const { return m_processing; }
+    bool IsProcessing() const { return m_job.IsRunning(); }
 
 public slots:
     void OnReset();
@@ -147,7 +147,7 @@ protected:
     virtual void AbortJob();
 
     /// Set while the running job shall stop; the abort flag of every background job.
-    std::atomic<bool>& DataChangedFlag() { return m_dataChanged; }
+    std::atomic<bool>& DataChangedFlag() { return m_job.AbortFlag(); }
 
     /// What a job tells of its progress, for the widget's own signals; outlives every job.
     operations::TaskProgress* Progress() { return &m_progress; }
@@ -199,10 +199,8 @@ private:
     RGBA32iImage m_selection;
     QRect m_selectionBoundingRect;
     QPoint m_selectionOffset;
-    bool m_processing = false;
-    std::atomic<bool> m_dataChanged{false};
     operations::TaskProgress m_progress;
-    JobWatcher* m_watcher = nullptr;
+    LatestJob<RGBA32iImage> m_job{this, [this](JobWatcher* watcher) { StartJobWatching(watcher); }};
     int m_progressTimerId = -1;
     int m_restartTimerId = -1;
     int m_waitTimerId = -1;

@@ -1,7 +1,6 @@
 #include "YDColorPick.h"
 
 #include "image/KVRGBHistogram.h"
-#include "threads/PoolTasks.h"
 
 #include <algorithm>
 #include <array>
@@ -9,9 +8,6 @@
 namespace {
 
 using Counts = std::array<quint32, 256>;
-
-/// The token of every colour that comes back from the pool.
-const char FromThePool = 0;
 
 /// The part of `area` inside `image`. Unlike QRect's own, for corners as far apart as integers get.
 QRect Clipped(const QRect& area, const RGBA32iImage& image)
@@ -32,9 +28,13 @@ quint8 Mean(const Counts& counts, quint64 pixels)
 
 } // namespace
 
-YDColorPick::YDColorPick(const YDRGBA32i& fallback, QObject* parent) : QObject(parent), m_fallback(fallback)
+YDColorPick::YDColorPick(std::function<RGBA32iImage()> source, const YDRGBA32i& fallback, QObject* parent)
+    : QObject(parent), m_source(std::move(source)), m_fallback(fallback)
 {
-    connect(&m_watcher, &QFutureWatcher<YDRGBA32i>::finished, this, &YDColorPick::Finished);
+    connect(&m_job, &LatestJobBase::ResultReadyAt, this, [this](int index) {
+        m_color = m_job.ResultAt(index);
+        emit Picked();
+    });
 }
 
 YDRGBA32i YDColorPick::AverageOf(const RGBA32iImage& image, const QRect& area, const YDRGBA32i& fallback)
@@ -52,39 +52,9 @@ YDRGBA32i YDColorPick::AverageOf(const RGBA32iImage& image, const QRect& area, c
     return {Mean(blue, pixels), Mean(green, pixels), Mean(red, pixels), 255};
 }
 
-void YDColorPick::Start(const RGBA32iImage& source)
+LatestJob<YDRGBA32i>::Work YDColorPick::MakeAverage() const
 {
-    m_isPending = m_isRunning;
-    if (m_isRunning)
-        return;
-    m_isRunning = true;
-    m_watcher.setFuture(PoolTask<YDRGBA32i>::Start([source, area = m_area, fallback = m_fallback] {
-        const YDRGBA32i color = AverageOf(source, area, fallback);
-        HandOver::Give(&FromThePool);
-        return color;
-    }));
-}
-
-void YDColorPick::Cancel()
-{
-    if (!m_isRunning)
-        return;
-    m_isPending = false;
-    m_watcher.cancel();
-}
-
-std::optional<YDRGBA32i> YDColorPick::Result() const
-{
-    if (!m_isRunning || !m_watcher.isFinished() || m_watcher.isCanceled())
-        return std::nullopt;
-    HandOver::Take(&FromThePool);
-    return m_watcher.result();
-}
-
-bool YDColorPick::EndAndAskForNext()
-{
-    m_isRunning = false;
-    const bool isAskedFor = m_isPending;
-    m_isPending = false;
-    return isAskedFor;
+    return [source = m_source(), area = m_area, fallback = m_fallback](const std::atomic<bool>&) {
+        return AverageOf(source, area, fallback);
+    };
 }

@@ -1,24 +1,25 @@
 #pragma once
 
 #include "image/KVImage.h"
+#include "threads/LatestJob.h"
 
-#include <QFutureWatcher>
 #include <QObject>
 #include <QRect>
 
+#include <functional>
 #include <optional>
 
 /// The average colour of a part of a picture, computed in the background, one at a time.
 ///
-/// A pick that is asked for while another runs is started by whoever hears of that one's end. The object may
-/// be destroyed at any time; what still runs then is heard of by nobody.
+/// A pick that is asked for while another runs follows it. The object may be destroyed at any time; what
+/// still runs then is heard of by nobody.
 class YDColorPick : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `fallback` is the colour of an area without a pixel.
-    YDColorPick(const YDRGBA32i& fallback, QObject* parent);
+    /// `source` returns the picture as a pick begins; `fallback` is the colour of an area without a pixel.
+    YDColorPick(std::function<RGBA32iImage()> source, const YDRGBA32i& fallback, QObject* parent);
 
     /// The means of red, green and blue in the part of `area` that lies inside `image`, rounded down, with
     /// alpha 255; `fallback` where there is no such part. Counts and sums have 32 bits and wrap around, so
@@ -29,24 +30,24 @@ public:
     /// In picture pixels.
     void SetArea(const QRect& area) { m_area = area; }
 
-    /// Averages the area in `source`, or remembers to do so while another pick runs.
-    void Start(const RGBA32iImage& source);
+    /// Averages the area in the picture, after the pick that runs, if one does.
+    void Start() { m_job.Request(); }
     /// Nothing is to be made of the running pick, and none is to follow it.
-    void Cancel();
+    void Cancel() { m_job.Abort(); }
 
-    /// The colour of the pick that has ended; nothing if it was cancelled.
-    std::optional<YDRGBA32i> Result() const;
-    /// The pick that has ended is done with. Returns whether another was asked for meanwhile.
-    [[nodiscard]] bool EndAndAskForNext();
+    /// The colour that was picked since the last call, if any.
+    std::optional<YDRGBA32i> TakeColor() { return std::exchange(m_color, std::nullopt); }
 
 signals:
-    /// The running pick has ended, with a result or without. Who hears it calls EndAndAskForNext().
-    void Finished();
+    /// A colour was picked.
+    void Picked();
 
 private:
+    LatestJob<YDRGBA32i>::Work MakeAverage() const;
+
+    const std::function<RGBA32iImage()> m_source;
     const YDRGBA32i m_fallback;
     QRect m_area;
-    QFutureWatcher<YDRGBA32i> m_watcher;
-    bool m_isRunning = false;
-    bool m_isPending = false;
+    std::optional<YDRGBA32i> m_color;
+    LatestJob<YDRGBA32i> m_job{this, [this] { return MakeAverage(); }};
 };

@@ -59,8 +59,8 @@ QBrush Tones(const QPointF& end, const QColor& first, const QColor& last)
 
 YDCurvesWidget::YDCurvesWidget(bool isDialog, QWidget* parent, Qt::WindowFlags flags)
     : YDTaskWidget(isDialog, parent, flags), m_ui(std::make_unique<Ui::CurvesWidget>()),
-      m_drag(std::make_unique<YDPickerDrag>(this)), m_blackPick(new YDColorPick(Black, this)),
-      m_grayPick(new YDColorPick(Gray, this)), m_whitePick(new YDColorPick(White, this))
+      m_drag(std::make_unique<YDPickerDrag>(this)), m_blackPick(MakePick(Black)), m_grayPick(MakePick(Gray)),
+      m_whitePick(MakePick(White))
 {
     m_ui->setupUi(GetUIContent());
     m_histogramFeed = std::make_unique<YDHistogramFeed>(m_ui->m_pHistogramm);
@@ -116,9 +116,9 @@ void YDCurvesWidget::SetUpPickers()
     connect(m_ui->m_pBlack, &QToolButton::toggled, this, &YDCurvesWidget::OnBlack);
     connect(m_ui->m_pGray, &QToolButton::toggled, this, &YDCurvesWidget::OnGray);
     connect(m_ui->m_pWhite, &QToolButton::toggled, this, &YDCurvesWidget::OnWhite);
-    connect(m_blackPick, &YDColorPick::Finished, this, &YDCurvesWidget::OnBlackFinished);
-    connect(m_grayPick, &YDColorPick::Finished, this, &YDCurvesWidget::OnGrayFinished);
-    connect(m_whitePick, &YDColorPick::Finished, this, &YDCurvesWidget::OnWhiteFinished);
+    connect(m_blackPick, &YDColorPick::Picked, this, &YDCurvesWidget::OnBlackFinished);
+    connect(m_grayPick, &YDColorPick::Picked, this, &YDCurvesWidget::OnGrayFinished);
+    connect(m_whitePick, &YDColorPick::Picked, this, &YDCurvesWidget::OnWhiteFinished);
 }
 
 void YDCurvesWidget::SetValue(const Params& params)
@@ -283,11 +283,11 @@ void YDCurvesWidget::MouseReleased(const QPoint& point, Qt::MouseButton button)
     }
 }
 
-void YDCurvesWidget::StartBlackProcessing() { m_blackPick->Start(SourceImage()); }
+void YDCurvesWidget::StartBlackProcessing() { m_blackPick->Start(); }
 
-void YDCurvesWidget::StartGrayProcessing() { m_grayPick->Start(SourceImage()); }
+void YDCurvesWidget::StartGrayProcessing() { m_grayPick->Start(); }
 
-void YDCurvesWidget::StartWhiteProcessing() { m_whitePick->Start(SourceImage()); }
+void YDCurvesWidget::StartWhiteProcessing() { m_whitePick->Start(); }
 
 void YDCurvesWidget::OnSourceChanged() { m_histogramFeed->OnSourceChanged(SourceImage()); }
 
@@ -349,11 +349,11 @@ void YDCurvesWidget::OnGray(bool checked) { OnPicker(m_ui->m_pGray, checked); }
 
 void YDCurvesWidget::OnWhite(bool checked) { OnPicker(m_ui->m_pWhite, checked); }
 
-void YDCurvesWidget::OnBlackFinished() { EndPick(*m_blackPick, &YDCurvePoints::PickBlack); }
+void YDCurvesWidget::OnBlackFinished() { ApplyPick(*m_blackPick, &YDCurvePoints::PickBlack); }
 
-void YDCurvesWidget::OnGrayFinished() { EndPick(*m_grayPick, &YDCurvePoints::PickGray); }
+void YDCurvesWidget::OnGrayFinished() { ApplyPick(*m_grayPick, &YDCurvePoints::PickGray); }
 
-void YDCurvesWidget::OnWhiteFinished() { EndPick(*m_whitePick, &YDCurvePoints::PickWhite); }
+void YDCurvesWidget::OnWhiteFinished() { ApplyPick(*m_whitePick, &YDCurvePoints::PickWhite); }
 
 void YDCurvesWidget::AddMesh() { m_scene->AddGrid(); }
 
@@ -519,17 +519,20 @@ void YDCurvesWidget::OnPicker(const QAbstractButton* picker, bool checked)
     m_drag->ShowPickerCursor();
 }
 
-/// Applies the colour of a pick that has ended, and starts the one that was asked for meanwhile.
-void YDCurvesWidget::EndPick(YDColorPick& pick, PickRule rule)
+YDColorPick* YDCurvesWidget::MakePick(const YDRGBA32i& fallback)
 {
-    if (const std::optional<YDRGBA32i> color = pick.Result()) {
-        Params params = m_params;
-        rule(params.curves, *color);
-        SetValue(params);
-        AnnounceChange(&YDCurvesWidget::ValueChanged);
-    }
-    if (pick.EndAndAskForNext())
-        pick.Start(SourceImage());
+    return new YDColorPick([this] { return SourceImage(); }, fallback, this);
+}
+
+void YDCurvesWidget::ApplyPick(YDColorPick& pick, PickRule rule)
+{
+    const std::optional<YDRGBA32i> color = pick.TakeColor();
+    if (!color)
+        return;
+    Params params = m_params;
+    rule(params.curves, *color);
+    SetValue(params);
+    AnnounceChange(&YDCurvesWidget::ValueChanged);
 }
 
 void YDCurvesWidget::CancelPicks()

@@ -155,7 +155,8 @@ private:
     bool FilterCurveScene(QEvent* event);
     void FilterDocumentScene(QEvent* event);
     void OnPicker(const QAbstractButton* picker, bool checked);
-    void EndPick(YDColorPick& pick, PickRule rule);
+    YDColorPick* MakePick(const YDRGBA32i& fallback);
+    void ApplyPick(YDColorPick& pick, PickRule rule);
 
     const std::unique_ptr<Ui::CurvesWidget> m_ui;
     ControlLinks m_links;

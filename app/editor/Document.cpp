@@ -1,6 +1,5 @@
 #include "editor/Document.h"
 
-#include "editor/BackgroundTask.h"
 #include "operations/MaskOfShape.h"
 
 #include <QFileInfo>
@@ -48,6 +47,8 @@ Document::Document(const OpenedPicture& opened, QObject* parent)
       m_picture(opened.picture), m_savedPicture(opened.picture)
 {
     m_undoStack.setUndoLimit(UndoStepsFor(m_picture));
+    connect(&m_maskJob, &LatestJobBase::ResultReadyAt, this,
+            [this](int index) { OnMaskReady(m_maskJob.ResultAt(index)); });
 }
 
 Document::~Document() = default;
@@ -119,8 +120,8 @@ void Document::WithMask(QObject* context, std::function<void(const operations::S
         return;
     }
     m_maskUsers.emplace_back(context, std::move(use));
-    if (!m_isMaskBeingMade) // otherwise OnMaskReady() goes on from there
-        StartMask();
+    if (m_maskUsers.size() == 1)
+        m_maskJob.Request();
 }
 
 void Document::SetPicture(const RGBA32iImage& picture)
@@ -135,35 +136,25 @@ void Document::SetPicture(const RGBA32iImage& picture)
 void Document::ForgetMask()
 {
     m_mask = operations::Selection();
-    m_isMaskStale = true;
     // A selection of everything limits nothing, and its border does not fade.
     m_isMaskValid = m_selection.isEmpty() || m_selection == RectanglePath(Size());
+    m_maskJob.Abort();
+    if (!m_maskUsers.empty())
+        m_maskJob.Request();
 }
 
-void Document::StartMask()
+LatestJob<operations::Selection>::Work Document::MakeMask() const
 {
-    m_isMaskStale = false;
-    m_isMaskBeingMade = true;
-    BackgroundTask::Run(
-        this,
-        [shape = m_selection, feather = m_feather, size = Size()] {
-            return operations::MaskOfShape(shape, feather, size);
-        },
-        [this](const operations::Selection& mask) { OnMaskReady(mask); });
+    return [isNeeded = !m_isMaskValid, shape = m_selection, feather = m_feather,
+            size = Size()](const std::atomic<bool>&) {
+        return isNeeded ? operations::MaskOfShape(shape, feather, size) : operations::Selection();
+    };
 }
 
 void Document::OnMaskReady(const operations::Selection& mask)
 {
-    m_isMaskBeingMade = false;
-    if (m_isMaskStale && !m_isMaskValid) {
-        if (!m_maskUsers.empty())
-            StartMask();
-        return;
-    }
-    if (!m_isMaskValid) {
-        m_mask = mask;
-        m_isMaskValid = true;
-    }
+    m_mask = mask;
+    m_isMaskValid = true;
     const auto users = std::exchange(m_maskUsers, {});
     for (const auto& [context, use] : users)
         if (context)

@@ -2,6 +2,7 @@
 
 #include "editor/OpenedPicture.h"
 #include "operations/Selection.h"
+#include "threads/LatestJob.h"
 
 #include <QObject>
 #include <QPainterPath>
@@ -82,7 +83,7 @@ private:
 
     void SetPicture(const RGBA32iImage& picture);
     void ForgetMask();
-    void StartMask();
+    LatestJob<operations::Selection>::Work MakeMask() const;
     void OnMaskReady(const operations::Selection& mask);
 
     QString m_path;
@@ -98,8 +99,8 @@ private:
     int m_feather = 0;
 
     operations::Selection m_mask;
-    bool m_isMaskValid = true;  ///< m_mask is the mask of the selection
-    bool m_isMaskStale = false; ///< the selection changed since the running computation began
-    bool m_isMaskBeingMade = false;
+    bool m_isMaskValid = true; ///< m_mask is the mask of the selection
+    LatestJob<operations::Selection> m_maskJob{this, [this] { return MakeMask(); }};
+    /// Those who wait for the mask; a job is under way while there are any.
     std::vector<std::pair<QPointer<QObject>, std::function<void(const operations::Selection&)>>> m_maskUsers;
 };

@@ -1,7 +1,5 @@
 #include "gui/HistogramWidget.h"
 
-#include "threads/PoolTasks.h"
-
 #include <QEvent>
 #include <QHelpEvent>
 #include <QLocale>
@@ -36,11 +34,12 @@ HistogramWidget::HistogramWidget(QWidget* parent)
     DescribeForAccessibility();
     m_startTimer.setSingleShot(true);
     m_startTimer.setInterval(0);
-    connect(&m_startTimer, &QTimer::timeout, this, &HistogramWidget::StartCount);
-    connect(&m_watcher, &QFutureWatcherBase::finished, this, &HistogramWidget::OnCountFinished);
+    connect(&m_startTimer, &QTimer::timeout, &m_count, &LatestJobBase::Request);
+    connect(&m_count, &LatestJobBase::ResultReadyAt, this,
+            [this](int index) { OnCounted(m_count.ResultAt(index)); });
 }
 
-HistogramWidget::~HistogramWidget() { AbortCount(); }
+HistogramWidget::~HistogramWidget() = default;
 
 void HistogramWidget::SetImage(const YDSharedImage<QImage>* holder)
 {
@@ -60,12 +59,14 @@ void HistogramWidget::SetImage(const YDSharedImage<RGBA32iImage>* holder)
 
 void HistogramWidget::RebuildHistogramm()
 {
-    AbortCount();
+    m_count.Abort();
     m_pending = m_presentPicture ? m_presentPicture() : Counter();
-    if (m_pending)
+    if (m_pending) {
         m_startTimer.start();
-    else
+    } else {
+        m_startTimer.stop();
         Show(std::make_shared<const ChannelHistograms>());
+    }
 }
 
 void HistogramWidget::SetChannel(int mask)
@@ -161,16 +162,16 @@ HistogramWidget::Counter HistogramWidget::CounterOf(const QImage& image)
 {
     if (image.isNull())
         return {};
-    return [image](const std::atomic<bool>* abort) { return Shared(ChannelHistograms::Of(image, abort)); };
+    return [image](const std::atomic<bool>& abort) { return Shared(ChannelHistograms::Of(image, &abort)); };
 }
 
 HistogramWidget::Counter HistogramWidget::CounterOf(const RGBA32iImage& picture)
 {
     if (picture.IsEmpty())
         return {};
-    return [picture](const std::atomic<bool>* abort) {
+    return [picture](const std::atomic<bool>& abort) {
         const QRect whole(0, 0, picture.Width(), picture.Height());
-        return Shared(ChannelHistograms::Of(picture, whole, abort));
+        return Shared(ChannelHistograms::Of(picture, whole, &abort));
     };
 }
 
@@ -196,36 +197,8 @@ void HistogramWidget::Show(const Counts& counts)
     ForgetPlot();
 }
 
-void HistogramWidget::StartCount()
+void HistogramWidget::OnCounted(const Counts& counts)
 {
-    m_abort = std::make_shared<std::atomic<bool>>(false);
-    // The task owns all that it touches, so that it outlives the widget unharmed.
-    m_watcher.setFuture(PoolTask<Counts>::Start([counter = std::exchange(m_pending, {}), abort = m_abort] {
-        const Counts counts = counter(abort.get());
-        HandOver::Give(abort.get());
-        return counts;
-    }));
-}
-
-void HistogramWidget::AbortCount()
-{
-    m_startTimer.stop();
-    m_pending = {};
-    if (!m_abort)
-        return;
-    m_abort->store(true, std::memory_order_relaxed);
-    m_abort.reset();
-    m_watcher.setFuture({}); // its result is no longer waited for
-}
-
-void HistogramWidget::OnCountFinished()
-{
-    // An event of an aborted count may still come when the next one runs.
-    if (!m_abort || !m_watcher.future().isFinished() || m_watcher.future().resultCount() == 0)
-        return;
-    HandOver::Take(m_abort.get());
-    m_abort.reset();
-    const Counts counts = m_watcher.result();
     if (!counts) { // no memory for it
         Show(std::make_shared<const ChannelHistograms>());
         return;

@@ -2,8 +2,8 @@
 
 #include "gui/HistogramPlot.h"
 #include "image/YDSharedImage.h"
+#include "threads/LatestJob.h"
 
-#include <QFutureWatcher>
 #include <QTimer>
 #include <QWidget>
 
@@ -76,17 +76,15 @@ protected:
 
 private:
     using Counts = std::shared_ptr<const ChannelHistograms>;
-    /// Counts one picture; null where there is none.
-    using Counter = std::function<Counts(const std::atomic<bool>* abort)>;
+    /// Counts one picture; null where there is no memory for it.
+    using Counter = LatestJob<Counts>::Work;
 
     static Counter CounterOf(const QImage& image);
     static Counter CounterOf(const RGBA32iImage& picture);
 
     const ChannelHistograms::Table* TableOf(int channel) const;
     void Show(const Counts& counts);
-    void StartCount();
-    void AbortCount();
-    void OnCountFinished();
+    void OnCounted(const Counts& counts);
     void ForgetPlot();
     void ShowToolTip(const QPoint& position, const QPoint& onScreen);
     int LevelAt(int x) const;
@@ -99,7 +97,6 @@ private:
     QTimer m_startTimer;
     Counts m_histograms; ///< never null
     HistogramPlot m_plot;
-    QImage m_drawn;                             ///< the plot as it is on the screen; null when outdated
-    std::shared_ptr<std::atomic<bool>> m_abort; ///< of the running count; null when none runs
-    QFutureWatcher<Counts> m_watcher;
+    QImage m_drawn; ///< the plot as it is on the screen; null when outdated
+    LatestJob<Counts> m_count{this, [this] { return std::exchange(m_pending, {}); }};
 };

@@ -1,7 +1,5 @@
 #include "gui/PictureLayer.h"
 
-#include "threads/PoolTasks.h"
-
 #include <QPainter>
 
 #include <cmath>
@@ -77,10 +75,11 @@ void DrawCheckerboard(QPainter& painter, const QPointF& origin, const QRectF& ar
 
 PictureLayer::PictureLayer(QObject* parent) : QObject(parent)
 {
-    connect(&m_watcher, &QFutureWatcherBase::finished, this, &PictureLayer::OnReductionFinished);
+    connect(&m_reduction, &LatestJobBase::ResultReadyAt, this,
+            [this](int index) { OnReduced(m_reduction.ResultAt(index)); });
 }
 
-PictureLayer::~PictureLayer() { AbortReduction(); }
+PictureLayer::~PictureLayer() = default;
 
 void PictureLayer::SetPicture(const RGBA32iImage& picture, double zoom)
 {
@@ -119,7 +118,7 @@ void PictureLayer::TakeOver(const PictureLayer& other)
     emit Changed();
 }
 
-bool PictureLayer::IsAwaitingFirstCopy() const { return !m_wasSeen && m_abort; }
+bool PictureLayer::IsAwaitingFirstCopy() const { return !m_wasSeen && m_isCopyBeingMade; }
 
 void PictureLayer::Draw(QPainter& painter, const Placement& placement, const QRect& area, bool isDark) const
 {
@@ -190,43 +189,36 @@ void PictureLayer::RequestCopy()
         m_wasSeen = !m_picture.IsEmpty();
         return;
     }
-    if (m_abort && m_lastRequest.factor != wanted.factor)
+    if (m_isCopyBeingMade && m_lastRequest.factor != wanted.factor)
         AbortReduction(); // the finished reduction of another factor would be thrown away at once
-    if (!m_abort && !(m_lastRequest == wanted))
-        StartReduction(wanted);
+    if (m_isCopyBeingMade || m_lastRequest == wanted)
+        return;
+    m_lastRequest = wanted;
+    m_isCopyBeingMade = true;
+    m_reduction.Request();
 }
 
-void PictureLayer::StartReduction(const Request& request)
+/// Of the picture that there is by now: an aborted reduction may have been let end first.
+LatestJob<ReducedPicture>::Work PictureLayer::MakeReduction()
 {
-    m_lastRequest = request;
-    m_abort = std::make_shared<std::atomic<bool>>(false);
-    // The job owns all that it touches, so that it outlives the layer unharmed.
-    const auto reduce = [picture = m_picture, factor = request.factor, abort = m_abort] {
-        const ReducedPicture reduced = ReducedPicture::Reduce(picture, factor, abort.get());
-        HandOver::Give(abort.get());
-        return reduced;
+    m_lastRequest.picture = m_pictureNumber;
+    return [picture = m_picture, factor = m_lastRequest.factor](const std::atomic<bool>& abort) {
+        return ReducedPicture::Reduce(picture, factor, &abort);
     };
-    m_watcher.setFuture(PoolTask<ReducedPicture>::Start(reduce));
 }
 
 void PictureLayer::AbortReduction()
 {
-    if (!m_abort)
+    if (!m_isCopyBeingMade)
         return;
-    m_abort->store(true, std::memory_order_relaxed);
-    m_abort.reset();
+    m_isCopyBeingMade = false;
     m_lastRequest = {};
-    m_watcher.setFuture({}); // its result is no longer waited for
+    m_reduction.Abort();
 }
 
-void PictureLayer::OnReductionFinished()
+void PictureLayer::OnReduced(const ReducedPicture& copy)
 {
-    // An event of an aborted reduction may still come when the next one runs.
-    if (!m_abort || !m_watcher.future().isFinished() || m_watcher.future().resultCount() == 0)
-        return;
-    HandOver::Take(m_abort.get());
-    m_abort.reset();
-    const ReducedPicture copy = m_watcher.result();
+    m_isCopyBeingMade = false;
     const bool isOnScreen = Wanted().factor != 1;
     if (!copy.pixels.IsEmpty() && (isOnScreen || m_lastRequest.picture == m_pictureNumber)) {
         m_copy = copy;

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "gui/ReducedPicture.h"
+#include "threads/LatestJob.h"
 
-#include <QFutureWatcher>
 #include <QObject>
 #include <QPointF>
 #include <QRectF>
-
-#include <memory>
 
 class QPainter;
 
@@ -82,17 +80,17 @@ private:
     Cells StandInFor(const QRectF& visible, const Placement& placement) const;
     bool IsKnownOpaque() const;
     void RequestCopy();
-    void StartReduction(const Request& request);
+    LatestJob<ReducedPicture>::Work MakeReduction();
     void AbortReduction();
-    void OnReductionFinished();
+    void OnReduced(const ReducedPicture& copy);
 
     RGBA32iImage m_picture;
     quint64 m_pictureNumber = 0;
     double m_zoom = 1.0;
     ReducedPicture m_copy;
-    Request m_copyRequest;                      ///< what m_copy shows
-    Request m_lastRequest;                      ///< the last one that was worked on, whether it succeeded
-    bool m_wasSeen = false;                     ///< something of this picture or the one before was drawn
-    std::shared_ptr<std::atomic<bool>> m_abort; ///< of the running reduction; null when none runs
-    QFutureWatcher<ReducedPicture> m_watcher;
+    Request m_copyRequest;  ///< what m_copy shows
+    Request m_lastRequest;  ///< the last one that was worked on, whether it succeeded
+    bool m_wasSeen = false; ///< something of this picture or the one before was drawn
+    bool m_isCopyBeingMade = false;
+    LatestJob<ReducedPicture> m_reduction{this, [this] { return MakeReduction(); }};
 };
