@@ -1,7 +1,7 @@
 #include "image/BaseTransformation.h"
 #include "image/KVImage.h"
 #include "image/PoolTasks.h"
-#include "simd/VectorKernels.h"
+#include "image/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
 #include <QRect>
@@ -58,9 +58,9 @@ private:
     mutable std::set<std::thread::id> m_threads;
 };
 
-decltype(&IterativeVectorProcess) Process()
+decltype(VectorKernels::IterativeVectorProcess)::Function* Process()
 {
-    static const auto process = AVX2LIB::Find<decltype(&IterativeVectorProcess)>("IterativeVectorProcess");
+    static const auto process = AVX2LIB::Find(VectorKernels::IterativeVectorProcess);
     return process;
 }
 
