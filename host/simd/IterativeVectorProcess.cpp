@@ -1,4 +1,3 @@
-
 #include "image/BaseTransformation.h"
 #include "image/ParallelRows.h"
 #include "image/VectorKernels.h"
