@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simd/VectorKernels.h"
+#include "image/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
 #include <QString>
@@ -19,8 +19,8 @@ struct Target
 
 inline std::vector<Target> All()
 {
-    static const auto supported = AVX2LIB::Find<decltype(&SupportedTargets)>("SupportedTargets");
-    static const auto name = AVX2LIB::Find<decltype(&TargetName)>("TargetName");
+    static const auto supported = AVX2LIB::Find(VectorKernels::SupportedTargets);
+    static const auto name = AVX2LIB::Find(VectorKernels::TargetName);
     std::vector<Target> targets;
     if (!supported || !name)
         return targets;
@@ -43,7 +43,7 @@ public:
 private:
     static void Restrict(qint64 bits)
     {
-        static const auto restrict = AVX2LIB::Find<decltype(&RestrictTargets)>("RestrictTargets");
+        static const auto restrict = AVX2LIB::Find(VectorKernels::RestrictTargets);
         if (restrict)
             restrict(bits);
     }

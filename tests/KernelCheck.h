@@ -1,7 +1,7 @@
 #pragma once
 
 #include "image/BaseTransformation.h"
-#include "simd/VectorKernels.h"
+#include "image/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
 #include <QString>
@@ -14,7 +14,7 @@
 
 /// Compares the row form of a pixel rule with its pixel form.
 ///
-///     QCOMPARE(KernelCheck::Difference("ThresholdRow", rule), QString());
+///     QCOMPARE(KernelCheck::Difference(VectorKernels::ThresholdRow, rule), QString());
 namespace KernelCheck {
 
 using Row = std::vector<YDRGBA32i>;
@@ -30,7 +30,7 @@ constexpr int RandomPixelShare = 1;
 /// The instruction sets that the kernels may use here, a bit each; none without the module.
 inline std::vector<qint64> Targets()
 {
-    const auto supported = AVX2LIB::Find<decltype(&SupportedTargets)>("SupportedTargets");
+    const auto supported = AVX2LIB::Find(VectorKernels::SupportedTargets);
     std::vector<qint64> targets;
     for (qint64 left = supported ? supported() : 0; left != 0; left &= left - 1)
         targets.push_back(left & -left);
@@ -48,7 +48,7 @@ public:
 private:
     static void Restrict(qint64 targets)
     {
-        static const auto restrict = AVX2LIB::Find<decltype(&RestrictTargets)>("RestrictTargets");
+        static const auto restrict = AVX2LIB::Find(VectorKernels::RestrictTargets);
         if (restrict)
             restrict(targets);
     }
@@ -56,7 +56,7 @@ private:
 
 inline QString NameOf(qint64 target)
 {
-    const auto name = AVX2LIB::Find<decltype(&TargetName)>("TargetName");
+    const auto name = AVX2LIB::Find(VectorKernels::TargetName);
     return name ? QString::fromLatin1(name(target)) : QString();
 }
 
@@ -143,15 +143,15 @@ QString DifferenceOnTarget(const Rule& rule, int randomPixels)
 }
 
 /// How the row form of `rule`, a transformation or a functor with ProcessRow(), first differs from its pixel
-/// form with any instruction set; empty if it never does. `kernel` is the name of the function in the module
-/// that the row form ought to use. On a processor without AVX2 the row form has no kernel to differ by.
-template <class Rule>
-QString Difference(const char* kernel, const Rule& rule, int randomPixels = 1000000)
+/// form with any instruction set; empty if it never does. `kernel` is what the row form ought to use. On a
+/// processor without AVX2 the row form has no kernel to differ by.
+template <class Kernel, class Rule>
+QString Difference(const VectorKernel<Kernel>& kernel, const Rule& rule, int randomPixels = 1000000)
 {
     if (!__builtin_cpu_supports("avx2"))
         return DifferenceOnTarget(rule, randomPixels);
-    if (!AVX2LIB::Find<QFunctionPointer>(kernel))
-        return QStringLiteral("the module has no %1").arg(QLatin1String(kernel));
+    if (!AVX2LIB::Find(kernel))
+        return QStringLiteral("the module lacks the kernel");
     for (const qint64 target : Targets()) {
         const Restriction restriction(target);
         const QString difference = DifferenceOnTarget(rule, randomPixels);

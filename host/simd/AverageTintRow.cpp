@@ -3,9 +3,9 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "image/VectorKernels.h"
 #include "simd/AverageTint.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 #include <algorithm>
 
@@ -153,6 +153,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(AverageTintRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::AverageTintAVX2)::Function AverageTintAVX2;
 
 void AverageTintAVX2(YDRGBA32i* row, int count, const int* weights, QRgb blackTone, QRgb whiteTone,
                      int amount)

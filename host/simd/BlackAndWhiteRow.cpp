@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/BlackAndWhiteRule.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -53,6 +53,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(BlackAndWhiteRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::BlackAndWhiteRow)::Function BlackAndWhiteRow;
 
 void BlackAndWhiteRow(YDRGBA32i* row, int count, const BlackAndWhiteRule* rule)
 {

@@ -3,9 +3,9 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "image/VectorKernels.h"
 #include "image/YDBlend.h"
 #include "simd/Prefetch.h"
-#include "simd/VectorKernels.h"
 
 #include <algorithm>
 
@@ -137,6 +137,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(BlendBySelectionRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::BlendBySelectionRow)::Function BlendBySelectionRow;
 
 void BlendBySelectionRow(const YDRGBA32i* source, YDRGBA32i* destination, const YDRGBA32i* mask, int count)
 {

@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/ColorBalanceRule.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelPairLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -100,6 +100,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(ColorBalanceRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::ColorBalanceRow)::Function ColorBalanceRow;
 
 void ColorBalanceRow(YDRGBA32i* row, int count, const ColorBalanceRule* rule)
 {

@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/ColorizeRule.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -77,6 +77,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(ColorizeRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::ColorizeRow)::Function ColorizeRow;
 
 void ColorizeRow(YDRGBA32i* row, int count, const ColorizeRule* rule)
 {

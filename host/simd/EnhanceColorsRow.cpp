@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/ColorEnhancerRule.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -96,6 +96,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(EnhanceColorsRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::EnhanceColorsRow)::Function EnhanceColorsRow;
 
 void EnhanceColorsRow(const YDRGBA32i* levelled, YDRGBA32i* row, int count, const ColorEnhancerRule* rule)
 {

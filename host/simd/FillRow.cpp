@@ -3,8 +3,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "image/VectorKernels.h"
 #include "simd/FillVectors.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -26,6 +26,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(FillRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::FillRow)::Function FillRow;
 
 void FillRow(YDRGBA32i* row, int count, const FillRule* rule)
 {

@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/BitSquare.h"
+#include "image/VectorKernels.h"
 #include "simd/FillVectors.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -70,6 +70,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(FillSquare);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::FillSquare)::Function FillSquare;
 
 void FillSquare(YDRGBA32i* pixels, int stride, int height, const quint64* bits, const FillRule* rule)
 {

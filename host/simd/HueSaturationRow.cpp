@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/HueSaturationRule.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelPairLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -239,6 +239,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(HueSaturationRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::HueSaturationRow)::Function HueSaturationRow;
 
 void HueSaturationRow(YDRGBA32i* row, int count, const HueSaturationRule* rule)
 {

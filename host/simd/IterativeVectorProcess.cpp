@@ -1,9 +1,10 @@
-#include "simd/VectorKernels.h"
-
 #include "image/BaseTransformation.h"
+#include "image/VectorKernels.h"
 #include "threads/ParallelRows.h"
 
 #include <QRect>
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::IterativeVectorProcess)::Function IterativeVectorProcess;
 
 void IterativeVectorProcess(YDRGBA32i* pixels, int stride, const QRect& area,
                             BaseTransformation* transformation, const std::atomic<bool>& abort,

@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/LinearGreyRule.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 #include <algorithm>
 
@@ -115,6 +115,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(LinearGreyRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::LinearGreyRow)::Function LinearGreyRow;
 
 void LinearGreyRow(YDRGBA32i* row, int count, const LinearGreyRule* rule)
 {

@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/Luma709.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -40,6 +40,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(LumaRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::LumaRow)::Function LumaRow;
 
 void LumaRow(const YDRGBA32i* row, int count, quint8* luma)
 {

@@ -3,8 +3,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "image/VectorKernels.h"
 #include "simd/Prefetch.h"
-#include "simd/VectorKernels.h"
 
 #include <algorithm>
 
@@ -206,6 +206,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(MapChannelsRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::MapChannelsRow)::Function MapChannelsRow;
 
 void MapChannelsRow(YDRGBA32i* row, int count, const quint8* tables)
 {

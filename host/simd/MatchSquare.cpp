@@ -5,8 +5,8 @@
 
 #include "image/BitSquare.h"
 #include "image/ColorRange.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -91,6 +91,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(MatchSquare);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::MatchSquare)::Function MatchSquare;
 
 void MatchSquare(const YDRGBA32i* pixels, int stride, int height, const ColorRange* range, quint64* bits,
                  const YDRGBA32i* next)

@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/OverlayRule.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -213,6 +213,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(OverlayRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::OverlayRow)::Function OverlayRow;
 
 void OverlayRow(const YDRGBA32i* over, YDRGBA32i* under, int count, const OverlayRule* rule)
 {

@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/PhotoFilterRule.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -85,6 +85,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(PhotoFilterRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::PhotoFilterRow)::Function PhotoFilterRow;
 
 void PhotoFilterRow(YDRGBA32i* row, int count, const PhotoFilterRule* rule)
 {

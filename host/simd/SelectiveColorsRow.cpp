@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/SelectiveColorsRule.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -171,6 +171,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(SelectiveColorsRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::SelectiveColorsRow)::Function SelectiveColorsRow;
 
 void SelectiveColorsRow(YDRGBA32i* row, int count, const SelectiveColorsRule* rule)
 {

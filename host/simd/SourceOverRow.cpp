@@ -3,9 +3,9 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "image/VectorKernels.h"
 #include "image/YDBlend.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -68,6 +68,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(SourceOverRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::SourceOverRow)::Function SourceOverRow;
 
 void SourceOverRow(const YDRGBA32i* source, YDRGBA32i* destination, int count, int opacity)
 {

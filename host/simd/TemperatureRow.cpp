@@ -4,8 +4,8 @@
 #include <hwy/highway.h>
 
 #include "image/TemperatureRule.h"
+#include "image/VectorKernels.h"
 #include "simd/PixelPairLoop.h"
-#include "simd/VectorKernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace {
@@ -106,6 +106,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(TemperatureRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::TemperatureRow)::Function TemperatureRow;
 
 void TemperatureRow(YDRGBA32i* row, int count, const TemperatureRule* rule)
 {

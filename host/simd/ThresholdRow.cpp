@@ -3,9 +3,9 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "image/VectorKernels.h"
 #include "image/YDThresholdRGB32.h"
 #include "simd/PixelLoop.h"
-#include "simd/VectorKernels.h"
 
 #include <algorithm>
 
@@ -56,6 +56,8 @@ HWY_AFTER_NAMESPACE();
 namespace {
 HWY_EXPORT(ThresholdRow);
 } // namespace
+
+extern "C" Q_DECL_EXPORT decltype(VectorKernels::ThresholdRow)::Function ThresholdRow;
 
 void ThresholdRow(YDRGBA32i* row, int count, int level)
 {

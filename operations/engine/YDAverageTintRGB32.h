@@ -1,5 +1,6 @@
 #pragma once
 
+#include "image/VectorKernels.h"
 #include "image/YDRGBA32i.h"
 #include "utilities/AVX2LIB.h"
 
@@ -38,8 +39,7 @@ public:
     /// `count` pixels in place, with the host's vector routine where there is one.
     void ProcessRow(YDRGBA32i* row, int count) const
     {
-        using Routine = void (*)(YDRGBA32i*, int, const int*, QRgb, QRgb, int);
-        static const auto routine = AVX2LIB::Find<Routine>("AverageTintAVX2");
+        static const auto routine = AVX2LIB::Find(VectorKernels::AverageTintAVX2);
         static constexpr int Weights[] = {RedWeight, GreenWeight, BlueWeight};
         if (routine)
             routine(row, count, Weights, m_blackTone, m_whiteTone, m_amount);

@@ -1,6 +1,7 @@
 #include "image/ChannelHistograms.h"
 
 #include "image/Luma709.h"
+#include "image/VectorKernels.h"
 #include "threads/ParallelRows.h"
 #include "utilities/AVX2LIB.h"
 
@@ -107,8 +108,7 @@ private:
 
     static void LumaOf(const YDRGBA32i* pixels, int count, quint8* luma)
     {
-        using Kernel = void (*)(const YDRGBA32i*, int, quint8*);
-        static const auto kernel = AVX2LIB::Find<Kernel>("LumaRow");
+        static const auto kernel = AVX2LIB::Find(VectorKernels::LumaRow);
         if (kernel) {
             kernel(pixels, count, luma);
             return;

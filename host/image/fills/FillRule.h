@@ -1,5 +1,6 @@
 #pragma once
 
+#include "image/VectorKernels.h"
 #include "image/YDRGBA32i.h"
 
 /// The constant and the pixel form of KVFillTransformation: one colour laid over every pixel.
@@ -9,7 +10,7 @@
 /// channels are rounded to nearest, halves up.
 struct FillRule
 {
-    static constexpr const char* Kernel = "FillRow";
+    static constexpr auto Kernel = VectorKernels::FillRow;
     static constexpr unsigned Opaque = 255;
 
     YDRGBA32i fill; ///< by its alpha

@@ -1,5 +1,6 @@
 #include "image/PixelSquare.h"
 
+#include "image/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
 #include <QtAlgorithms>
@@ -24,8 +25,7 @@ PixelSquare::PixelSquare(const RGBA32iImage& image, const QPoint& corner)
 
 BitSquare PixelSquare::Match(const ColorRange& range, const PixelSquare* next) const
 {
-    using Kernel = void (*)(const YDRGBA32i*, int, int, const ColorRange*, quint64*, const YDRGBA32i*);
-    static const auto kernel = AVX2LIB::Find<Kernel>("MatchSquare");
+    static const auto kernel = AVX2LIB::Find(VectorKernels::MatchSquare);
     BitSquare matches;
     if (kernel)
         kernel(m_pixels, m_stride, m_area.height(), &range, matches.rows.data(),
@@ -40,8 +40,7 @@ BitSquare PixelSquare::Match(const ColorRange& range, const PixelSquare* next) c
 
 void PixelSquare::Fill(const FillRule& rule, const BitSquare& bits) const
 {
-    using Kernel = void (*)(YDRGBA32i*, int, int, const quint64*, const FillRule*);
-    static const auto kernel = AVX2LIB::Find<Kernel>("FillSquare");
+    static const auto kernel = AVX2LIB::Find(VectorKernels::FillSquare);
     if (kernel)
         kernel(m_pixels, m_stride, m_area.height(), bits.rows.data(), &rule);
     else

@@ -1,12 +1,12 @@
 #include "image/YDBlend.h"
 
+#include "image/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
 void YDBlend::YDSourceBySelection::ProcessRow(const YDRGBA32i* source, YDRGBA32i* destination,
                                               const YDRGBA32i* mask, int count)
 {
-    using Kernel = void (*)(const YDRGBA32i*, YDRGBA32i*, const YDRGBA32i*, int);
-    static const auto kernel = AVX2LIB::Find<Kernel>("BlendBySelectionRow");
+    static const auto kernel = AVX2LIB::Find(VectorKernels::BlendBySelectionRow);
     if (kernel) {
         kernel(source, destination, mask, count);
         return;
@@ -17,8 +17,7 @@ void YDBlend::YDSourceBySelection::ProcessRow(const YDRGBA32i* source, YDRGBA32i
 
 void YDBlend::YDSourceOver<0>::ProcessRow(const YDRGBA32i* source, YDRGBA32i* destination, int count) const
 {
-    using Kernel = void (*)(const YDRGBA32i*, YDRGBA32i*, int, int);
-    static const auto kernel = AVX2LIB::Find<Kernel>("SourceOverRow");
+    static const auto kernel = AVX2LIB::Find(VectorKernels::SourceOverRow);
     if (kernel) {
         kernel(source, destination, count, opacity);
         return;

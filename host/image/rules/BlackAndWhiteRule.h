@@ -1,5 +1,6 @@
 #pragma once
 
+#include "image/VectorKernels.h"
 #include "image/YDRGBA32i.h"
 
 #include <algorithm>
@@ -8,7 +9,7 @@
 /// 0..255: weights are 65536ths, and the sum is rounded to nearest, halves up.
 struct BlackAndWhiteRule
 {
-    static constexpr const char* Kernel = "BlackAndWhiteRow";
+    static constexpr auto Kernel = VectorKernels::BlackAndWhiteRow;
     static constexpr int Shift = 16;
     static constexpr int Half = 1 << (Shift - 1);
     static constexpr int GreatestWeight = 32; ///< in either direction: three such of white fit into 32 bits

@@ -1,5 +1,6 @@
 #include "image/ChannelTablesTransformation.h"
 
+#include "image/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
 #include <algorithm>
@@ -39,8 +40,7 @@ ChannelTablesTransformation::Ramp ChannelTablesTransformation::IdentityRamp()
 
 void ChannelTablesTransformation::ProcessRow(YDRGBA32i* row, int count) const
 {
-    using Kernel = void (*)(YDRGBA32i*, int, const quint8*);
-    static const auto kernel = AVX2LIB::Find<Kernel>("MapChannelsRow");
+    static const auto kernel = AVX2LIB::Find(VectorKernels::MapChannelsRow);
     if (kernel) {
         kernel(row, count, m_tables[0].data());
         return;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "image/MulFixedPoint15.h"
+#include "image/VectorKernels.h"
 #include "image/YDRGBA32i.h"
 
 #include <cstdlib>
@@ -9,7 +10,7 @@
 /// signs or without, of which vectors hold two a pixel.
 struct ColorBalanceRule
 {
-    static constexpr const char* Kernel = "ColorBalanceRow";
+    static constexpr auto Kernel = VectorKernels::ColorBalanceRow;
 
     /// How far one channel is shifted, in 64ths of a level times ShiftUnit.
     struct Shifts

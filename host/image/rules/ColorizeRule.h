@@ -1,6 +1,7 @@
 #pragma once
 
 #include "image/Luma709.h"
+#include "image/VectorKernels.h"
 
 #include <algorithm>
 
@@ -11,7 +12,7 @@
 /// signed bits; the sum is rounded to nearest.
 struct ColorizeRule
 {
-    static constexpr const char* Kernel = "ColorizeRow";
+    static constexpr auto Kernel = VectorKernels::ColorizeRow;
     static constexpr int LumaBits = 7;
     static constexpr int FactorBits = 11;
     static constexpr int Shift = LumaBits + FactorBits;

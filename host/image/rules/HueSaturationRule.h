@@ -2,6 +2,7 @@
 
 #include "image/Luma709.h"
 #include "image/MulFixedPoint15.h"
+#include "image/VectorKernels.h"
 #include "image/YDRGBA32i.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@
 /// rounded division, so that it is the same wherever it is computed.
 struct HueSaturationRule
 {
-    static constexpr const char* Kernel = "HueSaturationRow";
+    static constexpr auto Kernel = VectorKernels::HueSaturationRow;
 
     enum class Kind
     {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "image/VectorKernels.h"
 #include "image/YDRGBA32i.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@
 /// way everywhere.
 struct LinearGreyRule
 {
-    static constexpr const char* Kernel = "LinearGreyRow";
+    static constexpr auto Kernel = VectorKernels::LinearGreyRow;
     static constexpr int WhiteLight = 32767;     ///< of a channel
     static constexpr int Full = 1 << 14;         ///< the light of white, as it is encoded
     static constexpr int GreatestFactor = 10922; ///< in either direction: three of white fit into 32 bits

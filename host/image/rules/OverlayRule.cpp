@@ -1,5 +1,6 @@
 #include "image/OverlayRule.h"
 
+#include "image/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
 namespace {
@@ -24,8 +25,7 @@ void OverlayRule::operator()(const YDRGBA32i& over, YDRGBA32i& under) const
 
 void OverlayRule::ProcessRow(const YDRGBA32i* over, YDRGBA32i* under, int count) const
 {
-    using Kernel = void (*)(const YDRGBA32i*, YDRGBA32i*, int, const OverlayRule*);
-    static const auto kernel = AVX2LIB::Find<Kernel>("OverlayRow");
+    static const auto kernel = AVX2LIB::Find(VectorKernels::OverlayRow);
     if (kernel) {
         kernel(over, under, count, this);
         return;

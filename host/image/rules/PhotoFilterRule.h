@@ -1,6 +1,7 @@
 #pragma once
 
 #include "image/Luma709.h"
+#include "image/VectorKernels.h"
 
 #include <algorithm>
 
@@ -11,7 +12,7 @@
 /// single-precision division, which IEEE 754 rounds the same way everywhere.
 struct PhotoFilterRule
 {
-    static constexpr const char* Kernel = "PhotoFilterRow";
+    static constexpr auto Kernel = VectorKernels::PhotoFilterRow;
     static constexpr int ChannelBits = 7; ///< channels are 128ths of a level
     static constexpr int White = 255 << ChannelBits;
     static constexpr int WhiteLuma = 255 << Luma709::Shift;

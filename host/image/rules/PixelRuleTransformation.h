@@ -7,13 +7,11 @@
 /// hand.
 ///
 /// `Rule` holds the constants of one job; `void operator()(YDRGBA32i&) const` changes a pixel by them, and
-/// `Rule::Kernel` names the function of the vector module that does the same to many:
-/// `void (YDRGBA32i* row, int count, const Rule* rule)`.
+/// `Rule::Kernel`, a VectorKernels::RuleKernel<Rule>, does the same to many.
 template <class Rule>
 void ApplyRuleToRow(const Rule& rule, YDRGBA32i* row, int count)
 {
-    using Kernel = void (*)(YDRGBA32i*, int, const Rule*);
-    static const auto kernel = AVX2LIB::Find<Kernel>(Rule::Kernel);
+    static const auto kernel = AVX2LIB::Find(Rule::Kernel);
     if (kernel) {
         kernel(row, count, &rule);
         return;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "image/SelectiveParamsList.h"
+#include "image/VectorKernels.h"
 #include "image/YDRGBA32i.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@
 /// for the last step, which rounds the change to whole levels, halves up.
 struct SelectiveColorsRule
 {
-    static constexpr const char* Kernel = "SelectiveColorsRow";
+    static constexpr auto Kernel = VectorKernels::SelectiveColorsRow;
     static constexpr int White = 255;
     static constexpr int Inks = 3;
     static constexpr int ShiftBits = 20;

@@ -2,6 +2,7 @@
 
 #include "image/Luma709.h"
 #include "image/MulFixedPoint15.h"
+#include "image/VectorKernels.h"
 #include "image/YDRGBA32i.h"
 
 #include <algorithm>
@@ -12,7 +13,7 @@
 /// divisions, so that they are the same wherever they are computed.
 struct TemperatureRule
 {
-    static constexpr const char* Kernel = "TemperatureRow";
+    static constexpr auto Kernel = VectorKernels::TemperatureRow;
 
     /// Of blue, green and red.
     struct Factors

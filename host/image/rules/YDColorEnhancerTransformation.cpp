@@ -1,5 +1,6 @@
 #include "image/YDColorEnhancerTransformation.h"
 
+#include "image/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
 #include <array>
@@ -15,8 +16,7 @@ constexpr int PiecePixels = 256;
 
 void Mix(const YDRGBA32i* levelled, YDRGBA32i* row, int count, const ColorEnhancerRule& rule)
 {
-    using Kernel = void (*)(const YDRGBA32i*, YDRGBA32i*, int, const ColorEnhancerRule*);
-    static const auto kernel = AVX2LIB::Find<Kernel>("EnhanceColorsRow");
+    static const auto kernel = AVX2LIB::Find(VectorKernels::EnhanceColorsRow);
     if (kernel) {
         kernel(levelled, row, count, &rule);
         return;

@@ -1,5 +1,6 @@
 #include "image/YDThresholdRGB32.h"
 
+#include "image/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
 namespace {
@@ -15,8 +16,7 @@ void YDThresholdRGB32::operator()(unsigned char* pixels, bool) const
 
 void YDThresholdRGB32::ProcessRow(YDRGBA32i* row, int count) const
 {
-    using Kernel = void (*)(YDRGBA32i*, int, int);
-    static const auto kernel = AVX2LIB::Find<Kernel>("ThresholdRow");
+    static const auto kernel = AVX2LIB::Find(VectorKernels::ThresholdRow);
     if (kernel) {
         kernel(row, count, m_level);
         return;

@@ -1,6 +1,6 @@
 #include "image/BaseTransformation.h"
 #include "image/KVImage.h"
-#include "simd/VectorKernels.h"
+#include "image/VectorKernels.h"
 #include "threads/PoolTasks.h"
 #include "utilities/AVX2LIB.h"
 
@@ -58,9 +58,9 @@ private:
     mutable std::set<std::thread::id> m_threads;
 };
 
-decltype(&IterativeVectorProcess) Process()
+decltype(VectorKernels::IterativeVectorProcess)::Function* Process()
 {
-    static const auto process = AVX2LIB::Find<decltype(&IterativeVectorProcess)>("IterativeVectorProcess");
+    static const auto process = AVX2LIB::Find(VectorKernels::IterativeVectorProcess);
     return process;
 }
 

@@ -1,18 +1,28 @@
 #include "KernelCheck.h"
 #include "image/Luma709.h"
+#include "image/VectorKernels.h"
 #include "image/YDBlend.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
-#include "simd/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
+#include <QFile>
+#include <QLibrary>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <array>
 #include <cmath>
 #include <random>
+#include <type_traits>
 #include <vector>
 
 namespace {
+
+// Whoever calls a kernel has to do so as it is declared, and has no name to ask for but a declared one.
+using Threshold = decltype(AVX2LIB::Find(VectorKernels::ThresholdRow));
+static_assert(std::is_invocable_v<Threshold, YDRGBA32i*, int, int>);
+static_assert(!std::is_invocable_v<Threshold, YDRGBA32i*, int, const quint8*>);
+static_assert(!std::is_constructible_v<VectorKernel<void(YDRGBA32i*, int, int)>, const char*>);
 
 constexpr int LongestRow = 300; // several steps of the widest vectors, and every end
 constexpr int MostOffset = 15;  // with 16 pixels a cache line begins anew
@@ -21,12 +31,15 @@ constexpr YDRGBA32i Guard(1, 2, 3, 4);
 
 struct Kernels
 {
-    decltype(&MapChannelsRow) map = AVX2LIB::Find<decltype(&MapChannelsRow)>("MapChannelsRow");
-    decltype(&BlendBySelectionRow) blend =
-        AVX2LIB::Find<decltype(&BlendBySelectionRow)>("BlendBySelectionRow");
-    decltype(&SupportedTargets) supported = AVX2LIB::Find<decltype(&SupportedTargets)>("SupportedTargets");
-    decltype(&RestrictTargets) restrict = AVX2LIB::Find<decltype(&RestrictTargets)>("RestrictTargets");
-    decltype(&TargetName) name = AVX2LIB::Find<decltype(&TargetName)>("TargetName");
+    decltype(VectorKernels::MapChannelsRow)::Function* const map =
+        AVX2LIB::Find(VectorKernels::MapChannelsRow);
+    decltype(VectorKernels::BlendBySelectionRow)::Function* const blend =
+        AVX2LIB::Find(VectorKernels::BlendBySelectionRow);
+    decltype(VectorKernels::SupportedTargets)::Function* const supported =
+        AVX2LIB::Find(VectorKernels::SupportedTargets);
+    decltype(VectorKernels::RestrictTargets)::Function* const restrict =
+        AVX2LIB::Find(VectorKernels::RestrictTargets);
+    decltype(VectorKernels::TargetName)::Function* const name = AVX2LIB::Find(VectorKernels::TargetName);
 };
 
 const Kernels& Module()
@@ -93,6 +106,7 @@ private slots:
     void initTestCase();
     void cleanup();
 
+    void EveryKernelIsExportedUnderItsName();
     void OffersAvx2AndNamesIt();
     void CanBeConfinedToOneInstructionSet();
 
@@ -126,6 +140,24 @@ void TestVectorKernels::initTestCase()
 }
 
 void TestVectorKernels::cleanup() { Module().restrict(0); }
+
+void TestVectorKernels::EveryKernelIsExportedUnderItsName()
+{
+    QFile header(QStringLiteral(KERNEL_DECLARATIONS));
+    QVERIFY(header.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(header.readAll());
+    QLibrary module(QStringLiteral(KERNEL_MODULE));
+    const QRegularExpression declaration(
+        QStringLiteral("static constexpr \\w+Kernel<[^;]*>\\s+(\\w+)\\{\\s*\"(\\w+)\"\\};"));
+    int kernels = 0;
+    for (auto each = declaration.globalMatch(text); each.hasNext(); ++kernels) {
+        const QRegularExpressionMatch kernel = each.next();
+        QCOMPARE(kernel.captured(2), kernel.captured(1));
+        QVERIFY2(module.resolve(qPrintable(kernel.captured(2))), qPrintable(kernel.captured(2)));
+    }
+    QCOMPARE(kernels, text.count(QStringLiteral("static constexpr")));
+    QVERIFY(kernels > 20);
+}
 
 void TestVectorKernels::OffersAvx2AndNamesIt()
 {
@@ -265,7 +297,7 @@ void TestVectorKernels::LumaOfEveryLengthAndAlignment()
 {
     QFETCH(qint64, target);
     Module().restrict(target);
-    const auto kernel = AVX2LIB::Find<decltype(&LumaRow)>("LumaRow");
+    const auto kernel = AVX2LIB::Find(VectorKernels::LumaRow);
     QVERIFY(kernel);
     constexpr quint8 LumaGuard = 99;
     std::minstd_rand random(7);

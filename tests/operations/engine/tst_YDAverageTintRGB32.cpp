@@ -169,7 +169,7 @@ void TestYDAverageTintRGB32::RowsEqualPixelsOnEveryTarget()
     QFETCH(QRgb, black);
     QFETCH(QRgb, white);
     QFETCH(int, amount);
-    const char* const kernel = "AverageTintAVX2";
+    const auto kernel = VectorKernels::AverageTintAVX2;
     QCOMPARE(KernelCheck::Difference(kernel, Average(black, white, amount)), QString());
     QCOMPARE(KernelCheck::Difference(kernel, Ntsc(black, white, amount)), QString());
     QCOMPARE(KernelCheck::Difference(kernel, Luma(black, white, amount)), QString());

@@ -137,7 +137,7 @@ void TestKVFillTransformation::RowsEqualPixels_data()
 void TestKVFillTransformation::RowsEqualPixels()
 {
     QFETCH(QRgb, fill);
-    QCOMPARE(KernelCheck::Difference("FillRow", Fill(fill)), QString());
+    QCOMPARE(KernelCheck::Difference(VectorKernels::FillRow, Fill(fill)), QString());
 }
 
 void TestKVFillTransformation::RowsOfMixedAlphasEqualPixels_data()

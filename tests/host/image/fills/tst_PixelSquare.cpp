@@ -87,8 +87,8 @@ void TestPixelSquare::CoversThePictureInSquares()
 void TestPixelSquare::UsesTheKernels()
 {
     const bool hasModule = AVX2LIB::Instance();
-    QCOMPARE(AVX2LIB::Find<QFunctionPointer>("MatchSquare") != nullptr, hasModule);
-    QCOMPARE(AVX2LIB::Find<QFunctionPointer>("FillSquare") != nullptr, hasModule);
+    QCOMPARE(AVX2LIB::Find(VectorKernels::MatchSquare) != nullptr, hasModule);
+    QCOMPARE(AVX2LIB::Find(VectorKernels::FillSquare) != nullptr, hasModule);
 }
 
 void TestPixelSquare::MatchesPixelByPixel_data()

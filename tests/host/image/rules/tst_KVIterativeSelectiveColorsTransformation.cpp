@@ -450,7 +450,8 @@ void TestKVIterativeSelectiveColorsTransformation::RowsEqualPixels_data()
 void TestKVIterativeSelectiveColorsTransformation::RowsEqualPixels()
 {
     QFETCH(List, list);
-    QCOMPARE(KernelCheck::Difference("SelectiveColorsRow", KVIterativeSelectiveColorsTransformation(list)),
+    QCOMPARE(KernelCheck::Difference(VectorKernels::SelectiveColorsRow,
+                                     KVIterativeSelectiveColorsTransformation(list)),
              QString());
 }
 

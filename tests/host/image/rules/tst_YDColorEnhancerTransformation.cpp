@@ -121,7 +121,8 @@ void TestYDColorEnhancerTransformation::RowsEqualPixels_data()
 void TestYDColorEnhancerTransformation::RowsEqualPixels()
 {
     QFETCH(int, amount);
-    QCOMPARE(KernelCheck::Difference("EnhanceColorsRow", Enhancer(amount, Narrow), 200000), QString());
+    QCOMPARE(KernelCheck::Difference(VectorKernels::EnhanceColorsRow, Enhancer(amount, Narrow), 200000),
+             QString());
 }
 
 QTEST_GUILESS_MAIN(TestYDColorEnhancerTransformation)

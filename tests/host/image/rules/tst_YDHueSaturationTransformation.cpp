@@ -370,7 +370,7 @@ void TestYDHueSaturationTransformation::RowsEqualPixels()
     QFETCH(Settings, settings);
     const YDHueSaturationTransformation rule(settings.hue, settings.saturation, settings.lightness,
                                              settings.colorize);
-    QCOMPARE(KernelCheck::Difference("HueSaturationRow", rule), QString());
+    QCOMPARE(KernelCheck::Difference(VectorKernels::HueSaturationRow, rule), QString());
 }
 
 void TestYDHueSaturationTransformation::RowsEqualPixelsForAnySettings()

@@ -165,7 +165,9 @@ void TestYDIterativeBlackAndWhiteTransformation::RowsEqualPixelsOnEveryTarget()
     QFETCH(bool, cie);
     QFETCH(Weights, weights);
     const YDIterativeBlackAndWhiteTransformation rule(cie, weights.r, weights.g, weights.b);
-    QCOMPARE(KernelCheck::Difference(cie ? "LinearGreyRow" : "BlackAndWhiteRow", rule, 300000), QString());
+    QCOMPARE(cie ? KernelCheck::Difference(VectorKernels::LinearGreyRow, rule, 300000)
+                 : KernelCheck::Difference(VectorKernels::BlackAndWhiteRow, rule, 300000),
+             QString());
 }
 
 QTEST_GUILESS_MAIN(TestYDIterativeBlackAndWhiteTransformation)

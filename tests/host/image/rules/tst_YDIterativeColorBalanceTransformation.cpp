@@ -265,7 +265,7 @@ void TestYDIterativeColorBalanceTransformation::RowsEqualPixels_data()
 void TestYDIterativeColorBalanceTransformation::RowsEqualPixels()
 {
     QFETCH(Settings, settings);
-    QCOMPARE(KernelCheck::Difference("ColorBalanceRow", RuleFor(settings)), QString());
+    QCOMPARE(KernelCheck::Difference(VectorKernels::ColorBalanceRow, RuleFor(settings)), QString());
 }
 
 void TestYDIterativeColorBalanceTransformation::RowsEqualPixelsForAnySettings()

@@ -164,9 +164,9 @@ void TestYDIterativeColorizeTransformation::RowsEqualPixelsOnEveryTarget()
 {
     QFETCH(QRgb, color);
     for (const int amount : {0, 1, 33, 100})
-        QCOMPARE(
-            KernelCheck::Difference("ColorizeRow", YDIterativeColorizeTransformation(color, amount), 200000),
-            QString());
+        QCOMPARE(KernelCheck::Difference(VectorKernels::ColorizeRow,
+                                         YDIterativeColorizeTransformation(color, amount), 200000),
+                 QString());
 }
 
 QTEST_GUILESS_MAIN(TestYDIterativeColorizeTransformation)

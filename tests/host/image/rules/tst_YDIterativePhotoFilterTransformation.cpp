@@ -127,7 +127,7 @@ void TestYDIterativePhotoFilterTransformation::RowsEqualPixelsOnEveryTarget()
 {
     QFETCH(QRgb, color);
     for (const int density : {0, 1, 50, 100})
-        QCOMPARE(KernelCheck::Difference("PhotoFilterRow",
+        QCOMPARE(KernelCheck::Difference(VectorKernels::PhotoFilterRow,
                                          YDIterativePhotoFilterTransformation(color, density), 200000),
                  QString());
 }

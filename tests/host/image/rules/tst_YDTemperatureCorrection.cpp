@@ -284,7 +284,7 @@ void TestYDTemperatureCorrection::RowsEqualPixels_data()
 void TestYDTemperatureCorrection::RowsEqualPixels()
 {
     QFETCH(Settings, settings);
-    QCOMPARE(KernelCheck::Difference("TemperatureRow", RuleFor(settings)), QString());
+    QCOMPARE(KernelCheck::Difference(VectorKernels::TemperatureRow, RuleFor(settings)), QString());
 }
 
 void TestYDTemperatureCorrection::RowsEqualPixelsForAnySettings()

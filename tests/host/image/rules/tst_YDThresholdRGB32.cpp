@@ -123,7 +123,7 @@ void TestYDThresholdRGB32::RowsEqualPixels_data()
 void TestYDThresholdRGB32::RowsEqualPixels()
 {
     QFETCH(int, level);
-    QCOMPARE(KernelCheck::Difference("ThresholdRow", Rule(level)), QString());
+    QCOMPARE(KernelCheck::Difference(VectorKernels::ThresholdRow, Rule(level)), QString());
 }
 
 QTEST_GUILESS_MAIN(TestYDThresholdRGB32)

@@ -91,7 +91,7 @@ void TestYDTintRGB32::RowsEqualPixelsOnEveryTarget()
     QFETCH(QRgb, white);
     QFETCH(int, amount);
     const YDIterativeTintTransformation<YDTintRGB32> rule(YDTintRGB32(black, white, amount));
-    QCOMPARE(KernelCheck::Difference("MapChannelsRow", rule, 200000), QString());
+    QCOMPARE(KernelCheck::Difference(VectorKernels::MapChannelsRow, rule, 200000), QString());
 }
 
 QTEST_GUILESS_MAIN(TestYDTintRGB32)
