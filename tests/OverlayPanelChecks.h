@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AdjustmentProbe.h"
+#include "PanelKit.h"
 #include "TestPictures.h"
 #include "YDRecord.h"
 
@@ -50,7 +50,7 @@ void AnIndexThatThereIsNotIsTheNormalMode()
         f.widget.OnBlendingModeChanged(index);
         QCOMPARE(f.widget.GetValue().blendingMode, 0);
     }
-    QCOMPARE(f.changes.Take(), 8);
+    QCOMPARE(f.changes.Take(), PanelKit::Changes(8));
 }
 
 inline void AddUnknownModes()
@@ -78,6 +78,19 @@ void AnUnknownModeStaysUntilAnotherIsChosen()
     QCOMPARE(f.widget.GetValue().blendingMode, 13);
 }
 
+/// The spin boxes of the margins surround a middle.
+template <class Fixture>
+void TheMarginsLieAsTheyAre()
+{
+    Fixture f;
+    f.widget.show();
+    QVERIFY(f.top->geometry().bottom() < f.left->geometry().top());
+    QVERIFY(f.left->geometry().right() < f.right->geometry().left());
+    QCOMPARE(f.left->y(), f.right->y());
+    QVERIFY(f.bottom->geometry().top() > f.left->geometry().bottom());
+    QCOMPARE(f.top->x(), f.bottom->x());
+}
+
 /// The margins are no rectangle: the left one may be greater than the right one.
 template <class Fixture>
 void MarginsAreFourNumbers()
@@ -92,12 +105,12 @@ void MarginsAreFourNumbers()
     QCOMPARE(params.margins.right(), 3);
     QCOMPARE(params.margins.top(), 800);
     QCOMPARE(params.margins.bottom(), 0);
-    QCOMPARE(f.changes.Take(), 4);
+    QCOMPARE(f.changes.Take(), PanelKit::Changes(4));
     Fixture other;
     other.widget.SetValue(params);
     QCOMPARE(other.left->value(), 900);
     QCOMPARE(other.right->value(), 3);
-    QCOMPARE(AdjustmentProbe::Written(other.widget.GetValue()), AdjustmentProbe::Written(params));
+    QCOMPARE(PanelKit::Written(other.widget.GetValue()), PanelKit::Written(params));
 }
 
 /// Whoever hands the panel a picture, or waits for it, is not left waiting.

@@ -1,6 +1,7 @@
 #include "TestPictures.h"
 #include "YDTaskWidget.h"
 #include "catalog/AdjustmentCatalog.h"
+#include "catalog/PanelDialog.h"
 #include "gui/YodiCustomSlider.h"
 
 #include <QAbstractSlider>
@@ -253,7 +254,7 @@ private slots:
     void TheFocusGoesThroughThePanelFirst();
     void EveryAdjustmentHasADialogWithButtonsAndAPanelWithout_data() { Adjustments(); }
     void EveryAdjustmentHasADialogWithButtonsAndAPanelWithout();
-    void TheSameSettingsGiveTheSameBytesWhicheverWayTheyGo_data() { Adjustments(); }
+    void TheSameSettingsGiveTheSameBytesWhicheverWayTheyGo_data();
     void TheSameSettingsGiveTheSameBytesWhicheverWayTheyGo();
     void AChangeIsAnnouncedByTheDialogItself_data() { Adjustments(); }
     void AChangeIsAnnouncedByTheDialogItself();
@@ -501,6 +502,11 @@ void TestAdjustmentCatalog::NeutralSettingsChangeNoPixel()
         const auto settings = Entry().makeSettings();
         QCOMPARE(settings->FromJson(QJsonDocument::fromJson(json.toUtf8()).object()), QString());
         QVERIFY2(TestPictures::AreEqual(Applied(*settings, before), before), qPrintable(json));
+        const auto panel = Entry().makeWidget(false, nullptr);
+        Entry().show(*panel, *settings);
+        RGBA32iImage converted = before.DeepCopy();
+        panel->ConvertImage(converted, {}, {}, {});
+        QVERIFY2(TestPictures::AreEqual(converted, before), qPrintable(json));
     }
     if (neutral.isEmpty())
         QVERIFY(!TestPictures::AreEqual(Applied(*Entry().makeSettings(), before), before));
@@ -657,12 +663,33 @@ void TestAdjustmentCatalog::AChangeIsAnnouncedByTheDialogItself()
     QCOMPARE(heard.contains("data"), Entry().name != QLatin1String("curves")); // that is the channel in view
 }
 
+/// Every field changed, and ways that these settings do not take.
+void TestAdjustmentCatalog::TheSameSettingsGiveTheSameBytesWhicheverWayTheyGo_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("json");
+    for (const AdjustmentEntry& entry : AdjustmentCatalog::Entries())
+        QTest::newRow(qPrintable(entry.name)) << entry.name << QString();
+    const auto add = [](const char* name, const char* json) {
+        QTest::addRow("%s %s", name, json) << QString::fromLatin1(name) << QString::fromLatin1(json);
+    };
+    for (const char* const type : {R"({"type": 0})", R"({"type": 1})", R"({"type": 2})", R"({"type": 3})"})
+        add("tint", type);
+    add("white-balance", R"({"mode": 0, "useTemperature": true, "temperature": -60})");
+    add("white-balance", R"({"mode": 1, "useTemperature": true, "temperature": 60})");
+    add("white-balance", R"({"mode": 2, "useTemperature": true, "temperature": 60})");
+    add("white-balance", R"({"enhanced": true, "useTemperature": true, "temperature": 60})");
+}
+
 /// From the settings' own task, from a panel's, from ConvertImage() and from a dialog's preview, with a
 /// selection and without.
 void TestAdjustmentCatalog::TheSameSettingsGiveTheSameBytesWhicheverWayTheyGo()
 {
+    QFETCH(QString, json);
     const RGBA32iImage source = TestPictures::Noise(700, 600); // larger than the margins
-    const auto settings = ChangedSettings(Entry());
+    const RGBA32iImage untouched = source.DeepCopy();
+    const auto settings = json.isEmpty() ? ChangedSettings(Entry()) : Entry().makeSettings();
+    QCOMPARE(settings->FromJson(QJsonDocument::fromJson(json.toUtf8()).object()), QString());
     const auto panel = Entry().makeWidget(false, nullptr);
     Entry().show(*panel, *settings);
     const auto dialog = Entry().makeWidget(true, nullptr);
@@ -673,15 +700,23 @@ void TestAdjustmentCatalog::TheSameSettingsGiveTheSameBytesWhicheverWayTheyGo()
         QVERIFY(!TestPictures::AreEqual(expected, source));
         QVERIFY(TestPictures::AreEqual(panel->MakeTask().ApplyToCopy(source, selection).picture, expected));
 
-        RGBA32iImage converted = source.DeepCopy();
-        panel->SetImage(converted, {}, {}, {});
-        panel->ConvertImage(converted, selection.mask, selection.offset, selection.bounds);
-        QVERIFY(TestPictures::AreEqual(converted, ConvertsNothing(Entry().name) ? source : expected));
+        for (const auto* const widget : {&panel, &dialog}) {
+            RGBA32iImage converted = source.DeepCopy();
+            const RGBA32iImage pixels = converted;
+            if (widget == &panel)
+                panel->SetImage(converted, {}, {}, {});
+            (*widget)->ConvertImage(converted, selection.mask, selection.offset, selection.bounds);
+            const bool isFrame = &PanelDialog::PanelOf(**widget) != widget->get(); // and converts
+            const bool isLeft = ConvertsNothing(Entry().name) && !isFrame;
+            QVERIFY(TestPictures::AreEqual(converted, isLeft ? source : expected));
+            QVERIFY(converted.SharesPixelsWith(pixels)); // those that were handed in
+        }
 
         ready.clear();
         dialog->SetImage(source, selection.mask, selection.offset, selection.bounds);
         QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
         QVERIFY(TestPictures::AreEqual(dialog->AdjustedImage(), expected));
+        QVERIFY(TestPictures::AreEqual(source, untouched));
     }
 }
 

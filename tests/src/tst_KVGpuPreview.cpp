@@ -1,6 +1,6 @@
-#include "AdjustmentProbe.h"
 #include "GpuWidget.h"
 #include "KVSelectiveColorsWidget.h"
+#include "PanelKit.h"
 #include "core/KVApplication.h"
 #include "gpu/SelectiveColorsDevice.h"
 #include "gpu/SelectiveColorsJob.h"
@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QPointer>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QTest>
 #include <QThread>
 #include <QTimer>
@@ -527,7 +528,7 @@ void TestKVGpuPreview::ThePanelAsksForWhatItShows()
             QCOMPARE(job.rule.shift[range][ink], expected.shift[range][ink]);
     QCOMPARE(job.source.width, 20);
     QCOMPARE(job.source.height, 10);
-    AdjustmentProbe::Child<QComboBox>(panel, "m_pColors")->setCurrentIndex(3);
+    PanelKit::Child<QComboBox>(panel, "m_pColors")->setCurrentIndex(3);
     QTest::qWait(QuietMs);
     QCOMPARE(b.gate.begun.load(), 1);
 }
@@ -581,7 +582,7 @@ void TestKVGpuPreview::OkInThePanelWaitsForTheDevice()
     b.gate.isStubborn = true;
     b.gate.isOpen = false;
     KVSelectiveColorsWidget panel(true, nullptr, Qt::WindowFlags());
-    auto* const cyan = AdjustmentProbe::Child<QSpinBox>(panel, "m_pCyan");
+    auto* const cyan = PanelKit::Child<QSpinBox>(panel, "m_pCyan");
     cyan->setValue(30);
     panel.SetImage(RGBA32iImage(20, 10), {}, {}, {});
     QTRY_COMPARE_WITH_TIMEOUT(b.gate.begun.load(), 1, PatienceMs);

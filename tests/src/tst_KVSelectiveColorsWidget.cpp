@@ -1,5 +1,5 @@
-#include "AdjustmentProbe.h"
 #include "KVSelectiveColorsWidget.h"
+#include "PanelKit.h"
 #include "TestPictures.h"
 #include "core/KVApplication.h"
 #include "gpu/SelectiveColorsService.h"
@@ -8,19 +8,18 @@
 #include <QComboBox>
 #include <QRadioButton>
 #include <QSignalSpy>
+#include <QSlider>
+#include <QSpinBox>
 #include <QTest>
 #include <QVBoxLayout>
 
 #include <cmath>
 #include <limits>
 
-using namespace AdjustmentProbe;
-
 namespace {
 
-constexpr int PatienceMs = 30000;
-/// Longer than the delay in which changes are gathered, so that a job that would start has started.
-constexpr int QuietMs = 150;
+using namespace PanelKit;
+
 constexpr float Infinity = std::numeric_limits<float>::infinity();
 
 /// A change of a percentage is announced in an order of its own.
@@ -37,9 +36,9 @@ SelectiveParamsList Settings(Mode mode = Mode::Relative)
 }
 
 /// A widget of the adjustment and its controls.
-struct Fixture
+struct Fixture : Panel<KVSelectiveColorsWidget>
 {
-    explicit Fixture(bool isDialog = true) : widget(isDialog, nullptr, Qt::WindowFlags()) {}
+    using Panel::Panel;
 
     /// What the four spin boxes show.
     QString Shown() const
@@ -57,15 +56,13 @@ struct Fixture
                                                               : absolute->text();
     }
 
-    KVSelectiveColorsWidget widget;
-    QComboBox* const colors = Child<QComboBox>(widget, "m_pColors");
-    const QVector<QSpinBox*> spins{Child<QSpinBox>(widget, "m_pCyan"), Child<QSpinBox>(widget, "m_pMagenta"),
-                                   Child<QSpinBox>(widget, "m_pYellow"), Child<QSpinBox>(widget, "m_pBlack")};
-    const QVector<QSlider*> sliders{
-        Child<QSlider>(widget, "m_pCyanSlider"), Child<QSlider>(widget, "m_pMagentaSlider"),
-        Child<QSlider>(widget, "m_pYellowSlider"), Child<QSlider>(widget, "m_pBlackSlider")};
-    QRadioButton* const relative = Child<QRadioButton>(widget, "m_pRelative");
-    QRadioButton* const absolute = Child<QRadioButton>(widget, "m_pAbsolute");
+    QComboBox* const colors = Child<QComboBox>("m_pColors");
+    const QVector<QSpinBox*> spins{Child<QSpinBox>("m_pCyan"), Child<QSpinBox>("m_pMagenta"),
+                                   Child<QSpinBox>("m_pYellow"), Child<QSpinBox>("m_pBlack")};
+    const QVector<QSlider*> sliders{Child<QSlider>("m_pCyanSlider"), Child<QSlider>("m_pMagentaSlider"),
+                                    Child<QSlider>("m_pYellowSlider"), Child<QSlider>("m_pBlackSlider")};
+    QRadioButton* const relative = Child<QRadioButton>("m_pRelative");
+    QRadioButton* const absolute = Child<QRadioButton>("m_pAbsolute");
 };
 
 /// A picture and what limits its adjustment.
@@ -128,23 +125,17 @@ class TestKVSelectiveColorsWidget : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void init();
 
     void PreviewsTakeTheRoadThatIsAskedFor();
-    void TheFormIsAsDesigned();
-    void EachInkHasItsRow_data();
     void EachInkHasItsRow();
     void EachTargetHasItsSwatch_data();
     void EachTargetHasItsSwatch();
-    void AtFirstNothingIsAdjusted();
     void TypesThatTravelThroughSignalsAreKnown();
-    void SpinBoxAndSliderFollowOneAnother();
     void AnEditBelongsToTheChosenTarget();
     void ChoosingATargetShowsItsValuesAndAnnouncesNothing();
     void WithoutATargetNothingHappens();
     void ATargetThatIsNotKnownBeginsWithZeros();
-    void AnotherModeIsAnnouncedOnce();
     void TheModeThatIsSetAlreadyIsNotAnnounced();
     void SettingARecordShowsItAndAnnouncesNothing();
     void ListsOfAnyLengthAreTaken_data();
@@ -153,9 +144,6 @@ private slots:
     void ValuesFromOutsideAreKeptAndShownBounded();
     void AnyOtherModeIsShownAsAbsolute();
     void ResettingClearsAllAndAnnouncesOnce();
-    void RecordsTravelThroughStreams();
-    void ACutStreamGivesDefaultsAndOneLine();
-    void AFailedWriteIsLogged();
     void ConvertingFollowsTheRule();
     void ConvertingLeavesTheGpuAlone();
     void PreviewsShowWhatIsApplied_data();
@@ -173,12 +161,6 @@ private slots:
     void OkIsAnsweredWhileThePreviewIsComputed();
 };
 
-void TestKVSelectiveColorsWidget::initTestCase()
-{
-    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_KVSelectiveColorsWidget"));
-}
-
 void TestKVSelectiveColorsWidget::init() { KVApplication::SetProgressTimeout(20); }
 
 void TestKVSelectiveColorsWidget::PreviewsTakeTheRoadThatIsAskedFor()
@@ -195,67 +177,19 @@ void TestKVSelectiveColorsWidget::PreviewsTakeTheRoadThatIsAskedFor()
     QCOMPARE(answers, service ? 1 : 0);
 }
 
-void TestKVSelectiveColorsWidget::TheFormIsAsDesigned()
-{
-    Fixture f(false);
-    QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Selective Color"));
-    QCOMPARE(f.widget.size(), QSize(357, 303));
-    QVERIFY(f.colors->inherits("YDCommonComboBox"));
-    const auto* const label = Child<QLabel>(f.widget, "label");
-    QCOMPARE(label->text(), QStringLiteral("Colors:"));
-    QCOMPARE(label->buddy(), f.colors);
-    QCOMPARE(f.colors->count(), 9);
-    QCOMPARE(f.colors->currentIndex(), 0);
-    QCOMPARE(f.relative->text(), QStringLiteral("Relative"));
-    QCOMPARE(f.absolute->text(), QStringLiteral("Absolute"));
-    QCOMPARE(f.CheckedMode(), QStringLiteral("Relative"));
-}
-
-void TestKVSelectiveColorsWidget::EachInkHasItsRow_data()
-{
-    QTest::addColumn<int>("row");
-    QTest::addColumn<QString>("label");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("cyan") << 0 << "label_2"
-                          << "Cyan:";
-    QTest::newRow("magenta") << 1 << "label_3"
-                             << "Magenta:";
-    QTest::newRow("yellow") << 2 << "label_4"
-                            << "Yellow:";
-    QTest::newRow("black") << 3 << "label_5"
-                           << "Black:";
-}
-
 void TestKVSelectiveColorsWidget::EachInkHasItsRow()
 {
-    QFETCH(int, row);
-    QFETCH(QString, label);
-    QFETCH(QString, text);
-    Fixture f(false);
-    auto* const name = Child<QLabel>(f.widget, qPrintable(label));
-    QSpinBox* const spin = f.spins[row];
-    QSlider* const slider = f.sliders[row];
-    QCOMPARE(name->text(), text);
-    QCOMPARE(name->buddy(), spin);
-    QCOMPARE(spin->minimum(), -100);
-    QCOMPARE(spin->maximum(), 100);
-    QCOMPARE(spin->value(), 0);
-    QCOMPARE(spin->suffix(), QStringLiteral("%"));
-    QCOMPARE(spin->prefix(), QString());
-    QCOMPARE(slider->orientation(), Qt::Horizontal);
-    QCOMPARE(slider->minimum(), -100);
-    QCOMPARE(slider->maximum(), 100);
-    QCOMPARE(slider->value(), 0);
-
+    const Fixture f(false);
     const auto* const whole = qobject_cast<QVBoxLayout*>(f.widget.layout());
-    const auto* const both = qobject_cast<QVBoxLayout*>(whole->itemAt(row + 1)->layout());
-    const auto* const top = qobject_cast<QHBoxLayout*>(both->itemAt(0)->layout());
     QCOMPARE(whole->spacing(), 6);
-    QCOMPARE(both->spacing(), 3);
-    QCOMPARE(top->spacing(), 6);
-    QCOMPARE(top->itemAt(0)->widget(), name);
-    QCOMPARE(top->itemAt(1)->widget(), spin);
-    QCOMPARE(both->itemAt(1)->widget(), slider);
+    for (int row = 0; row < 4; ++row) {
+        const auto* const both = qobject_cast<QVBoxLayout*>(whole->itemAt(row + 1)->layout());
+        const auto* const top = qobject_cast<QHBoxLayout*>(both->itemAt(0)->layout());
+        QCOMPARE(both->spacing(), 3);
+        QCOMPARE(top->spacing(), 6);
+        QCOMPARE(top->itemAt(1)->widget(), f.spins[row]);
+        QCOMPARE(both->itemAt(1)->widget(), f.sliders[row]);
+    }
 }
 
 void TestKVSelectiveColorsWidget::EachTargetHasItsSwatch_data()
@@ -291,40 +225,12 @@ void TestKVSelectiveColorsWidget::EachTargetHasItsSwatch()
         }
 }
 
-void TestKVSelectiveColorsWidget::AtFirstNothingIsAdjusted()
-{
-    for (const bool isDialog : {false, true}) {
-        const Fixture f(isDialog);
-        const SelectiveParamsList params = f.widget.GetValue();
-        QCOMPARE(params.targets.size(), 9);
-        for (const SelectiveParams& target : params.targets)
-            QVERIFY(target == SelectiveParams());
-        QCOMPARE(int(params.mode), 0);
-        QCOMPARE(f.Shown(), QStringLiteral("0 0 0 0"));
-    }
-}
-
 void TestKVSelectiveColorsWidget::TypesThatTravelThroughSignalsAreKnown()
 {
     const Fixture f(false);
     for (const char* const name : {"SelectiveParams", "Mode", "RGBA32iImage"})
         QVERIFY2(QMetaType::isRegistered(QMetaType::type(name)), name);
     QCOMPARE(QMetaType::type("RGBA32iImage"), qMetaTypeId<RGBA32iImage>());
-}
-
-void TestKVSelectiveColorsWidget::SpinBoxAndSliderFollowOneAnother()
-{
-    Fixture f;
-    Announcements<KVSelectiveColorsWidget> announcements(f.widget);
-    for (int ink = 0; ink < 4; ++ink) {
-        f.spins[ink]->setValue(40 + ink);
-        QCOMPARE(f.sliders[ink]->value(), 40 + ink);
-        QCOMPARE(announcements.Take(), OnePercentage());
-        f.sliders[ink]->setValue(-60 - ink);
-        QCOMPARE(f.spins[ink]->value(), -60 - ink);
-        QCOMPARE(announcements.Take(), OnePercentage());
-    }
-    QVERIFY(f.widget.GetValue().targets[0] == (SelectiveParams{-60, -61, -62, -63}));
 }
 
 void TestKVSelectiveColorsWidget::AnEditBelongsToTheChosenTarget()
@@ -347,7 +253,7 @@ void TestKVSelectiveColorsWidget::ChoosingATargetShowsItsValuesAndAnnouncesNothi
 {
     Fixture f;
     f.widget.SetValue(Settings());
-    Announcements<KVSelectiveColorsWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.colors->setCurrentIndex(3);
     QCOMPARE(f.Shown(), QStringLiteral("31 -32 18 -19"));
     f.colors->setCurrentIndex(8);
@@ -365,7 +271,7 @@ void TestKVSelectiveColorsWidget::WithoutATargetNothingHappens()
 {
     Fixture f;
     f.widget.SetValue(Settings());
-    Announcements<KVSelectiveColorsWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.colors->setCurrentIndex(-1);
     QCOMPARE(f.Shown(), QStringLiteral("1 -2 3 -4"));
     f.spins[0]->setValue(99);
@@ -394,22 +300,10 @@ void TestKVSelectiveColorsWidget::ATargetThatIsNotKnownBeginsWithZeros()
                                    ByRule(KVIterativeSelectiveColorsTransformation(Settings()), source)));
 }
 
-void TestKVSelectiveColorsWidget::AnotherModeIsAnnouncedOnce()
-{
-    Fixture f;
-    Announcements<KVSelectiveColorsWidget> announcements(f.widget);
-    f.absolute->click();
-    QCOMPARE(announcements.Take(), OneChange());
-    QCOMPARE(int(f.widget.GetValue().mode), 1);
-    f.relative->click();
-    QCOMPARE(announcements.Take(), OneChange());
-    QCOMPARE(int(f.widget.GetValue().mode), 0);
-}
-
 void TestKVSelectiveColorsWidget::TheModeThatIsSetAlreadyIsNotAnnounced()
 {
     Fixture f;
-    Announcements<KVSelectiveColorsWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.relative->click();
     f.widget.OnModeChanged();
     QCOMPARE(announcements.Take(), QString());
@@ -423,7 +317,7 @@ void TestKVSelectiveColorsWidget::SettingARecordShowsItAndAnnouncesNothing()
 {
     Fixture f;
     f.colors->setCurrentIndex(4);
-    Announcements<KVSelectiveColorsWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.widget.SetValue(Settings(Mode::Absolute));
     QCOMPARE(f.colors->currentIndex(), 4);
     QCOMPARE(f.Shown(), QStringLiteral("41 -42 23 -24"));
@@ -506,12 +400,12 @@ void TestKVSelectiveColorsWidget::ValuesFromOutsideAreKeptAndShownBounded()
 
 void TestKVSelectiveColorsWidget::AnyOtherModeIsShownAsAbsolute()
 {
-    for (const int number : {2, -1, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+    for (const int number : {2, -1, Lowest, Highest}) {
         Fixture f;
         f.widget.SetValue(Settings(Mode(number)));
         QCOMPARE(f.CheckedMode(), QStringLiteral("Absolute"));
         QCOMPARE(int(f.widget.GetValue().mode), number);
-        Announcements<KVSelectiveColorsWidget> announcements(f.widget);
+        Announcements announcements(f.widget);
         f.relative->click();
         QCOMPARE(announcements.Take(), OneChange());
         QCOMPARE(int(f.widget.GetValue().mode), 0);
@@ -523,7 +417,7 @@ void TestKVSelectiveColorsWidget::ResettingClearsAllAndAnnouncesOnce()
     Fixture f;
     f.widget.SetValue(Settings(Mode::Absolute));
     f.colors->setCurrentIndex(6);
-    Announcements<KVSelectiveColorsWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.widget.Reset();
     QCOMPARE(announcements.Take(), OneChange());
     QVERIFY(f.widget.GetValue() == SelectiveParamsList());
@@ -533,39 +427,6 @@ void TestKVSelectiveColorsWidget::ResettingClearsAllAndAnnouncesOnce()
     QCOMPARE(f.CheckedMode(), QStringLiteral("Relative"));
     f.spins[2]->setValue(9); // the slots are connected again
     QCOMPARE(announcements.Take(), OnePercentage());
-}
-
-void TestKVSelectiveColorsWidget::RecordsTravelThroughStreams()
-{
-    QByteArray expected;
-    QDataStream plain(&expected, QIODevice::WriteOnly);
-    QVERIFY(Settings(Mode::Absolute).Write(plain));
-    QCOMPARE(Written(Settings(Mode::Absolute)), expected);
-    QDataStream stream(expected);
-    SelectiveParamsList params;
-    stream >> params;
-    QVERIFY(params == Settings(Mode::Absolute));
-    QVERIFY(stream.atEnd());
-}
-
-void TestKVSelectiveColorsWidget::ACutStreamGivesDefaultsAndOneLine()
-{
-    const QByteArray whole = Written(Settings(Mode::Absolute));
-    for (int length = 0; length < whole.size(); ++length) {
-        QDataStream stream(whole.left(length));
-        SelectiveParamsList params = Settings(Mode::Absolute);
-        QTest::ignoreMessage(QtDebugMsg,
-                             "[src/KVSelectiveColorsWidget:320] Read selective colors data error.");
-        stream >> params;
-        QVERIFY(params == SelectiveParamsList());
-    }
-}
-
-void TestKVSelectiveColorsWidget::AFailedWriteIsLogged()
-{
-    QDataStream stream(QByteArray(100, 'x'));
-    QTest::ignoreMessage(QtDebugMsg, "[src/KVSelectiveColorsWidget:307] Write selective colors data error.");
-    stream << SelectiveParamsList();
 }
 
 void TestKVSelectiveColorsWidget::ConvertingFollowsTheRule()

@@ -1,6 +1,6 @@
-#include "AdjustmentProbe.h"
 #include "GpuWidget.h"
 #include "KVSelectiveColorsWidget.h"
+#include "PanelKit.h"
 #include "core/KVApplication.h"
 #include "gpu/KVGpuService.h"
 
@@ -239,7 +239,7 @@ void TestLendToGpu::AChangeIsAskedForAfterTheAnswer()
     QSignalSpy ready(panel.get(), &YDAdjustmentWidget::ImageReady);
     ShowPicture(*panel);
     for (const int percent : {10, 20, 30}) {
-        AdjustmentProbe::Child<QSpinBox>(*panel, "m_pCyan")->setValue(percent);
+        PanelKit::Child<QSpinBox>(*panel, "m_pCyan")->setValue(percent);
         panel->FlushPendingChange();
     }
     QTest::qWait(QuietMs);

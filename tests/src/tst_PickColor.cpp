@@ -1,4 +1,4 @@
-#include "ColorDialogDriver.h"
+#include "DialogDriver.h"
 #include "PickColor.h"
 
 #include <QPointer>
@@ -12,7 +12,7 @@ const QColor Before(10, 20, 30);
 const QColor First(1, 1, 1);
 const QColor Second(2, 2, 2);
 
-using namespace ColorDialogDriver;
+using namespace DialogDriver;
 
 } // namespace
 

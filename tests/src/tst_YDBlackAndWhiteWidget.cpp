@@ -1,23 +1,19 @@
-#include "AdjustmentProbe.h"
+#include "PanelKit.h"
 #include "TestPictures.h"
 #include "YDBlackAndWhiteWidget.h"
 #include "image/YDIterativeBlackAndWhiteTransformation.h"
 #include "widgets/KVDoubleSpinBox.h"
 
 #include <QRadioButton>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
-using namespace AdjustmentProbe;
-
 namespace {
 
-constexpr int Lowest = std::numeric_limits<int>::min();
-constexpr int Highest = std::numeric_limits<int>::max();
+using namespace PanelKit;
 
 using Params = YDBlackAndWhiteWidget::Params;
 
@@ -45,9 +41,9 @@ QByteArray FieldBytes(int type)
 }
 
 /// A widget of the adjustment and its controls.
-struct Fixture
+struct Fixture : Panel<YDBlackAndWhiteWidget>
 {
-    explicit Fixture(bool isDialog = true) : widget(isDialog, nullptr, Qt::WindowFlags()) {}
+    using Panel::Panel;
 
     /// What the three spin boxes show.
     QString Shown() const
@@ -69,14 +65,13 @@ struct Fixture
         return int(red->isEnabled()) + int(green->isEnabled()) + int(blue->isEnabled());
     }
 
-    YDBlackAndWhiteWidget widget;
     const QVector<QRadioButton*> buttons{
-        Child<QRadioButton>(widget, "m_pAverage"), Child<QRadioButton>(widget, "m_pLuminance"),
-        Child<QRadioButton>(widget, "m_pD65"),     Child<QRadioButton>(widget, "m_pNTSC"),
-        Child<QRadioButton>(widget, "m_pCIE"),     Child<QRadioButton>(widget, "m_pCustom")};
-    KVDoubleSpinBox* const red = Child<KVDoubleSpinBox>(widget, "m_pRed");
-    KVDoubleSpinBox* const green = Child<KVDoubleSpinBox>(widget, "m_pGreen");
-    KVDoubleSpinBox* const blue = Child<KVDoubleSpinBox>(widget, "m_pBlue");
+        Child<QRadioButton>("m_pAverage"), Child<QRadioButton>("m_pLuminance"),
+        Child<QRadioButton>("m_pD65"),     Child<QRadioButton>("m_pNTSC"),
+        Child<QRadioButton>("m_pCIE"),     Child<QRadioButton>("m_pCustom")};
+    KVDoubleSpinBox* const red = Child<KVDoubleSpinBox>("m_pRed");
+    KVDoubleSpinBox* const green = Child<KVDoubleSpinBox>("m_pGreen");
+    KVDoubleSpinBox* const blue = Child<KVDoubleSpinBox>("m_pBlue");
 };
 
 } // namespace
@@ -88,7 +83,6 @@ class TestYDBlackAndWhiteWidget : public QObject
 private slots:
     void initTestCase();
 
-    void TheFormIsAsDesigned();
     void EverySetHasItsWeights_data();
     void EverySetHasItsWeights();
     void ChoosingASetShowsItsWeightsAndAnnouncesOnce_data() { EverySetHasItsWeights_data(); }
@@ -98,16 +92,10 @@ private slots:
     void CustomBringsTheStoredWeightsBack();
     void AnEditOfCustomWeightsIsStoredAndAnnounced();
     void UncheckingDoesNothing();
-    void SettingARecordShowsItAndAnnouncesNothing();
     void AnUnknownTypeChecksNoButton_data();
     void AnUnknownTypeChecksNoButton();
-    void ResetGoesBackToTheAverageAndAnnouncesOnce();
-    void TheStreamIsTagTypeAndWeights();
-    void TheOlderTagIsRead();
     void AnyOtherTagIsRefused_data();
     void AnyOtherTagIsRefused();
-    void ACutStreamGivesDefaultsAndOneLine();
-    void AReadOnlyStreamLogsTheFailedWrite();
     void JobsUseTheSetsWeights_data() { EverySetHasItsWeights_data(); }
     void JobsUseTheSetsWeights();
     void WeightsAreNotNormalised();
@@ -115,45 +103,7 @@ private slots:
     void RecordsFromOutsideAreKeptAndApplied();
 };
 
-void TestYDBlackAndWhiteWidget::initTestCase()
-{
-    QLocale::setDefault(QLocale::c());
-    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_YDBlackAndWhiteWidget"));
-}
-
-void TestYDBlackAndWhiteWidget::TheFormIsAsDesigned()
-{
-    Fixture f(false);
-    QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Black & White..."));
-    const auto* const grid = qobject_cast<QGridLayout*>(f.widget.layout());
-    QVERIFY(grid);
-    CheckButton<QRadioButton>(f.widget, *grid, 0, 0, 7, "m_pAverage", "Average");
-    CheckButton<QRadioButton>(f.widget, *grid, 1, 0, 7, "m_pLuminance", "Luminance");
-    CheckButton<QRadioButton>(f.widget, *grid, 2, 0, 7, "m_pD65", "D65");
-    CheckButton<QRadioButton>(f.widget, *grid, 3, 0, 7, "m_pNTSC", "NTSC Specification");
-    CheckButton<QRadioButton>(f.widget, *grid, 4, 0, 7, "m_pCIE", "CIE Specification");
-    CheckButton<QRadioButton>(f.widget, *grid, 5, 0, 7, "m_pCustom", "Custom weights:");
-    const auto left = Qt::AlignLeft | Qt::AlignVCenter;
-    CheckLabel(f.widget, *grid, 6, 1, "label", "R:", left);
-    CheckLabel(f.widget, *grid, 6, 3, "label_2", "G:", left);
-    CheckLabel(f.widget, *grid, 6, 5, "label_3", "B:", left);
-    int column = 2;
-    for (const auto& [spin, channel] :
-         {std::pair{f.red, "R"}, std::pair{f.green, "G"}, std::pair{f.blue, "B"}}) {
-        QCOMPARE(grid->itemAtPosition(6, column)->widget(), spin);
-        QCOMPARE(spin->toolTip(), QStringLiteral("Custom weight for %1 channel").arg(QLatin1String(channel)));
-        QCOMPARE(spin->minimum(), 0.0);
-        QCOMPARE(spin->maximum(), 1.0);
-        QCOMPARE(spin->decimals(), 3);
-        QCOMPARE(spin->singleStep(), 0.001);
-        QCOMPARE(spin->value(), 0.333);
-        column += 2;
-    }
-    QCOMPARE(f.CheckedType(), 0);
-    QCOMPARE(f.EnabledWeights(), 0);
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(0)));
-}
+void TestYDBlackAndWhiteWidget::initTestCase() { QLocale::setDefault(QLocale::c()); }
 
 void TestYDBlackAndWhiteWidget::EverySetHasItsWeights_data()
 {
@@ -188,7 +138,7 @@ void TestYDBlackAndWhiteWidget::ChoosingASetShowsItsWeightsAndAnnouncesOnce()
     QFETCH(QString, shown);
     Fixture f;
     f.widget.SetValue(Record(type == 3 ? 1 : 3, 0.5f, 0.25f, 1.0f)); // any other
-    Announcements<YDBlackAndWhiteWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.buttons[type]->click();
     QCOMPARE(announcements.Take(), OneChange());
     QCOMPARE(f.CheckedType(), type);
@@ -216,7 +166,7 @@ void TestYDBlackAndWhiteWidget::EditsAreIgnoredWhileAFixedSetIsChosen()
     for (int type = 0; type < 5; ++type) {
         Fixture f;
         f.widget.SetValue(Record(type, 0.5f, 0.25f, 1.0f));
-        Announcements<YDBlackAndWhiteWidget> announcements(f.widget);
+        Announcements announcements(f.widget);
         f.red->setValue(0.9);
         f.green->setValue(0.8);
         f.blue->setValue(0.7);
@@ -243,7 +193,7 @@ void TestYDBlackAndWhiteWidget::AnEditOfCustomWeightsIsStoredAndAnnounced()
 {
     Fixture f;
     f.widget.SetValue(Record(5));
-    Announcements<YDBlackAndWhiteWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.red->setValue(0.25);
     QCOMPARE(announcements.Take(), OneChange());
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(5, 0.25f)));
@@ -259,7 +209,7 @@ void TestYDBlackAndWhiteWidget::UncheckingDoesNothing()
 {
     Fixture f;
     f.widget.SetValue(Record(3));
-    Announcements<YDBlackAndWhiteWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.widget.OnAverage(false);
     f.widget.OnLuminance(false);
     f.widget.OnD65(false);
@@ -268,23 +218,6 @@ void TestYDBlackAndWhiteWidget::UncheckingDoesNothing()
     f.widget.OnCustom(false);
     QCOMPARE(announcements.Take(), QString());
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(3)));
-}
-
-void TestYDBlackAndWhiteWidget::SettingARecordShowsItAndAnnouncesNothing()
-{
-    Fixture f;
-    Announcements<YDBlackAndWhiteWidget> announcements(f.widget);
-    for (const int type : {5, 0, 3, 5, 1, 4, 2}) {
-        f.widget.SetValue(Record(type, 0.5f, 0.25f, 1.0f));
-        QCOMPARE(announcements.Take(), QString());
-        QCOMPARE(f.CheckedType(), type);
-        QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(type, 0.5f, 0.25f, 1.0f)));
-    }
-    f.widget.SetValue(Record(5, 0.12345f, 0.25f, 1.0f));
-    QCOMPARE(f.Shown(), QStringLiteral("0.123 0.250 1.000"));
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(5, 0.12345f, 0.25f, 1.0f)));
-    f.buttons[0]->click(); // the slots are connected again
-    QCOMPARE(announcements.Take(), OneChange());
 }
 
 void TestYDBlackAndWhiteWidget::AnUnknownTypeChecksNoButton_data()
@@ -301,7 +234,7 @@ void TestYDBlackAndWhiteWidget::AnUnknownTypeChecksNoButton()
     for (const int before : {0, 5}) {
         Fixture f(false);
         f.widget.SetValue(Record(before));
-        Announcements<YDBlackAndWhiteWidget> announcements(f.widget);
+        Announcements announcements(f.widget);
         f.widget.SetValue(Record(type, 0.5f, 0.25f, 0.125f));
         QCOMPARE(f.CheckedType(), -1);
         QCOMPARE(f.EnabledWeights(), 0);
@@ -316,44 +249,6 @@ void TestYDBlackAndWhiteWidget::AnUnknownTypeChecksNoButton()
         QCOMPARE(f.CheckedType(), 2); // they exclude one another again
         QCOMPARE(f.widget.GetValue().type, 2);
     }
-}
-
-void TestYDBlackAndWhiteWidget::ResetGoesBackToTheAverageAndAnnouncesOnce()
-{
-    for (const int type : {0, 1, 2, 3, 4, 5, 6}) {
-        Fixture f;
-        f.widget.SetValue(Record(type, 0.5f, 0.25f, 1.0f));
-        Announcements<YDBlackAndWhiteWidget> announcements(f.widget);
-        f.widget.Reset();
-        QCOMPARE(announcements.Take(), OneChange());
-        QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(0)));
-        QCOMPARE(f.CheckedType(), 0);
-        QCOMPARE(f.EnabledWeights(), 0);
-        QCOMPARE(f.Shown(), QStringLiteral("0.333 0.333 0.333"));
-    }
-}
-
-void TestYDBlackAndWhiteWidget::TheStreamIsTagTypeAndWeights()
-{
-    const QByteArray expected = "KVBlackAndWhite 1.00000" + FieldBytes(4);
-    QCOMPARE(Written(Record(4, 0.5f, 0.25f, 1.0f)), expected);
-    QDataStream stream(expected);
-    Params params;
-    stream >> params;
-    QVERIFY(YDRecord::Equal(params, Record(4, 0.5f, 0.25f, 1.0f)));
-    QVERIFY(stream.atEnd());
-    QDataStream again(Written(Params()));
-    again >> params;
-    QVERIFY(YDRecord::Equal(params, Params()));
-}
-
-void TestYDBlackAndWhiteWidget::TheOlderTagIsRead()
-{
-    QDataStream stream("KVDesaturate 1.00000" + FieldBytes(3));
-    Params params;
-    QVERIFY(params.Read(stream));
-    QVERIFY(YDRecord::Equal(params, Record(3, 0.5f, 0.25f, 1.0f)));
-    QVERIFY(stream.atEnd());
 }
 
 void TestYDBlackAndWhiteWidget::AnyOtherTagIsRefused_data()
@@ -373,32 +268,6 @@ void TestYDBlackAndWhiteWidget::AnyOtherTagIsRefused()
     QVERIFY(!params.Read(stream));
     QCOMPARE(stream.device()->pos(), qint64(23)); // no further than a tag
     QVERIFY(YDRecord::Equal(params, Record(1, 0.5f, 0.25f, 1.0f)));
-}
-
-void TestYDBlackAndWhiteWidget::ACutStreamGivesDefaultsAndOneLine()
-{
-    const QRegularExpression line(
-        QStringLiteral("^\\[src/YDBlackAndWhiteWidget:[0-9]+\\] Read BlackAndWhite data error\\.$"));
-    for (const char* const tag : {"KVBlackAndWhite 1.00000", "KVDesaturate 1.00000"}) {
-        const QByteArray whole = QByteArray(tag) + FieldBytes(3);
-        for (int length = 0; length < whole.size(); ++length) {
-            QDataStream stream(whole.left(length));
-            Params params = Record(1, 0.5f, 0.25f, 1.0f);
-            QTest::ignoreMessage(QtDebugMsg, line);
-            stream >> params;
-            QVERIFY(YDRecord::Equal(params, Params()));
-        }
-    }
-}
-
-void TestYDBlackAndWhiteWidget::AReadOnlyStreamLogsTheFailedWrite()
-{
-    QDataStream stream(QByteArray(100, 'x'));
-    QVERIFY(!Params().Write(stream));
-    QTest::ignoreMessage(QtDebugMsg,
-                         QRegularExpression(QStringLiteral(
-                             "^\\[src/YDBlackAndWhiteWidget:[0-9]+\\] Write BlackAndWhite data error\\.$")));
-    stream << Params();
 }
 
 void TestYDBlackAndWhiteWidget::JobsUseTheSetsWeights()

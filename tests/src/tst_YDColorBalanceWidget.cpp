@@ -1,4 +1,4 @@
-#include "AdjustmentProbe.h"
+#include "PanelKit.h"
 #include "TestPictures.h"
 #include "YDColorBalanceWidget.h"
 #include "image/YDIterativeColorBalanceTransformation.h"
@@ -7,20 +7,13 @@
 
 #include <QCheckBox>
 #include <QRadioButton>
-#include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
-#include <limits>
-
-using namespace AdjustmentProbe;
 
 namespace {
 
-constexpr int Lowest = std::numeric_limits<int>::min();
-constexpr int Highest = std::numeric_limits<int>::max();
-constexpr int PatienceMs = 20000;
+using namespace PanelKit;
 
 using Params = YDColorBalanceWidget::Params;
 using Axis = Params::Axis;
@@ -45,9 +38,9 @@ RGBA32iImage Expected(const Params& params, const RGBA32iImage& source)
 }
 
 /// A widget of the adjustment and its controls.
-struct Fixture
+struct Fixture : Panel<YDColorBalanceWidget>
 {
-    explicit Fixture(bool isDialog = true) : widget(isDialog, nullptr, Qt::WindowFlags()) {}
+    using Panel::Panel;
 
     /// What the three spin boxes show.
     QVector<int> Shown() const { return {crSpin->value(), mgSpin->value(), ybSpin->value()}; }
@@ -67,17 +60,16 @@ struct Fixture
         return checked[0] ? 1 : checked[1] ? 2 : checked[2] ? 3 : 0;
     }
 
-    YDColorBalanceWidget widget;
-    KVSlider* const crSlider = Child<KVSlider>(widget, "m_pCRSlider");
-    KVSpinBox* const crSpin = Child<KVSpinBox>(widget, "m_pCRSpin");
-    KVSlider* const mgSlider = Child<KVSlider>(widget, "m_pMGSlider");
-    KVSpinBox* const mgSpin = Child<KVSpinBox>(widget, "m_pMGSpin");
-    KVSlider* const ybSlider = Child<KVSlider>(widget, "m_pYBSlider");
-    KVSpinBox* const ybSpin = Child<KVSpinBox>(widget, "m_pYBSpin");
-    QRadioButton* const shadows = Child<QRadioButton>(widget, "m_pShadows");
-    QRadioButton* const midtones = Child<QRadioButton>(widget, "m_pMidtones");
-    QRadioButton* const highlights = Child<QRadioButton>(widget, "m_pHighlights");
-    QCheckBox* const luminosity = Child<QCheckBox>(widget, "m_pLuminosity");
+    KVSlider* const crSlider = Child<KVSlider>("m_pCRSlider");
+    KVSpinBox* const crSpin = Child<KVSpinBox>("m_pCRSpin");
+    KVSlider* const mgSlider = Child<KVSlider>("m_pMGSlider");
+    KVSpinBox* const mgSpin = Child<KVSpinBox>("m_pMGSpin");
+    KVSlider* const ybSlider = Child<KVSlider>("m_pYBSlider");
+    KVSpinBox* const ybSpin = Child<KVSpinBox>("m_pYBSpin");
+    QRadioButton* const shadows = Child<QRadioButton>("m_pShadows");
+    QRadioButton* const midtones = Child<QRadioButton>("m_pMidtones");
+    QRadioButton* const highlights = Child<QRadioButton>("m_pHighlights");
+    QCheckBox* const luminosity = Child<QCheckBox>("m_pLuminosity");
 };
 
 } // namespace
@@ -87,72 +79,20 @@ class TestYDColorBalanceWidget : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-
-    void TheFormIsAsDesigned();
     void GroovesShowTheColoursOfTheirEnds();
-    void ThePanelOpensWithMidtonesAndLuminosity();
-    void SlidersAndSpinBoxesFollowEachOther();
     void AnAxisIsStoredInTheSelectedRangeAlone_data();
     void AnAxisIsStoredInTheSelectedRangeAlone();
     void SelectingARangeShowsItsValuesAndStartsNoPreview_data();
     void SelectingARangeShowsItsValuesAndStartsNoPreview();
     void TurningARangeOffDoesNothing();
     void MidtonesAreEditedAndThenShadowsShown();
-    void LuminosityIsStoredAndAnnounced();
-    void SettingARecordShowsItAndAnnouncesNothing_data();
-    void SettingARecordShowsItAndAnnouncesNothing();
     void WithoutARangeNothingCanBeEdited_data();
     void WithoutARangeNothingCanBeEdited();
     void ARangeCanBeSelectedAfterNone();
-    void ResetGoesBackToMidtonesAndAnnouncesOnce();
-    void ResetStartsAPreview();
-    void TheStreamIsTagAndElevenNumbers();
-    void AStreamThatCannotBeReadGivesDefaultsAndOneLine();
-    void AReadOnlyStreamLogsTheFailedWrite();
     void RecordsFromOutsideAreKeptAndApplied_data();
     void RecordsFromOutsideAreKeptAndApplied();
     void JobsUseTheRecord();
 };
-
-void TestYDColorBalanceWidget::initTestCase()
-{
-    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_YDColorBalanceWidget"));
-}
-
-void TestYDColorBalanceWidget::TheFormIsAsDesigned()
-{
-    Fixture f(false);
-    QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Color Balance"));
-    QCOMPARE(f.widget.size(), QSize(254, 341));
-    const auto* const outer = Child<QGridLayout>(f.widget, "gridLayout_3");
-    const auto* const grid = Child<QGridLayout>(f.widget, "gridLayout_2");
-    const auto* const buttons = Child<QGridLayout>(f.widget, "gridLayout");
-    QCOMPARE(outer->itemAtPosition(0, 0)->layout(), grid);
-    const auto right = Qt::AlignRight | Qt::AlignVCenter;
-    const auto left = Qt::AlignLeft | Qt::AlignVCenter;
-    CheckLabel(f.widget, *grid, 0, 0, "label_2", "Cyan", right);
-    CheckSlider(f.widget, *grid, 0, "m_pCRSlider", -100, 100, 0);
-    CheckLabel(f.widget, *grid, 0, 2, "label_5", "Red", left);
-    CheckSpinBox(f.widget, *grid, 0, 3, "m_pCRSpin", -100, 100, 0);
-    CheckLabel(f.widget, *grid, 1, 0, "label_3", "Magenta", right);
-    CheckSlider(f.widget, *grid, 1, "m_pMGSlider", -100, 100, 0);
-    CheckLabel(f.widget, *grid, 1, 2, "label_6", "Green", left);
-    CheckSpinBox(f.widget, *grid, 1, 3, "m_pMGSpin", -100, 100, 0);
-    CheckLabel(f.widget, *grid, 2, 0, "label_4", "Yellow", right);
-    CheckSlider(f.widget, *grid, 2, "m_pYBSlider", -100, 100, 0);
-    CheckLabel(f.widget, *grid, 2, 2, "label_7", "Blue", left);
-    CheckSpinBox(f.widget, *grid, 2, 3, "m_pYBSpin", -100, 100, 0);
-    for (const KVSpinBox* const spin : {f.crSpin, f.mgSpin, f.ybSpin})
-        QVERIFY(spin->alignment() & Qt::AlignRight);
-    for (int column = 0; column < 4; ++column)
-        QCOMPARE(grid->itemAtPosition(4, column)->layout(), buttons);
-    CheckButton<QRadioButton>(f.widget, *buttons, 0, 0, 1, "m_pShadows", "Shadows");
-    CheckButton<QRadioButton>(f.widget, *buttons, 0, 1, 1, "m_pMidtones", "Midtones");
-    CheckButton<QRadioButton>(f.widget, *buttons, 0, 2, 1, "m_pHighlights", "Highlights");
-    CheckButton<QCheckBox>(f.widget, *buttons, 1, 0, 3, "m_pLuminosity", "Preserve Luminosity");
-}
 
 void TestYDColorBalanceWidget::GroovesShowTheColoursOfTheirEnds()
 {
@@ -165,33 +105,6 @@ void TestYDColorBalanceWidget::GroovesShowTheColoursOfTheirEnds()
     QCOMPARE(f.crSlider->styleSheet(), between(QColor(0, 255, 255), QColor(255, 0, 0)));
     QCOMPARE(f.mgSlider->styleSheet(), between(QColor(255, 0, 255), QColor(0, 255, 0)));
     QCOMPARE(f.ybSlider->styleSheet(), between(QColor(255, 255, 0), QColor(0, 0, 255)));
-}
-
-void TestYDColorBalanceWidget::ThePanelOpensWithMidtonesAndLuminosity()
-{
-    for (const bool isDialog : {false, true}) {
-        const Fixture f(isDialog);
-        QCOMPARE(f.CheckedRange(), 2);
-        QVERIFY(f.luminosity->isChecked());
-        QCOMPARE(f.EnabledControls(), 6);
-        QCOMPARE(f.Shown(), QVector<int>({0, 0, 0}));
-        QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
-    }
-}
-
-void TestYDColorBalanceWidget::SlidersAndSpinBoxesFollowEachOther()
-{
-    Fixture f;
-    f.crSlider->setValue(10);
-    f.mgSlider->setValue(20);
-    f.ybSlider->setValue(-30);
-    QCOMPARE(f.Shown(), QVector<int>({10, 20, -30}));
-    f.crSpin->setValue(-10);
-    f.mgSpin->setValue(-20);
-    f.ybSpin->setValue(30);
-    QCOMPARE(f.crSlider->value(), -10);
-    QCOMPARE(f.mgSlider->value(), -20);
-    QCOMPARE(f.ybSlider->value(), 30);
 }
 
 void TestYDColorBalanceWidget::AnAxisIsStoredInTheSelectedRangeAlone_data()
@@ -218,7 +131,7 @@ void TestYDColorBalanceWidget::AnAxisIsStoredInTheSelectedRangeAlone()
     QFETCH(int, toneRange);
     Fixture f;
     f.widget.SetValue(Record(toneRange));
-    Announcements<YDColorBalanceWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     Child<QWidget>(f.widget, qPrintable(control))->setProperty("value", 77);
     QCOMPARE(announcements.Take(), OneChange());
     Params expected = Record(toneRange);
@@ -246,7 +159,7 @@ void TestYDColorBalanceWidget::SelectingARangeShowsItsValuesAndStartsNoPreview()
     QFETCH(QVector<int>, shown);
     Fixture f;
     f.widget.SetValue(Record(from));
-    Announcements<YDColorBalanceWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     Child<QRadioButton>(f.widget, qPrintable(button))->click();
     QCOMPARE(announcements.Take(), QStringLiteral("host value"));
     QCOMPARE(f.CheckedRange(), toneRange);
@@ -262,7 +175,7 @@ void TestYDColorBalanceWidget::TurningARangeOffDoesNothing()
 {
     Fixture f;
     f.widget.SetValue(Record(2));
-    Announcements<YDColorBalanceWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.widget.OnShadowChanged(false);
     f.widget.OnMidtoneChanged(false);
     f.widget.OnHighLightChanged(false);
@@ -286,45 +199,6 @@ void TestYDColorBalanceWidget::MidtonesAreEditedAndThenShadowsShown()
     QCOMPARE(f.widget.GetValue().cyanRed, (Axis{{0, 40, 0}}));
 }
 
-void TestYDColorBalanceWidget::LuminosityIsStoredAndAnnounced()
-{
-    Fixture f;
-    Announcements<YDColorBalanceWidget> announcements(f.widget);
-    f.luminosity->click();
-    QCOMPARE(announcements.Take(), OneChange());
-    QVERIFY(!f.widget.GetValue().preserveLuminosity);
-    f.luminosity->click();
-    QCOMPARE(announcements.Take(), OneChange());
-    QVERIFY(f.widget.GetValue().preserveLuminosity);
-}
-
-void TestYDColorBalanceWidget::SettingARecordShowsItAndAnnouncesNothing_data()
-{
-    QTest::addColumn<int>("toneRange");
-    QTest::addColumn<QVector<int>>("shown");
-    QTest::newRow("shadows") << 1 << QVector<int>{11, -21, 31};
-    QTest::newRow("midtones") << 2 << QVector<int>{12, -22, 32};
-    QTest::newRow("highlights") << 3 << QVector<int>{13, -23, 33};
-}
-
-void TestYDColorBalanceWidget::SettingARecordShowsItAndAnnouncesNothing()
-{
-    QFETCH(int, toneRange);
-    QFETCH(QVector<int>, shown);
-    Fixture f;
-    Announcements<YDColorBalanceWidget> announcements(f.widget);
-    f.widget.SetValue(Record(toneRange, false));
-    QCOMPARE(announcements.Take(), QString());
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(toneRange, false)));
-    QCOMPARE(f.CheckedRange(), toneRange);
-    QCOMPARE(f.Shown(), shown);
-    QVERIFY(!f.luminosity->isChecked());
-    f.mgSlider->setValue(0); // the slots are connected again
-    QCOMPARE(announcements.Take(), OneChange());
-    f.luminosity->setChecked(true);
-    QCOMPARE(announcements.Take(), OneChange());
-}
-
 void TestYDColorBalanceWidget::WithoutARangeNothingCanBeEdited_data()
 {
     QTest::addColumn<int>("toneRange");
@@ -338,7 +212,7 @@ void TestYDColorBalanceWidget::WithoutARangeNothingCanBeEdited()
     for (const int before : {1, 2, 3}) {
         Fixture f;
         f.widget.SetValue(Record(before));
-        Announcements<YDColorBalanceWidget> announcements(f.widget);
+        Announcements announcements(f.widget);
         f.widget.SetValue(Record(toneRange));
         QCOMPARE(announcements.Take(), QString());
         QCOMPARE(f.CheckedRange(), 0);
@@ -366,82 +240,6 @@ void TestYDColorBalanceWidget::ARangeCanBeSelectedAfterNone()
     f.shadows->click();
     QCOMPARE(f.CheckedRange(), 1); // they exclude one another again
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(1)));
-}
-
-void TestYDColorBalanceWidget::ResetGoesBackToMidtonesAndAnnouncesOnce()
-{
-    for (const int toneRange : {0, 1, 2, 3}) {
-        Fixture f;
-        f.widget.SetValue(Record(toneRange, false));
-        Announcements<YDColorBalanceWidget> announcements(f.widget);
-        f.widget.Reset();
-        QCOMPARE(announcements.Take(), OneChange());
-        QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
-        QCOMPARE(f.CheckedRange(), 2);
-        QCOMPARE(f.EnabledControls(), 6);
-        QVERIFY(f.luminosity->isChecked());
-        QCOMPARE(f.Shown(), QVector<int>({0, 0, 0}));
-        f.widget.Reset(); // even if nothing changes
-        QCOMPARE(announcements.Take(), OneChange());
-    }
-}
-
-void TestYDColorBalanceWidget::ResetStartsAPreview()
-{
-    const RGBA32iImage source = TestPictures::Random(70, 50, 5);
-    Fixture f;
-    f.widget.SetValue(Record(1, false));
-    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
-    f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
-    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
-    QVERIFY(!TestPictures::AreEqual(f.widget.AdjustedImage(), source));
-    for (const int previews : {2, 3}) { // even if nothing changes
-        f.widget.Reset();
-        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), previews, PatienceMs);
-        QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), source));
-    }
-}
-
-void TestYDColorBalanceWidget::TheStreamIsTagAndElevenNumbers()
-{
-    const QByteArray expected =
-        Bytes("KVColorBalance 1.00000", {0, 3, 11, 12, 13, -21, -22, -23, 31, 32, 33});
-    QCOMPARE(Written(Record(3, false)), expected);
-    QCOMPARE(Written(Params()), Bytes("KVColorBalance 1.00000", {1, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
-    QDataStream stream(expected);
-    Params params;
-    stream >> params;
-    QVERIFY(YDRecord::Equal(params, Record(3, false)));
-    QVERIFY(stream.atEnd());
-}
-
-void TestYDColorBalanceWidget::AStreamThatCannotBeReadGivesDefaultsAndOneLine()
-{
-    const QRegularExpression line(
-        QStringLiteral("^\\[src/YDColorBalanceWidget:[0-9]+\\] Read color balance data error\\.$"));
-    const QByteArray whole = Written(Record(3, false));
-    QByteArray otherVersion = whole;
-    otherVersion.replace("1.00000", "1.00001");
-    QVector<QByteArray> streams{otherVersion};
-    for (int length = 0; length < whole.size(); ++length)
-        streams.append(whole.left(length));
-    for (const QByteArray& bytes : qAsConst(streams)) {
-        QDataStream stream(bytes);
-        Params params = Record(1, false);
-        QTest::ignoreMessage(QtDebugMsg, line);
-        stream >> params;
-        QVERIFY(YDRecord::Equal(params, Params()));
-    }
-}
-
-void TestYDColorBalanceWidget::AReadOnlyStreamLogsTheFailedWrite()
-{
-    QDataStream stream(QByteArray(100, 'x'));
-    QVERIFY(!Params().Write(stream));
-    QTest::ignoreMessage(QtDebugMsg,
-                         QRegularExpression(QStringLiteral(
-                             "^\\[src/YDColorBalanceWidget:[0-9]+\\] Write color balance data error\\.$")));
-    stream << Params();
 }
 
 void TestYDColorBalanceWidget::RecordsFromOutsideAreKeptAndApplied_data()

@@ -1,25 +1,18 @@
-#include "AdjustmentProbe.h"
+#include "PanelKit.h"
 #include "TestPictures.h"
 #include "YDColorEnhancerWidget.h"
 #include "image/YDColorEnhancerTransformation.h"
 #include "image/YDHistogrammCalculator.h"
-#include "widgets/KVSlider.h"
 #include "widgets/KVSpinBox.h"
 
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <array>
-#include <limits>
-
-using namespace AdjustmentProbe;
 
 namespace {
 
-constexpr int Lowest = std::numeric_limits<int>::min();
-constexpr int Highest = std::numeric_limits<int>::max();
-constexpr int PatienceMs = 20000;
+using namespace PanelKit;
 
 using Params = YDColorEnhancerWidget::Params;
 
@@ -66,23 +59,15 @@ RGBA32iImage Expected(const Params& params, const RGBA32iImage& source, const RG
     YDColorEnhancerTransformation rule;
     rule.SetLevels(YDLevelsTransformation(input, output, gamma, 100));
     rule.SetAmountData(params.amount);
-    const RGBA32iImage image = source.DeepCopy();
-    for (int y = 0; y < image.Height(); ++y)
-        for (int x = 0; x < image.Width(); ++x)
-            rule(image.Row(y)[x]);
-    return image;
+    return ByFunctor(rule, source);
 }
 
 /// A widget of the adjustment and its controls.
-struct Fixture
+struct Fixture : Panel<YDColorEnhancerWidget>
 {
-    explicit Fixture(bool isDialog = false) : widget(isDialog, nullptr, Qt::WindowFlags()) {}
+    explicit Fixture(bool isDialog = false) : Panel(isDialog) {}
 
-    YDColorEnhancerWidget widget;
-    KVSlider* const amountSlider = Child<KVSlider>(widget, "horizontalSlider");
-    KVSpinBox* const amountSpin = Child<KVSpinBox>(widget, "m_pAmount");
-    KVSlider* const affectedSlider = Child<KVSlider>(widget, "horizontalSlider_2");
-    KVSpinBox* const affectedSpin = Child<KVSpinBox>(widget, "m_pAffected");
+    KVSpinBox* const amountSpin = Child<KVSpinBox>("m_pAmount");
 };
 
 } // namespace
@@ -94,20 +79,8 @@ class TestYDColorEnhancerWidget : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-
-    void TheFormIsAsDesigned();
-    void AChangeIsStoredAndAnnouncedOnceInOrder_data();
-    void AChangeIsStoredAndAnnouncedOnceInOrder();
-    void SettingARecordAnnouncesNothing();
-    void ResetAnnouncesOnce();
     void InputBoundsLieBetweenCommonAndOwn_data();
     void InputBoundsLieBetweenCommonAndOwn();
-    void TheStreamHasAffectedFirst();
-    void AStreamThatCannotBeReadGivesDefaultsAndOneLine();
-    void AnotherTagIsRefused_data();
-    void AnotherTagIsRefused();
-    void ReadAndWriteTellWhetherTheySucceeded();
     void RecordsFromOutsideAreKeptAndApplied_data();
     void RecordsFromOutsideAreKeptAndApplied();
     void ConvertsByTheRule();
@@ -119,80 +92,6 @@ private slots:
     void ASourceThatChangesDuringTheCountIsCountedItself();
     void AnEmptyPictureIsLeftAlone();
 };
-
-void TestYDColorEnhancerWidget::initTestCase()
-{
-    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_YDColorEnhancerWidget"));
-}
-
-void TestYDColorEnhancerWidget::TheFormIsAsDesigned()
-{
-    for (const bool isDialog : {false, true}) {
-        Fixture f(isDialog);
-        QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Color enhancer"));
-        const auto* const grid = qobject_cast<QGridLayout*>(f.amountSlider->parentWidget()->layout());
-        QVERIFY(grid);
-        const auto right = Qt::AlignRight | Qt::AlignVCenter;
-        CheckLabel(f.widget, *grid, 0, 0, "label", "Amount:", right);
-        CheckSlider(f.widget, *grid, 0, "horizontalSlider", 0, 100, 100);
-        CheckSpinBox(f.widget, *grid, 0, 2, "m_pAmount", 0, 100, 100);
-        CheckLabel(f.widget, *grid, 1, 0, "label_2", "Affected:", right);
-        CheckSlider(f.widget, *grid, 1, "horizontalSlider_2", 0, 100, 100);
-        CheckSpinBox(f.widget, *grid, 1, 2, "m_pAffected", 0, 100, 100);
-        QCOMPARE(f.amountSpin->suffix(), QStringLiteral("%"));
-        QCOMPARE(f.affectedSpin->suffix(), QStringLiteral("%"));
-    }
-}
-
-void TestYDColorEnhancerWidget::AChangeIsStoredAndAnnouncedOnceInOrder_data()
-{
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<Params>("expected");
-    QTest::newRow("amount slider") << "horizontalSlider" << 70 << Record(70, 100);
-    QTest::newRow("amount spin box") << "m_pAmount" << 70 << Record(70, 100);
-    QTest::newRow("affected slider") << "horizontalSlider_2" << 20 << Record(100, 20);
-    QTest::newRow("affected spin box") << "m_pAffected" << 20 << Record(100, 20);
-}
-
-void TestYDColorEnhancerWidget::AChangeIsStoredAndAnnouncedOnceInOrder()
-{
-    QFETCH(QString, control);
-    QFETCH(int, value);
-    QFETCH(Params, expected);
-    Fixture f;
-    Announcements<YDColorEnhancerWidget> announcements(f.widget);
-    Child<QWidget>(f.widget, qPrintable(control))->setProperty("value", value);
-    QCOMPARE(announcements.Take(), OneChange());
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), expected));
-    QCOMPARE(f.amountSlider->value(), f.amountSpin->value());
-    QCOMPARE(f.affectedSlider->value(), f.affectedSpin->value());
-}
-
-void TestYDColorEnhancerWidget::SettingARecordAnnouncesNothing()
-{
-    Fixture f;
-    Announcements<YDColorEnhancerWidget> announcements(f.widget);
-    f.widget.SetValue(Record(30, 60));
-    QCOMPARE(announcements.Take(), QString());
-    QCOMPARE(f.amountSlider->value(), 30);
-    QCOMPARE(f.affectedSlider->value(), 60);
-    f.amountSpin->setValue(31); // the slots are connected again
-    QCOMPARE(announcements.Take(), OneChange());
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(31, 60)));
-}
-
-void TestYDColorEnhancerWidget::ResetAnnouncesOnce()
-{
-    Fixture f;
-    f.widget.SetValue(Record(30, 60));
-    Announcements<YDColorEnhancerWidget> announcements(f.widget);
-    f.widget.Reset();
-    QCOMPARE(announcements.Take(), OneChange());
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(100, 100)));
-    QCOMPARE(f.amountSpin->value(), 100);
-}
 
 void TestYDColorEnhancerWidget::InputBoundsLieBetweenCommonAndOwn_data()
 {
@@ -217,75 +116,6 @@ void TestYDColorEnhancerWidget::InputBoundsLieBetweenCommonAndOwn()
     QFETCH(int, affected);
     QFETCH(int, bound);
     QCOMPARE(YDColorEnhancerWidget::InputBound(own, common, affected), bound);
-}
-
-void TestYDColorEnhancerWidget::TheStreamHasAffectedFirst()
-{
-    const QByteArray expected = Bytes("KVColorEnhancer 1.00000", {60, 30});
-    QCOMPARE(Written(Record(30, 60)), expected);
-    QDataStream stream(expected);
-    Params params;
-    stream >> params;
-    QVERIFY(YDRecord::Equal(params, Record(30, 60)));
-    QVERIFY(stream.atEnd());
-}
-
-void TestYDColorEnhancerWidget::AStreamThatCannotBeReadGivesDefaultsAndOneLine()
-{
-    const QRegularExpression line(
-        QStringLiteral("^\\[src/YDColorEnhancerWidget:[0-9]+\\] Read color enhancer data error\\.$"));
-    const QByteArray whole = Written(Record(30, 60));
-    for (int length = 0; length < whole.size(); ++length) {
-        QDataStream stream(whole.left(length));
-        Params params = Record(1, 2);
-        QTest::ignoreMessage(QtDebugMsg, line);
-        stream >> params;
-        QVERIFY(YDRecord::Equal(params, Params()));
-    }
-    QDataStream readOnly(QByteArray(100, 'x'));
-    QTest::ignoreMessage(QtDebugMsg,
-                         QRegularExpression(QStringLiteral(
-                             "^\\[src/YDColorEnhancerWidget:[0-9]+\\] Write color enhancer data error\\.$")));
-    readOnly << Params();
-}
-
-void TestYDColorEnhancerWidget::AnotherTagIsRefused_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    const QByteArray whole = Written(Record(30, 60));
-    QTest::newRow("another tag") << QByteArray(whole).replace("KVColor", "KVcolor");
-    QTest::newRow("another version") << QByteArray(whole).replace("1.00000", "1.00001");
-}
-
-void TestYDColorEnhancerWidget::AnotherTagIsRefused()
-{
-    QFETCH(QByteArray, bytes);
-    QCOMPARE(bytes.size(), Written(Params()).size());
-    Params params;
-    QDataStream asked(bytes);
-    QVERIFY(!params.Read(asked));
-    QDataStream stream(bytes);
-    params = Record(1, 2);
-    QTest::ignoreMessage(QtDebugMsg,
-                         QRegularExpression(QStringLiteral(
-                             "^\\[src/YDColorEnhancerWidget:[0-9]+\\] Read color enhancer data error\\.$")));
-    stream >> params;
-    QVERIFY(YDRecord::Equal(params, Params()));
-}
-
-void TestYDColorEnhancerWidget::ReadAndWriteTellWhetherTheySucceeded()
-{
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    QVERIFY(Record(30, 60).Write(out));
-    QCOMPARE(bytes, Written(Record(30, 60)));
-    Params params;
-    QDataStream in(bytes);
-    QVERIFY(params.Read(in));
-    QVERIFY(YDRecord::Equal(params, Record(30, 60)));
-    QDataStream cut(bytes.left(bytes.size() - 1));
-    QVERIFY(!params.Read(cut));
-    QVERIFY(!params.Write(in)); // opened for reading only
 }
 
 void TestYDColorEnhancerWidget::RecordsFromOutsideAreKeptAndApplied_data()

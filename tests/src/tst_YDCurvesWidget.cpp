@@ -1,3 +1,4 @@
+#include "PanelKit.h"
 #include "Photographs.h"
 #include "TestPictures.h"
 #include "YDCurvesWidget.h"
@@ -12,12 +13,10 @@
 #include <QComboBox>
 #include <QGraphicsPathItem>
 #include <QGraphicsView>
-#include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>
@@ -26,7 +25,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 using Points = QVector<QPoint>;
 using Params = YDCurvesWidget::Params;
@@ -36,10 +34,7 @@ Q_DECLARE_METATYPE(Qt::MouseButton)
 
 namespace {
 
-constexpr int PatienceMs = 20000;
-constexpr int QuietMs = 150;
-constexpr int Lowest = std::numeric_limits<int>::min();
-constexpr int Highest = std::numeric_limits<int>::max();
+using namespace PanelKit;
 
 const Points Straight{{0, 0}, {255, 255}};
 
@@ -48,21 +43,6 @@ Params WithComposite(const Points& points)
     Params params;
     params.curves[0] = points;
     return params;
-}
-
-QByteArray Written(const Params& params)
-{
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream << params;
-    return bytes;
-}
-
-RGBA32iImage Converted(YDCurvesWidget& widget, const RGBA32iImage& source)
-{
-    RGBA32iImage image = source.DeepCopy();
-    widget.ConvertImage(image, RGBA32iImage(), QPoint(), QRect());
-    return image;
 }
 
 RGBA32iImage Applied(const Params& params, const RGBA32iImage& source)
@@ -83,9 +63,9 @@ void MoveMouse(QWidget* widget, const QPoint& place, Qt::MouseButtons held)
 }
 
 /// A shown widget of the adjustment and its controls.
-struct Fixture
+struct Fixture : Panel<YDCurvesWidget>
 {
-    explicit Fixture(bool isDialog = true) : widget(isDialog, nullptr, Qt::WindowFlags())
+    explicit Fixture(bool isDialog = true) : Panel(isDialog)
     {
         widget.resize(500, 600);
         widget.show();
@@ -93,12 +73,6 @@ struct Fixture
         if (!QTest::qWaitForWindowActive(&widget))
             qFatal("the window does not become active");
         view->setFocus();
-    }
-
-    template <class T>
-    T* Child(const char* name) const
-    {
-        return widget.findChild<T*>(QString::fromLatin1(name));
     }
 
     QPoint Place(const QPointF& scenePosition) const { return view->mapFromScene(scenePosition); }
@@ -166,7 +140,6 @@ struct Fixture
         return delete1->isEnabled();
     }
 
-    YDCurvesWidget widget;
     QGraphicsView* const view = Child<QGraphicsView>("m_pCurveView");
     QComboBox* const channel = Child<QComboBox>("m_pChannel");
     YodiCustomSlider* const slider = Child<YodiCustomSlider>("m_pInputSlider");
@@ -207,25 +180,13 @@ struct PickFixture : Fixture
     KVDocumentView document;
 };
 
-/// The order of what a widget tells its listeners.
-struct Announcements : QObject
+/// What a widget announces, a change of its current node too.
+struct Told : Announcements
 {
-    explicit Announcements(YDCurvesWidget& widget)
+    explicit Told(YDCurvesWidget& widget) : Announcements(widget)
     {
-        const auto note = [this](const char* what) { order.append(QString::fromLatin1(what)); };
-        connect(&widget, &KVAdjustmentWidget::UserParamsChanged, this, [note] { note("host"); });
-        connect(&widget, &YDCurvesWidget::ValueChanged, this, [note] { note("value"); });
-        connect(&widget, &YDAdjustmentWidget::DataChanged, this, [note] { note("data"); });
-        connect(&widget, &YDCurvesWidget::CurrentNodeChanged, this, [note] { note("node"); });
+        Hear(widget, &YDCurvesWidget::CurrentNodeChanged, "node");
     }
-    /// What was told since the last call.
-    QString Take()
-    {
-        const QString all = order.join(QLatin1Char(' '));
-        order.clear();
-        return all;
-    }
-    QStringList order;
 };
 
 } // namespace
@@ -235,9 +196,7 @@ class TestYDCurvesWidget : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-
-    void TheFormIsAsDesigned();
+    void TheCurveLiesOverTheHistogram();
     void StripsGoFromBlackToWhiteAndFromWhiteToBlack_data();
     void StripsGoFromBlackToWhiteAndFromWhiteToBlack();
     void TheNumberFieldsOnlyShow();
@@ -297,22 +256,16 @@ private slots:
     void ASliderThatFollowsTheChannelIsHeard();
     void ADragMaySurviveAResetInAListener();
 
-    void SettingARecordAnnouncesNothing();
     void ControlsAreHeardOnceAfterARecordWithinARecord();
-    void ResetAnnouncesOnceAndShowsTheDefaults();
     void ShortListsCannotBeEdited_data();
     void ShortListsCannotBeEdited();
     void AnyListIsShownAndAppliedWithoutHarm_data();
     void AnyListIsShownAndAppliedWithoutHarm();
     void AnyChannelIsKeptAndShownAsComposite_data();
     void AnyChannelIsKeptAndShownAsComposite();
-    void TheStreamIsTagChannelAndLists();
-    void AnotherVersionLoadsAsDefaultsWithOneLine();
-    void ACutStreamLoadsAsDefaults();
     void HostileCountsLoadAsDefaults_data();
     void HostileCountsLoadAsDefaults();
     void ListsAreReadWhateverTheyHold();
-    void AReadOnlyStreamLogsTheFailedWrite();
 
     void AveragesAreTruncatedMeans();
     void AveragesClipAndFallBack_data();
@@ -350,33 +303,11 @@ private slots:
     void TheHistogramFollowsTheSourceAndTheChannel();
 };
 
-void TestYDCurvesWidget::initTestCase()
+void TestYDCurvesWidget::TheCurveLiesOverTheHistogram()
 {
-    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_YDCurvesWidget"));
-}
-
-void TestYDCurvesWidget::TheFormIsAsDesigned()
-{
-    Fixture f(false);
-    QCOMPARE(f.widget.windowTitle(), QStringLiteral("Curves"));
-    QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Curves"));
-    QCOMPARE(f.Child<QLabel>("label")->text(), QStringLiteral("Channel:"));
-    QCOMPARE(f.Child<QLabel>("label_3")->text(), QStringLiteral("Input:"));
-    QCOMPARE(f.Child<QLabel>("label_2")->text(), QStringLiteral("Output:"));
-    QStringList channels;
-    for (int i = 0; i < f.channel->count(); ++i)
-        channels.append(f.channel->itemText(i));
-    QCOMPARE(channels.join(QLatin1Char(' ')), QStringLiteral("RGB Red Green Blue"));
-    QCOMPARE(f.channel->toolTip(), QStringLiteral("Channel for input signal"));
+    const Fixture f(false);
     QCOMPARE(f.view->styleSheet(), QStringLiteral("QGraphicsView{background: rgba(0, 0, 0, 0);}"));
     QVERIFY(f.Child<QLayout>("m_pHistogrammLayout")->indexOf(f.Child<HistogramWidget>("m_pHistogramm")) >= 0);
-    const char* const tips[] = {"Set black point", "Set gray point", "Set white point"};
-    const QToolButton* const pickers[] = {f.black, f.gray, f.white};
-    for (int i = 0; i < 3; ++i) {
-        QCOMPARE(pickers[i]->toolTip(), QString::fromLatin1(tips[i]));
-        QVERIFY(pickers[i]->isCheckable() && !pickers[i]->isChecked());
-    }
 }
 
 void TestYDCurvesWidget::StripsGoFromBlackToWhiteAndFromWhiteToBlack_data()
@@ -704,7 +635,7 @@ void TestYDCurvesWidget::NothingIsInsertedOffTheCurve()
 void TestYDCurvesWidget::InsertingAnnouncesOnlyTheNode()
 {
     Fixture f;
-    Announcements told(f.widget);
+    Told told(f.widget);
     QVERIFY(f.widget.InsertPoint({100, 100}));
     QCOMPARE(told.Take(), QStringLiteral("node"));
     f.ClickScene(200, 55);
@@ -779,7 +710,7 @@ void TestYDCurvesWidget::APressOnANodeAnnouncesWhatItDoes()
     f.widget.SetValue(WithComposite(points));
     f.ClickPoint(points[0]);
     QCOMPARE(f.SunkenNode(), 0);
-    Announcements told(f.widget);
+    Told told(f.widget);
     QTest::mousePress(f.view->viewport(), button, Qt::KeyboardModifiers(), f.PlaceOf(points[1]) + offset);
     QCOMPARE(told.Take(), announced);
     QCOMPARE(f.SunkenNode(), sunken);
@@ -807,7 +738,7 @@ void TestYDCurvesWidget::APressOnTheCurveFarFromThePointInsertsThoughANodeIsTher
     Fixture f;
     f.widget.resize(f.widget.minimumSizeHint());
     f.widget.SetValue(WithComposite({{0, 128}, {128, 128}, {255, 128}}));
-    Announcements told(f.widget);
+    Told told(f.widget);
     f.Press(f.PlaceOf({128, 128}) + QPoint(5, 0));
     QCOMPARE(told.Take(), QStringLiteral("node node"));
     QCOMPARE(f.Composite().size(), 4);
@@ -828,7 +759,7 @@ void TestYDCurvesWidget::APressOnEmptySpaceDeselects()
     Fixture f;
     f.ClickScene(128, 127);
     QCOMPARE(f.SunkenNode(), 1);
-    Announcements told(f.widget);
+    Told told(f.widget);
     f.ClickScene(60, 60);
     QCOMPARE(f.SunkenNode(), -1);
     QVERIFY(!f.AreDeleteButtonsEnabled());
@@ -918,7 +849,7 @@ void TestYDCurvesWidget::MovingAnnouncesOnceInOrder()
 {
     Fixture f;
     f.widget.InsertPoint({100, 100});
-    Announcements told(f.widget);
+    Told told(f.widget);
     QVERIFY(f.widget.MovePoint(1, {100, 120}));
     QCOMPARE(told.Take(), QStringLiteral("host value data"));
     QVERIFY(!f.widget.MovePoint(1, {100, 120}));
@@ -954,7 +885,7 @@ void TestYDCurvesWidget::InsertingAndRemovingBoundTheSlider()
 {
     Fixture f;
     const auto bounds = [&f] { return QPoint(f.slider->HighestValue(0), f.slider->LowestValue(1)); };
-    Announcements told(f.widget);
+    Told told(f.widget);
     QVERIFY(f.widget.InsertPoint({100, 100}));
     QCOMPARE(bounds(), QPoint(96, 104));
     QVERIFY(f.widget.InsertPoint({200, 200}));
@@ -1039,7 +970,7 @@ void TestYDCurvesWidget::AHandleWhoseMoveIsRefusedGoesBack()
     f.widget.SetValue(WithComposite({{10, 0}, {12, 128}, {200, 255}}));
     f.widget.MovePoint(1, {50, 128});
     QCOMPARE(f.slider->Value(0), 8);
-    Announcements told(f.widget);
+    Told told(f.widget);
     f.slider->ChangeValue(0, 10);
     QCOMPARE(told.Take(), QString());
     QCOMPARE(f.slider->Value(0), 10);
@@ -1157,7 +1088,7 @@ void TestYDCurvesWidget::RemovingAnnouncesOnceInOrder()
 {
     Fixture f;
     f.widget.SetValue(WithComposite({{0, 0}, {100, 150}, {255, 255}}));
-    Announcements told(f.widget);
+    Told told(f.widget);
     f.widget.RemovePoint(1);
     QCOMPARE(told.Take(), QStringLiteral("host value data node"));
 }
@@ -1166,7 +1097,7 @@ void TestYDCurvesWidget::TheSliderMovesTheEndPoints()
 {
     Fixture f;
     f.widget.SetValue(WithComposite({{0, 10}, {100, 150}, {255, 240}}));
-    Announcements told(f.widget);
+    Told told(f.widget);
     f.slider->ChangeValue(0, 30);
     QCOMPARE(f.Composite()[0], QPoint(30, 10));
     QCOMPARE(f.SunkenNode(), 0);
@@ -1222,7 +1153,7 @@ void TestYDCurvesWidget::AChannelShowsItsCurve()
 void TestYDCurvesWidget::ChoosingAChannelAnnouncesNoData()
 {
     Fixture f;
-    Announcements told(f.widget);
+    Told told(f.widget);
     f.channel->setCurrentIndex(3);
     QCOMPARE(told.Take(), QStringLiteral("node host value"));
     QCOMPARE(YDCurvesWidget::IndexToHistogrammChannel(0), 7);
@@ -1243,7 +1174,7 @@ void TestYDCurvesWidget::SettingAChannelSpeaksForItsControls()
     params.channel = 1;
     f.widget.SetValue(params);
     params.channel = 2;
-    Announcements told(f.widget);
+    Told told(f.widget);
     f.widget.SetChannel(2);
     QCOMPARE(told.Take(), QStringLiteral("node host value node"));
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), params));
@@ -1275,7 +1206,7 @@ void TestYDCurvesWidget::ASliderThatFollowsTheChannelIsHeard()
     params.curves[1] = {{0, 10}, {100, 100}, {255, 255}};
     f.widget.SetValue(params);
     const QSignalBlocker silence(f.channel);
-    Announcements told(f.widget);
+    Told told(f.widget);
     f.widget.SetChannel(1);
     QCOMPARE(told.Take(), QStringLiteral("host value data node host value data node node"));
     QCOMPARE(f.slider->Value(0), 0);
@@ -1307,26 +1238,6 @@ void TestYDCurvesWidget::ADragMaySurviveAResetInAListener()
     QCOMPARE(f.Composite(), Straight);
 }
 
-void TestYDCurvesWidget::SettingARecordAnnouncesNothing()
-{
-    Fixture f;
-    QSignalSpy host(&f.widget, &KVAdjustmentWidget::UserParamsChanged);
-    QSignalSpy value(&f.widget, &YDCurvesWidget::ValueChanged);
-    QSignalSpy data(&f.widget, &YDAdjustmentWidget::DataChanged);
-    Params params;
-    params.channel = 1;
-    params.curves = {Points({{5, 0}, {250, 255}}), Points({{60, 1}, {70, 2}, {80, 3}}), Straight, Straight};
-    f.widget.SetValue(params);
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), params));
-    QCOMPARE(f.channel->currentIndex(), 1);
-    QCOMPARE(f.Nodes().size(), 3);
-    QCOMPARE(host.count() + value.count() + data.count(), 0);
-    f.slider->ChangeValue(0, 61);
-    QCOMPARE(data.count(), 1);
-    f.channel->setCurrentIndex(0);
-    QCOMPARE(value.count(), 2);
-}
-
 /// Who hears of the current node may set another record while one is being set.
 void TestYDCurvesWidget::ControlsAreHeardOnceAfterARecordWithinARecord()
 {
@@ -1337,26 +1248,11 @@ void TestYDCurvesWidget::ControlsAreHeardOnceAfterARecordWithinARecord()
     });
     f.widget.SetValue(WithComposite({{0, 0}, {100, 150}, {255, 255}}));
     QCOMPARE(f.Composite(), Straight);
-    Announcements told(f.widget);
+    Told told(f.widget);
     f.slider->ChangeValue(0, 30);
     QCOMPARE(told.Take(), QStringLiteral("host value data node"));
     f.channel->setCurrentIndex(1);
     QCOMPARE(told.Take(), QStringLiteral("node host value"));
-}
-
-void TestYDCurvesWidget::ResetAnnouncesOnceAndShowsTheDefaults()
-{
-    Fixture f;
-    Params params = WithComposite({{5, 0}, {60, 60}, {250, 255}});
-    params.channel = 2;
-    f.widget.SetValue(params);
-    Announcements told(f.widget);
-    f.widget.Reset();
-    QCOMPARE(told.Take(), QStringLiteral("node host value data"));
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
-    QCOMPARE(f.channel->currentIndex(), 0);
-    QCOMPARE(f.Nodes().size(), 2);
-    QVERIFY(!f.AreDeleteButtonsEnabled());
 }
 
 void TestYDCurvesWidget::ShortListsCannotBeEdited_data()
@@ -1472,57 +1368,6 @@ void TestYDCurvesWidget::AnyChannelIsKeptAndShownAsComposite()
     QCOMPARE(f.widget.GetValue().channel, 1);
 }
 
-void TestYDCurvesWidget::TheStreamIsTagChannelAndLists()
-{
-    Params params;
-    params.channel = 3;
-    params.curves = {Points({{1, 2}, {-3, 256}}), Points(), Points({{7, 8}}), Straight};
-    const QByteArray expected = QByteArray("KVCurves 1.00000") + QByteArray::fromHex("00000003"
-                                                                                     "00000002"
-                                                                                     "00000001"
-                                                                                     "00000002"
-                                                                                     "fffffffd"
-                                                                                     "00000100"
-                                                                                     "00000000"
-                                                                                     "00000001"
-                                                                                     "00000007"
-                                                                                     "00000008"
-                                                                                     "00000002"
-                                                                                     "00000000"
-                                                                                     "00000000"
-                                                                                     "000000ff"
-                                                                                     "000000ff");
-    QCOMPARE(Written(params), expected);
-    QDataStream stream(expected);
-    Params read;
-    stream >> read;
-    QVERIFY(YDRecord::Equal(read, params));
-    QVERIFY(stream.atEnd());
-}
-
-void TestYDCurvesWidget::AnotherVersionLoadsAsDefaultsWithOneLine()
-{
-    QByteArray bytes = Written(WithComposite({{1, 2}, {3, 4}}));
-    bytes.replace("1.00000", "1.00001");
-    QDataStream stream(bytes);
-    Params params = WithComposite({{5, 6}});
-    QTest::ignoreMessage(QtDebugMsg, "[src/YDCurvesWidget:1626] Read curves data error.");
-    stream >> params;
-    QVERIFY(YDRecord::Equal(params, Params()));
-}
-
-void TestYDCurvesWidget::ACutStreamLoadsAsDefaults()
-{
-    const QByteArray whole = Written(WithComposite({{1, 2}, {3, 4}, {5, 6}}));
-    for (int length = 0; length < whole.size(); ++length) {
-        QDataStream stream(whole.left(length));
-        Params params = WithComposite({{5, 6}});
-        QTest::ignoreMessage(QtDebugMsg, "[src/YDCurvesWidget:1626] Read curves data error.");
-        stream >> params;
-        QVERIFY(YDRecord::Equal(params, Params()));
-    }
-}
-
 void TestYDCurvesWidget::HostileCountsLoadAsDefaults_data()
 {
     QTest::addColumn<QByteArray>("count");
@@ -1555,14 +1400,6 @@ void TestYDCurvesWidget::ListsAreReadWhateverTheyHold()
     Params read;
     QVERIFY(read.Read(stream));
     QVERIFY(YDRecord::Equal(read, params));
-}
-
-void TestYDCurvesWidget::AReadOnlyStreamLogsTheFailedWrite()
-{
-    QDataStream stream(QByteArray(100, 'x'));
-    QVERIFY(!Params().Write(stream));
-    QTest::ignoreMessage(QtDebugMsg, "[src/YDCurvesWidget:1613] Write curves data error.");
-    stream << Params();
 }
 
 void TestYDCurvesWidget::AveragesAreTruncatedMeans()
@@ -1674,7 +1511,7 @@ void TestYDCurvesWidget::APickOnAPhotographSetsThePoints()
     const QPoint from = f.document.mapToScene(100, 80).toPoint();
     const QPoint to = from + QPoint(60, 40);
     const YDRGBA32i color = YDCurvesWidget::CalcAvgColor(f.source, QRect(from, to), YDRGBA32i());
-    Announcements told(f.widget);
+    Told told(f.widget);
     QTest::mouseClick(f.Child<QToolButton>(qPrintable(picker)), Qt::LeftButton);
     f.DragOnDocument(from, to);
     QTRY_VERIFY_WITH_TIMEOUT(f.widget.GetValue().curves[3] != Straight, PatienceMs);

@@ -1,4 +1,4 @@
-#include "AdjustmentProbe.h"
+#include "PanelKit.h"
 #include "TestPictures.h"
 #include "YDHueSaturationWidget.h"
 #include "gui/YDColorWidget.h"
@@ -7,21 +7,13 @@
 #include "widgets/KVSpinBox.h"
 
 #include <QCheckBox>
-#include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <cmath>
-#include <limits>
-
-using namespace AdjustmentProbe;
 
 namespace {
 
-constexpr int Lowest = std::numeric_limits<int>::min();
-constexpr int Highest = std::numeric_limits<int>::max();
-constexpr int PatienceMs = 20000;
-constexpr int QuietMs = 150;
+using namespace PanelKit;
 
 using Params = YDHueSaturationWidget::Params;
 
@@ -67,33 +59,28 @@ RGBA32iImage Expected(const Params& params, const RGBA32iImage& source)
 {
     const YDHueSaturationTransformation rule(params.hue, params.saturation, params.lightness,
                                              params.colorize);
-    const RGBA32iImage image = source.DeepCopy();
-    for (int y = 0; y < image.Height(); ++y)
-        for (int x = 0; x < image.Width(); ++x)
-            rule(image.Row(y)[x]);
-    return image;
+    return ByFunctor(rule, source);
 }
 
 /// A widget of the adjustment and its controls.
-struct Fixture
+struct Fixture : Panel<YDHueSaturationWidget>
 {
-    explicit Fixture(bool isDialog = true) : widget(isDialog, nullptr, Qt::WindowFlags()) {}
+    using Panel::Panel;
 
     QGradientStops Strip(const char* name) const
     {
-        const QBrush brush = Child<YDColorWidget>(widget, name)->BackgroundBrush();
+        const QBrush brush = Child<YDColorWidget>(name)->BackgroundBrush();
         return brush.gradient() ? brush.gradient()->stops() : QGradientStops();
     }
     QGradientStops AdjustedStrip() const { return Strip("m_pColorizeLabel"); }
 
-    YDHueSaturationWidget widget;
-    KVSlider* const hueSlider = Child<KVSlider>(widget, "m_pHueSlider");
-    KVSpinBox* const hueSpin = Child<KVSpinBox>(widget, "m_pHueSpin");
-    KVSlider* const saturationSlider = Child<KVSlider>(widget, "m_pSaturationSlider");
-    KVSpinBox* const saturationSpin = Child<KVSpinBox>(widget, "m_pSaturationSpin");
-    KVSlider* const lightnessSlider = Child<KVSlider>(widget, "m_pLightnessSlider");
-    KVSpinBox* const lightnessSpin = Child<KVSpinBox>(widget, "m_pLightnessSpin");
-    QCheckBox* const colorize = Child<QCheckBox>(widget, "m_pColorizeCheckBox");
+    KVSlider* const hueSlider = Child<KVSlider>("m_pHueSlider");
+    KVSpinBox* const hueSpin = Child<KVSpinBox>("m_pHueSpin");
+    KVSlider* const saturationSlider = Child<KVSlider>("m_pSaturationSlider");
+    KVSpinBox* const saturationSpin = Child<KVSpinBox>("m_pSaturationSpin");
+    KVSlider* const lightnessSlider = Child<KVSlider>("m_pLightnessSlider");
+    KVSpinBox* const lightnessSpin = Child<KVSpinBox>("m_pLightnessSpin");
+    QCheckBox* const colorize = Child<QCheckBox>("m_pColorizeCheckBox");
 };
 
 } // namespace
@@ -103,11 +90,6 @@ class TestYDHueSaturationWidget : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-
-    void TheFormIsAsDesigned();
-    void StripsAreSixteenPixelsHigh();
-    void SlidersAndSpinBoxesFollowEachOther();
     void TheHueSliderMovedToAFullTurnEndsADegreeBefore_data();
     void TheHueSliderMovedToAFullTurnEndsADegreeBefore();
     void TheHueGrooveGoesAroundTheCircle_data();
@@ -118,95 +100,13 @@ private slots:
     void TheAdjustedStripShowsTheSettings_data();
     void TheAdjustedStripShowsTheSettings();
     void ThePanelOpensInItsDefaultColours();
-    void AChangeIsStoredAndAnnouncedOnceInOrder_data();
-    void AChangeIsStoredAndAnnouncedOnceInOrder();
     void GroovesFollowWhatTheyDependOn();
     void TheColoursFollowBetweenTheTwoSignals();
-    void SettingARecordShowsItAndAnnouncesNothing();
-    void ResetAnnouncesWhatReallyChanges();
-    void ResetStartsAPreviewOfWhatReallyChanges();
-    void TheStreamIsTagAndFourNumbers();
     void AnyOtherNumberThanZeroColorizes();
-    void AStreamThatCannotBeReadGivesDefaultsAndOneLine();
-    void AReadOnlyStreamLogsTheFailedWrite();
     void ARecordBeyondTheControlsIsKeptAndProcessedAsTheirEnds_data();
     void ARecordBeyondTheControlsIsKeptAndProcessedAsTheirEnds();
     void ThePanelConvertsByItsControls();
 };
-
-void TestYDHueSaturationWidget::initTestCase()
-{
-    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_YDHueSaturationWidget"));
-}
-
-void TestYDHueSaturationWidget::TheFormIsAsDesigned()
-{
-    Fixture f(false);
-    QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Hue and Saturation"));
-    QCOMPARE(f.widget.size(), QSize(223, 177));
-    QCOMPARE(f.widget.minimumSize(), QSize(0, 0));
-    QCOMPARE(f.widget.maximumSize(), QSize(16777215, 16777215));
-    const auto* const outer = Child<QGridLayout>(f.widget, "gridLayout_2");
-    const auto* const grid = Child<QGridLayout>(f.widget, "gridLayout");
-    QCOMPARE(outer->itemAtPosition(0, 0)->layout(), grid);
-    const auto right = Qt::AlignRight | Qt::AlignVCenter;
-    CheckLabel(f.widget, *grid, 0, 0, "m_hueLabel", "Hue:", right);
-    CheckSlider(f.widget, *grid, 0, "m_pHueSlider", 0, 360, 0);
-    CheckSpinBox(f.widget, *grid, 0, 2, "m_pHueSpin", 0, 359, 0);
-    CheckLabel(f.widget, *grid, 1, 0, "m_saturationLabel", "Saturation:", right);
-    CheckSlider(f.widget, *grid, 1, "m_pSaturationSlider", -100, 100, 0);
-    CheckSpinBox(f.widget, *grid, 1, 2, "m_pSaturationSpin", -100, 100, 0);
-    CheckLabel(f.widget, *grid, 2, 0, "m_lightnessLabel", "Lightness:", right);
-    CheckSlider(f.widget, *grid, 2, "m_pLightnessSlider", -100, 100, 0);
-    CheckSpinBox(f.widget, *grid, 2, 2, "m_pLightnessSpin", -100, 100, 0);
-    for (const KVSpinBox* const spin : {f.hueSpin, f.saturationSpin, f.lightnessSpin}) {
-        QCOMPARE(spin->buttonSymbols(), QAbstractSpinBox::NoButtons);
-        QCOMPARE(spin->minimumWidth(), 50);
-    }
-    QCOMPARE(f.hueSlider->sizePolicy().horizontalPolicy(), QSizePolicy::Preferred);
-    QCOMPARE(f.hueSlider->sizePolicy().verticalPolicy(), QSizePolicy::Preferred);
-    CheckButton<QCheckBox>(f.widget, *grid, 3, 1, 2, "m_pColorizeCheckBox", "Colorize");
-    QCOMPARE(f.colorize->toolTip(),
-             QStringLiteral("Use the checkbox to colorize the picture in mono color."));
-    QVERIFY(!f.colorize->isChecked());
-    auto* const spacer = grid->itemAtPosition(6, 0)->spacerItem();
-    QVERIFY(spacer);
-    QCOMPARE(spacer->sizeHint(), QSize(188, 18));
-    QCOMPARE(spacer->sizePolicy(), QSizePolicy(QSizePolicy::Minimum, QSizePolicy::Expanding));
-}
-
-void TestYDHueSaturationWidget::StripsAreSixteenPixelsHigh()
-{
-    Fixture f(false);
-    const auto* const grid = Child<QGridLayout>(f.widget, "gridLayout");
-    int row = 4;
-    for (const char* const name : {"m_pPaletteLabel", "m_pColorizeLabel"}) {
-        const auto* const strip = Child<YDColorWidget>(f.widget, name);
-        QCOMPARE(strip->minimumHeight(), 16);
-        QCOMPARE(strip->maximumHeight(), 16);
-        QCOMPARE(grid->itemAtPosition(row, 1)->widget(), strip);
-        QCOMPARE(grid->itemAtPosition(row, 2)->widget(), strip);
-        ++row;
-    }
-}
-
-void TestYDHueSaturationWidget::SlidersAndSpinBoxesFollowEachOther()
-{
-    Fixture f;
-    f.hueSlider->setValue(200);
-    QCOMPARE(f.hueSpin->value(), 200);
-    f.hueSpin->setValue(100);
-    QCOMPARE(f.hueSlider->value(), 100);
-    f.saturationSlider->setValue(-30);
-    QCOMPARE(f.saturationSpin->value(), -30);
-    f.saturationSpin->setValue(30);
-    QCOMPARE(f.saturationSlider->value(), 30);
-    f.lightnessSlider->setValue(-40);
-    QCOMPARE(f.lightnessSpin->value(), -40);
-    f.lightnessSpin->setValue(40);
-    QCOMPARE(f.lightnessSlider->value(), 40);
-}
 
 void TestYDHueSaturationWidget::TheHueSliderMovedToAFullTurnEndsADegreeBefore_data()
 {
@@ -226,7 +126,7 @@ void TestYDHueSaturationWidget::TheHueSliderMovedToAFullTurnEndsADegreeBefore()
     QFETCH(QString, announced);
     Fixture f;
     f.hueSlider->setValue(from);
-    Announcements<YDHueSaturationWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.hueSlider->setSliderDown(isDrag);
     f.hueSlider->setSliderPosition(360);
     f.hueSlider->setSliderDown(false);
@@ -375,40 +275,7 @@ void TestYDHueSaturationWidget::ThePanelOpensInItsDefaultColours()
     CompareStops(f.Strip("m_pPaletteLabel"), EvenStops({0, 60, 120, 180, 240, 300, 0}, 255, 127));
 }
 
-void TestYDHueSaturationWidget::AChangeIsStoredAndAnnouncedOnceInOrder_data()
-{
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<QString>("property");
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<Params>("expected");
-    const auto add = [](const char* control, const char* property, const QVariant& value,
-                        const Params& expected) {
-        QTest::newRow(control) << QString::fromLatin1(control) << QString::fromLatin1(property) << value
-                               << expected;
-    };
-    add("m_pHueSlider", "value", 25, Record(25, 0, 0, false));
-    add("m_pHueSpin", "value", 25, Record(25, 0, 0, false));
-    add("m_pSaturationSlider", "value", -25, Record(0, -25, 0, false));
-    add("m_pSaturationSpin", "value", -25, Record(0, -25, 0, false));
-    add("m_pLightnessSlider", "value", 25, Record(0, 0, 25, false));
-    add("m_pLightnessSpin", "value", 25, Record(0, 0, 25, false));
-    add("m_pColorizeCheckBox", "checked", true, Record(0, 0, 0, true));
-}
-
 Q_DECLARE_METATYPE(Params)
-
-void TestYDHueSaturationWidget::AChangeIsStoredAndAnnouncedOnceInOrder()
-{
-    QFETCH(QString, control);
-    QFETCH(QString, property);
-    QFETCH(QVariant, value);
-    QFETCH(Params, expected);
-    Fixture f;
-    Announcements<YDHueSaturationWidget> announcements(f.widget);
-    Child<QWidget>(f.widget, qPrintable(control))->setProperty(qPrintable(property), value);
-    QCOMPARE(announcements.Take(), OneChange());
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), expected));
-}
 
 void TestYDHueSaturationWidget::GroovesFollowWhatTheyDependOn()
 {
@@ -451,105 +318,12 @@ void TestYDHueSaturationWidget::TheColoursFollowBetweenTheTwoSignals()
                         QStringLiteral("120") + GrooveSheet(YDHueSaturationWidget::GetSaturation(120, 0))}));
 }
 
-void TestYDHueSaturationWidget::SettingARecordShowsItAndAnnouncesNothing()
-{
-    Fixture f;
-    Announcements<YDHueSaturationWidget> announcements(f.widget);
-    f.widget.SetValue(Record(300, -40, 20, true));
-    QCOMPARE(announcements.Take(), QString());
-    QCOMPARE(f.hueSpin->value(), 300);
-    QCOMPARE(f.hueSlider->value(), 300);
-    QCOMPARE(f.saturationSpin->value(), -40);
-    QCOMPARE(f.saturationSlider->value(), -40);
-    QCOMPARE(f.lightnessSpin->value(), 20);
-    QCOMPARE(f.lightnessSlider->value(), 20);
-    QVERIFY(f.colorize->isChecked());
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(300, -40, 20, true)));
-    f.hueSpin->setValue(301); // the slots are connected again
-    f.saturationSpin->setValue(-41);
-    f.lightnessSpin->setValue(21);
-    f.colorize->setChecked(false);
-    QCOMPARE(announcements.Take().count(QStringLiteral("data")), 4);
-}
-
-void TestYDHueSaturationWidget::ResetAnnouncesWhatReallyChanges()
-{
-    Fixture f;
-    Announcements<YDHueSaturationWidget> announcements(f.widget);
-    f.widget.Reset();
-    QCOMPARE(announcements.Take(), QString());
-    f.widget.SetValue(Record(10, 0, 30, true));
-    f.widget.Reset();
-    QCOMPARE(announcements.Take().count(QStringLiteral("data")), 3);
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
-    QCOMPARE(f.hueSlider->value() + f.saturationSlider->value() + f.lightnessSlider->value(), 0);
-    QVERIFY(!f.colorize->isChecked());
-}
-
-void TestYDHueSaturationWidget::ResetStartsAPreviewOfWhatReallyChanges()
-{
-    const RGBA32iImage source = TestPictures::Random(70, 50, 5);
-    Fixture f;
-    f.widget.SetValue(Record(50, -20, 10, true));
-    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
-    f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
-    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
-    QVERIFY(!TestPictures::AreEqual(f.widget.AdjustedImage(), source));
-    f.widget.Reset();
-    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 2, PatienceMs);
-    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), source));
-    f.widget.Reset();
-    QTest::qWait(QuietMs);
-    QCOMPARE(ready.count(), 2);
-}
-
-void TestYDHueSaturationWidget::TheStreamIsTagAndFourNumbers()
-{
-    const QByteArray expected = Bytes("KVHueSaturation 1.00000", {300, -40, 20, 1});
-    QCOMPARE(Written(Record(300, -40, 20, true)), expected);
-    QCOMPARE(Written(Params()), Bytes("KVHueSaturation 1.00000", {0, 0, 0, 0}));
-    QDataStream stream(expected);
-    Params params;
-    stream >> params;
-    QVERIFY(YDRecord::Equal(params, Record(300, -40, 20, true)));
-    QVERIFY(stream.atEnd());
-}
-
 void TestYDHueSaturationWidget::AnyOtherNumberThanZeroColorizes()
 {
     QDataStream stream(Bytes("KVHueSaturation 1.00000", {Highest, Lowest, -1, 256}));
     Params params;
     stream >> params;
     QVERIFY(YDRecord::Equal(params, Record(Highest, Lowest, -1, true)));
-}
-
-void TestYDHueSaturationWidget::AStreamThatCannotBeReadGivesDefaultsAndOneLine()
-{
-    const QRegularExpression line(
-        QStringLiteral("^\\[src/YDHueSaturationWidget:[0-9]+\\] Read hue and saturation data error\\.$"));
-    const QByteArray whole = Written(Record(300, -40, 20, true));
-    QByteArray otherVersion = whole;
-    otherVersion.replace("1.00000", "1.00001");
-    QVector<QByteArray> streams{otherVersion};
-    for (int length = 0; length < whole.size(); ++length)
-        streams.append(whole.left(length));
-    for (const QByteArray& bytes : qAsConst(streams)) {
-        QDataStream stream(bytes);
-        Params params = Record(1, 2, 3, true);
-        QTest::ignoreMessage(QtDebugMsg, line);
-        stream >> params;
-        QVERIFY(YDRecord::Equal(params, Params()));
-    }
-}
-
-void TestYDHueSaturationWidget::AReadOnlyStreamLogsTheFailedWrite()
-{
-    QDataStream stream(QByteArray(100, 'x'));
-    QVERIFY(!Params().Write(stream));
-    QTest::ignoreMessage(QtDebugMsg,
-                         QRegularExpression(QStringLiteral("^\\[src/YDHueSaturationWidget:[0-9]+\\] "
-                                                           "Write hue and saturation data error\\.$")));
-    stream << Params();
 }
 
 void TestYDHueSaturationWidget::ARecordBeyondTheControlsIsKeptAndProcessedAsTheirEnds_data()

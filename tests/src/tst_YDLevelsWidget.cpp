@@ -1,3 +1,4 @@
+#include "PanelKit.h"
 #include "TestPictures.h"
 #include "YDLevelsWidget.h"
 #include "gui/HistogramWidget.h"
@@ -13,7 +14,6 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>
@@ -23,24 +23,14 @@
 
 namespace {
 
-constexpr int PatienceMs = 20000;
-constexpr int QuietMs = 150;
-constexpr int Lowest = std::numeric_limits<int>::min();
-constexpr int Highest = std::numeric_limits<int>::max();
+using namespace PanelKit;
+
 constexpr double Nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double Thousandth = 0.001 + 1e-9; ///< of gamma, in which the middle counts
 constexpr double Infinite = std::numeric_limits<double>::infinity();
 
 using Params = YDLevelsWidget::Params;
 using Ends = Params::Ends;
-
-QByteArray Written(const Params& params)
-{
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream << params;
-    return bytes;
-}
 
 /// Whether all of two records is equal, what follows from the fields too.
 bool AreSame(const Params& a, const Params& b) { return YDRecord::Equal(a, b) && a.middle == b.middle; }
@@ -109,21 +99,12 @@ void DragHandle(YodiCustomSlider& slider, uint handle, int level)
     QTest::mouseRelease(&slider, Qt::LeftButton, {}, placeOf(level));
 }
 
-struct Fixture
+struct Fixture : Panel<YDLevelsWidget>
 {
-    explicit Fixture(bool isDialog = true) : widget(isDialog, nullptr, Qt::WindowFlags())
+    explicit Fixture(bool isDialog = true) : Panel(isDialog)
     {
         widget.resize(600, 400); // more than one screen unit to a level
         widget.show();
-        QObject::connect(&widget, &KVAdjustmentWidget::UserParamsChanged, [this] { order.append('h'); });
-        QObject::connect(&widget, &YDLevelsWidget::ValueChanged, [this] { order.append('v'); });
-        QObject::connect(&widget, &YDAdjustmentWidget::DataChanged, [this] { order.append('d'); });
-    }
-
-    template <class T>
-    T* Child(const char* name) const
-    {
-        return widget.findChild<T*>(QString::fromLatin1(name));
     }
 
     /// Shows a picture and waits until it is counted.
@@ -134,8 +115,7 @@ struct Fixture
         QTRY_COMPARE_WITH_TIMEOUT(complete.count(), 1, PatienceMs);
     }
 
-    YDLevelsWidget widget;
-    QByteArray order; ///< what was announced: h host, v value, d data
+    Announcements told{widget};
     QComboBox* const channel = Child<QComboBox>("m_pChannel");
     QPushButton* const automatic = Child<QPushButton>("m_pAutoBtn");
     HistogramWidget* const histogram = Child<HistogramWidget>("m_pHistogramm");
@@ -147,13 +127,6 @@ struct Fixture
     KVSpinBox* const lowOutput = Child<KVSpinBox>("m_pLowOutput");
     KVSpinBox* const highOutput = Child<KVSpinBox>("m_pHighOutput");
 };
-
-RGBA32iImage Converted(YDLevelsWidget& widget, const RGBA32iImage& source)
-{
-    RGBA32iImage image = source.DeepCopy();
-    widget.ConvertImage(image, RGBA32iImage(), QPoint(), QRect());
-    return image;
-}
 
 /// A record with something of its own in every field.
 Params Full()
@@ -176,11 +149,9 @@ class TestYDLevelsWidget : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void cleanup() { QThreadPool::globalInstance()->waitForDone(); }
 
-    void TheFormIsAsDesigned();
-    void TheSlidersAreAsDesigned();
+    void TheStripsGoFromBlackToWhite();
     void TheScalesAgreeWithTheHistogram();
     void FromRightToLeftTheEndsStayBelowTheirHandles();
     void MiddleValueGivesTheHandlesPlace_data();
@@ -193,8 +164,6 @@ private slots:
     void AnyArgumentsOfBothAreHarmless();
     void ChannelsHaveMasks();
 
-    void AChangeIsStoredAndAnnouncedOnceInOrder_data();
-    void AChangeIsStoredAndAnnouncedOnceInOrder();
     void TheRecordHoldsTheValueWhenTheFirstIsTold();
     void TheHandlesFollowTheSpinBoxes();
     void ChoosingAChannelShowsItAndAsksForNoPreview();
@@ -212,13 +181,7 @@ private slots:
     void AnInvertedOutputIsKept();
 
     void SettingARecordShowsItAndAnnouncesNothing();
-    void ResetAnnouncesOnceAndShowsTheComposite();
     void TheMiddleIs128FromTheStartAnd127WhenRead();
-    void TheStreamIsTagAndFields();
-    void ACutStreamLoadsAsDefaultsWithOneLine();
-    void AnotherVersionLoadsAsDefaultsWithOneLine();
-    void AReadOnlyStreamLogsTheFailedWrite();
-    void AFailedTagLeavesTheRecord();
     void RecordsFromOutsideAreKeptAndHarmless_data();
     void RecordsFromOutsideAreKeptAndHarmless();
     void EndsOutsideOfTheScaleBoundTheControls_data();
@@ -233,55 +196,11 @@ private slots:
     void TheHistogramShowsWhatIsAttached();
 
     void ConversionFollowsTheRule();
-    void ThePreviewEqualsTheConversion();
-    void IsDestroyedWhileTheHistogramIsCounted();
 };
 
-void TestYDLevelsWidget::initTestCase()
-{
-    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_YDLevelsWidget"));
-}
-
-void TestYDLevelsWidget::TheFormIsAsDesigned()
+void TestYDLevelsWidget::TheStripsGoFromBlackToWhite()
 {
     Fixture f(false);
-    QCOMPARE(f.widget.windowTitle(), QStringLiteral("Levels"));
-    QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Levels"));
-    QCOMPARE(Fixture(true).widget.GetWidgetName(), QStringLiteral("Levels"));
-    QCOMPARE(f.Child<QLabel>("label")->text(), QStringLiteral("Channel:"));
-    QCOMPARE(f.Child<QLabel>("label_3")->text(), QStringLiteral("Input"));
-    QCOMPARE(f.Child<QLabel>("label_2")->text(), QStringLiteral("Output"));
-    QCOMPARE(f.channel->toolTip(), QStringLiteral("Channel for input signal"));
-    QCOMPARE(f.channel->currentIndex(), 0);
-    QStringList items;
-    for (int i = 0; i < f.channel->count(); ++i)
-        items << f.channel->itemText(i);
-    QCOMPARE(items.join(QLatin1Char(' ')), QStringLiteral("RGB Red Green Blue"));
-    QCOMPARE(f.automatic->text(), QStringLiteral("Auto"));
-    QVERIFY(!f.automatic->isEnabled());
-    struct Spin
-    {
-        KVSpinBox* spin;
-        const char* toolTip;
-        int value;
-    };
-    for (const Spin& each :
-         {Spin{f.lowInput, "Lowest input signal value", 0},
-          Spin{f.highInput, "Highest signal input value", 255}, Spin{f.lowOutput, "Lowest output value", 0},
-          Spin{f.highOutput, "Highest output value", 255}}) {
-        QCOMPARE(each.spin->toolTip(), QString::fromLatin1(each.toolTip));
-        QCOMPARE(each.spin->minimum(), 0);
-        QCOMPARE(each.spin->maximum(), 255);
-        QCOMPARE(each.spin->value(), each.value);
-        QVERIFY(each.spin->keyboardTracking());
-    }
-    QCOMPARE(f.middleInput->toolTip(), QStringLiteral("Middle signal input value"));
-    QCOMPARE(f.middleInput->minimum(), 0.01);
-    QCOMPARE(f.middleInput->maximum(), 9.99);
-    QCOMPARE(f.middleInput->singleStep(), 0.01);
-    QCOMPARE(f.middleInput->value(), 1.0);
-    QVERIFY(f.middleInput->keyboardTracking());
     for (const char* const name : {"m_pInputLabel", "m_pOutputLabel"}) {
         const QGradient* const gradient = f.Child<YDColorWidget>(name)->BackgroundBrush().gradient();
         QVERIFY(gradient && gradient->type() == QGradient::LinearGradient);
@@ -289,33 +208,6 @@ void TestYDLevelsWidget::TheFormIsAsDesigned()
         QCOMPARE(static_cast<const QLinearGradient*>(gradient)->finalStop(), QPointF(1, 0));
         QCOMPARE(gradient->stops(), QGradientStops({{0.0, Qt::black}, {1.0, Qt::white}}));
     }
-}
-
-void TestYDLevelsWidget::TheSlidersAreAsDesigned()
-{
-    Fixture f(false);
-    struct Handle
-    {
-        int value;
-        Qt::GlobalColor color;
-        const char* name;
-    };
-    const auto check = [](const YodiCustomSlider& slider, const std::vector<Handle>& handles) {
-        QCOMPARE(slider.Minimum(), 0);
-        QCOMPARE(slider.Maximum(), 255);
-        QCOMPARE(slider.ControlCount(), uint(handles.size()));
-        for (uint i = 0; i < slider.ControlCount(); ++i) {
-            QCOMPARE(slider.Value(i), handles[i].value);
-            QCOMPARE(slider.LowestValue(i), 0);
-            QCOMPARE(slider.HighestValue(i), 255);
-            QCOMPARE(slider.Brush(i), QBrush(QColor(handles[i].color)));
-            QCOMPARE(slider.ControlName(i), QString::fromLatin1(handles[i].name));
-        }
-    };
-    check(*f.input, {{0, Qt::black, "Lowest input signal value"},
-                     {128, Qt::gray, "Middle signal input value"},
-                     {255, Qt::white, "Highest signal input value"}});
-    check(*f.output, {{0, Qt::black, "Lowest output value"}, {255, Qt::white, "Highest output value"}});
 }
 
 void TestYDLevelsWidget::TheScalesAgreeWithTheHistogram()
@@ -487,36 +379,6 @@ void TestYDLevelsWidget::ChannelsHaveMasks()
         QCOMPARE(YDLevelsWidget::IndexToHistogrammChannel(other), 7);
 }
 
-void TestYDLevelsWidget::AChangeIsStoredAndAnnouncedOnceInOrder_data()
-{
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<double>("value");
-    QTest::addColumn<QVector<int>>("expected"); // input, output, middle of the composite
-    QTest::addColumn<double>("gamma");
-    QTest::newRow("low input") << "m_pLowInput" << 20.0 << QVector<int>{20, 255, 0, 255, 137} << 1.0;
-    QTest::newRow("high input") << "m_pHighInput" << 200.0 << QVector<int>{0, 200, 0, 255, 100} << 1.0;
-    QTest::newRow("middle input") << "m_pMiddleInput" << 2.0 << QVector<int>{0, 255, 0, 255, 113} << 2.0;
-    QTest::newRow("low output") << "m_pLowOutput" << 30.0 << QVector<int>{0, 255, 30, 255, 128} << 1.0;
-    QTest::newRow("high output") << "m_pHighOutput" << 40.0 << QVector<int>{0, 255, 0, 40, 128} << 1.0;
-}
-
-void TestYDLevelsWidget::AChangeIsStoredAndAnnouncedOnceInOrder()
-{
-    QFETCH(QString, control);
-    QFETCH(double, value);
-    QFETCH(QVector<int>, expected);
-    QFETCH(double, gamma);
-    Fixture f;
-    f.widget.findChild<QWidget*>(control)->setProperty("value", value);
-    QCOMPARE(f.order, QByteArray("hvd"));
-    Params params;
-    params.input[0] = {expected[0], expected[1]};
-    params.output[0] = {expected[2], expected[3]};
-    params.middle[0] = expected[4];
-    params.gamma[0] = gamma;
-    QVERIFY(AreSame(f.widget.GetValue(), params));
-}
-
 void TestYDLevelsWidget::TheRecordHoldsTheValueWhenTheFirstIsTold()
 {
     Fixture f;
@@ -566,10 +428,10 @@ void TestYDLevelsWidget::TheHandlesFollowTheSpinBoxes()
     f.highOutput->setValue(60);
     QCOMPARE(f.output->Value(0), 50);
     QCOMPARE(f.output->Value(1), 60);
-    f.order.clear();
+    f.told.Take();
     f.input->ChangeValue(0, 41); // the sliders are connected again
     f.output->ChangeValue(0, 51);
-    QCOMPARE(f.order, QByteArray("hvdhvd"));
+    QCOMPARE(f.told.Take(), Changes(2));
 }
 
 void TestYDLevelsWidget::ChoosingAChannelShowsItAndAsksForNoPreview()
@@ -577,7 +439,7 @@ void TestYDLevelsWidget::ChoosingAChannelShowsItAndAsksForNoPreview()
     Fixture f;
     f.widget.SetValue(Full());
     f.channel->setCurrentIndex(3);
-    QCOMPARE(f.order, QByteArray("hv"));
+    QCOMPARE(f.told.Take(), QStringLiteral("host value"));
     QCOMPARE(f.widget.GetValue().channel, 3);
     QCOMPARE(f.histogram->GetChannel(), 4);
     QCOMPARE(f.lowInput->value(), 4);
@@ -783,7 +645,7 @@ void TestYDLevelsWidget::UnknownHandlesAreIgnored()
     }
     f.widget.OnOutputChanged(2, 50);
     QVERIFY(AreSame(f.widget.GetValue(), Params()));
-    QVERIFY(f.order.isEmpty());
+    QCOMPARE(f.told.Take(), QString());
 }
 
 void TestYDLevelsWidget::TypedEndsMayMeetAndCross()
@@ -819,7 +681,7 @@ void TestYDLevelsWidget::SettingARecordShowsItAndAnnouncesNothing()
 {
     Fixture f;
     f.SetSource(Plain(1, 2, 3));
-    f.order.clear();
+    f.told.Take();
     Params params = Full();
     params.middle[2] = 77; // as it came
     f.widget.SetValue(params);
@@ -831,23 +693,9 @@ void TestYDLevelsWidget::SettingARecordShowsItAndAnnouncesNothing()
     QCOMPARE(f.middleInput->value(), 2.0);
     QCOMPARE(f.lowOutput->value(), 190);
     QTest::qWait(QuietMs);
-    QVERIFY(f.order.isEmpty());
+    QCOMPARE(f.told.Take(), QString());
     f.lowInput->setValue(9); // the slots are connected again
-    QCOMPARE(f.order, QByteArray("hvd"));
-}
-
-void TestYDLevelsWidget::ResetAnnouncesOnceAndShowsTheComposite()
-{
-    Fixture f;
-    f.widget.SetValue(Full());
-    f.widget.Reset();
-    QCOMPARE(f.order, QByteArray("hvd"));
-    QVERIFY(AreSame(f.widget.GetValue(), Params()));
-    QCOMPARE(f.channel->currentIndex(), 0);
-    QCOMPARE(f.histogram->GetChannel(), 7);
-    QCOMPARE(f.highInput->value(), 255);
-    f.widget.Reset();
-    QCOMPARE(f.order, QByteArray("hvdhvd"));
+    QCOMPARE(f.told.Take(), OneChange());
 }
 
 void TestYDLevelsWidget::TheMiddleIs128FromTheStartAnd127WhenRead()
@@ -858,65 +706,6 @@ void TestYDLevelsWidget::TheMiddleIs128FromTheStartAnd127WhenRead()
     stream >> params;
     for (const int middle : params.middle)
         QCOMPARE(middle, 127);
-}
-
-void TestYDLevelsWidget::TheStreamIsTagAndFields()
-{
-    Params params = Full();
-    params.gamma = {1.0, 2.0, 0.5, 9.0};
-    params.Derive();
-    const QByteArray expected =
-        "KVLevels 1.00000" +
-        QByteArray::fromHex("00000002"
-                            "00000001000000fa00000002000000f000000003000000e600000004000000dc"
-                            "00000005000000d200000006000000c8000000be0000000700000008000000b4"
-                            "3ff000000000000040000000000000003fe00000000000004022000000000000");
-    QCOMPARE(Written(params), expected);
-    QDataStream stream(expected);
-    Params read;
-    stream >> read;
-    QVERIFY(AreSame(read, params));
-    QCOMPARE(read.middle[3], 16); // 112 + (4 - 112) * 8000 / 8990
-    QVERIFY(stream.atEnd());
-}
-
-void TestYDLevelsWidget::ACutStreamLoadsAsDefaultsWithOneLine()
-{
-    const QByteArray whole = Written(Full());
-    for (int length = 0; length < whole.size(); ++length) {
-        QDataStream stream(whole.left(length));
-        Params params = Full();
-        QTest::ignoreMessage(QtDebugMsg, "[src/YDLevelsWidget:787] Read levels data error.");
-        stream >> params;
-        QVERIFY(AreSame(params, Params()));
-    }
-}
-
-void TestYDLevelsWidget::AnotherVersionLoadsAsDefaultsWithOneLine()
-{
-    QByteArray bytes = Written(Full());
-    bytes.replace("1.00000", "1.00001");
-    QDataStream stream(bytes);
-    Params params = Full();
-    QTest::ignoreMessage(QtDebugMsg, "[src/YDLevelsWidget:787] Read levels data error.");
-    stream >> params;
-    QVERIFY(AreSame(params, Params()));
-}
-
-void TestYDLevelsWidget::AReadOnlyStreamLogsTheFailedWrite()
-{
-    QDataStream stream(QByteArray(100, 'x'));
-    QVERIFY(!Params().Write(stream));
-    QTest::ignoreMessage(QtDebugMsg, "[src/YDLevelsWidget:774] Write levels data error.");
-    stream << Params();
-}
-
-void TestYDLevelsWidget::AFailedTagLeavesTheRecord()
-{
-    QDataStream stream(QByteArray(200, 'x'));
-    Params params = Full();
-    QVERIFY(!params.Read(stream));
-    QVERIFY(AreSame(params, Full()));
 }
 
 void TestYDLevelsWidget::RecordsFromOutsideAreKeptAndHarmless_data()
@@ -1070,9 +859,9 @@ void TestYDLevelsWidget::AutoStretchesTheColours()
                                                 90, quint8(50 + i % 100), 255);
     f.SetSource(image);
     f.widget.SetValue(Full());
-    f.order.clear();
+    f.told.Take();
     f.automatic->click();
-    QCOMPARE(f.order, QByteArray("hvd"));
+    QCOMPARE(f.told.Take(), OneChange());
     Params params;
     params.channel = 2;
     params.input = {Ends{0, 255}, Ends{50, 149}, Ends{82, 98}, Ends{59, 180}};
@@ -1156,32 +945,6 @@ void TestYDLevelsWidget::ConversionFollowsTheRule()
             rule.Map(expected);
             QVERIFY(converted.Row(y)[x] == expected);
         }
-}
-
-void TestYDLevelsWidget::ThePreviewEqualsTheConversion()
-{
-    Fixture f;
-    const RGBA32iImage source = TestPictures::Noise(1000, 700);
-    const RGBA32iImage mask = TestPictures::Noise(300, 200);
-    const QRect bounds(0, 0, 300, 200);
-    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
-    f.widget.SetValue(Full());
-    f.widget.SetImage(source, mask, QPoint(-50, 600), bounds);
-    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
-    RGBA32iImage converted = source.DeepCopy();
-    f.widget.ConvertImage(converted, mask, QPoint(-50, 600), bounds);
-    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), converted));
-    QVERIFY(!TestPictures::AreEqual(converted, source));
-}
-
-void TestYDLevelsWidget::IsDestroyedWhileTheHistogramIsCounted()
-{
-    const RGBA32iImage source = TestPictures::Noise(2000, 1000);
-    for (int round = 0; round < 5; ++round) {
-        Fixture f;
-        f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
-        QTest::qWait(round); // the count has begun, or not
-    }
 }
 
 QTEST_MAIN(TestYDLevelsWidget)

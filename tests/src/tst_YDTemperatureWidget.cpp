@@ -1,23 +1,15 @@
-#include "AdjustmentProbe.h"
+#include "PanelKit.h"
 #include "TestPictures.h"
 #include "YDTemperatureWidget.h"
 #include "image/YDTemperatureCorrection.h"
 #include "widgets/KVSlider.h"
 #include "widgets/KVSpinBox.h"
 
-#include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTest>
-
-#include <limits>
-
-using namespace AdjustmentProbe;
 
 namespace {
 
-constexpr int Lowest = std::numeric_limits<int>::min();
-constexpr int Highest = std::numeric_limits<int>::max();
-constexpr int PatienceMs = 20000;
+using namespace PanelKit;
 
 using Params = YDTemperatureWidget::Params;
 
@@ -35,25 +27,20 @@ RGBA32iImage Expected(const Params& params, const RGBA32iImage& source)
 {
     YDTemperatureCorrection rule;
     rule.SetData(params.temperature, params.strength, params.tint);
-    const RGBA32iImage image = source.DeepCopy();
-    for (int y = 0; y < image.Height(); ++y)
-        for (int x = 0; x < image.Width(); ++x)
-            rule(image.Row(y)[x]);
-    return image;
+    return ByFunctor(rule, source);
 }
 
 /// A widget of the adjustment and its controls.
-struct Fixture
+struct Fixture : Panel<YDTemperatureWidget>
 {
-    explicit Fixture(bool isDialog = true) : widget(isDialog, nullptr, Qt::WindowFlags()) {}
+    using Panel::Panel;
 
-    YDTemperatureWidget widget;
-    KVSlider* const temperatureSlider = Child<KVSlider>(widget, "ColorTemperatureSlider");
-    KVSpinBox* const temperatureSpin = Child<KVSpinBox>(widget, "m_pTemperature");
-    KVSlider* const strengthSlider = Child<KVSlider>(widget, "m_pStrengthSldr");
-    KVSpinBox* const strengthSpin = Child<KVSpinBox>(widget, "m_pStrength");
-    KVSlider* const tintSlider = Child<KVSlider>(widget, "TintSlider");
-    KVSpinBox* const tintSpin = Child<KVSpinBox>(widget, "m_pTint");
+    KVSlider* const temperatureSlider = Child<KVSlider>("ColorTemperatureSlider");
+    KVSpinBox* const temperatureSpin = Child<KVSpinBox>("m_pTemperature");
+    KVSlider* const strengthSlider = Child<KVSlider>("m_pStrengthSldr");
+    KVSpinBox* const strengthSpin = Child<KVSpinBox>("m_pStrength");
+    KVSlider* const tintSlider = Child<KVSlider>("TintSlider");
+    KVSpinBox* const tintSpin = Child<KVSpinBox>("m_pTint");
 };
 
 } // namespace
@@ -63,55 +50,13 @@ class TestYDTemperatureWidget : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-
-    void TheFormIsAsDesigned();
     void InATallerPanelTheRowsStayTogetherAtTheTop();
-    void SlidersAndSpinBoxesFollowEachOther();
-    void AChangeIsStoredAndAnnouncedOnceInOrder_data();
-    void AChangeIsStoredAndAnnouncedOnceInOrder();
-    void SettingARecordLeavesTheControlOfTheStrength();
     void ResetAnnouncesThroughTheControlsAlone();
     void ResetBringsBackAStrengthThatNoControlShows();
-    void TheStreamIsTagAndThreeNumbers();
-    void AStreamThatCannotBeReadGivesDefaultsAndOneLine();
-    void AReadOnlyStreamLogsTheFailedWrite();
     void RecordsFromOutsideAreKeptAndApplied_data();
     void RecordsFromOutsideAreKeptAndApplied();
     void JobsUseTheRecord();
-    void ThePreviewEqualsTheConversion();
 };
-
-void TestYDTemperatureWidget::initTestCase()
-{
-    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_YDTemperatureWidget"));
-}
-
-void TestYDTemperatureWidget::TheFormIsAsDesigned()
-{
-    for (const bool isDialog : {false, true}) {
-        Fixture f(isDialog);
-        QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Temperature correction"));
-        const auto* const grid = qobject_cast<QGridLayout*>(f.temperatureSlider->parentWidget()->layout());
-        QVERIFY(grid);
-        const auto right = Qt::AlignRight | Qt::AlignVCenter;
-        CheckLabel(f.widget, *grid, 0, 0, "labelBrightness", "Temperature:", right);
-        CheckSlider(f.widget, *grid, 0, "ColorTemperatureSlider", 1000, 40000, 6500);
-        CheckSpinBox(f.widget, *grid, 0, 2, "m_pTemperature", 1000, 40000, 6500);
-        CheckLabel(f.widget, *grid, 1, 0, "label", "Strength:", right);
-        CheckSlider(f.widget, *grid, 1, "m_pStrengthSldr", 0, 100, 50);
-        CheckSpinBox(f.widget, *grid, 1, 2, "m_pStrength", 0, 100, 50);
-        CheckLabel(f.widget, *grid, 2, 0, "labelContrast", "Tint:", right);
-        CheckSlider(f.widget, *grid, 2, "TintSlider", -100, 100, 0);
-        CheckSpinBox(f.widget, *grid, 2, 2, "m_pTint", -100, 100, 0);
-        QCOMPARE(grid->rowCount(), 3);
-        QCOMPARE(grid->count(), 9);
-        QCOMPARE(f.temperatureSpin->suffix(), QStringLiteral("K"));
-        QVERIFY(f.strengthSpin->suffix().isEmpty() && f.tintSpin->suffix().isEmpty());
-        QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(6500, 0, 50)));
-    }
-}
 
 void TestYDTemperatureWidget::InATallerPanelTheRowsStayTogetherAtTheTop()
 {
@@ -137,75 +82,12 @@ void TestYDTemperatureWidget::InATallerPanelTheRowsStayTogetherAtTheTop()
     }
 }
 
-void TestYDTemperatureWidget::SlidersAndSpinBoxesFollowEachOther()
-{
-    Fixture f;
-    f.temperatureSlider->setValue(3000);
-    QCOMPARE(f.temperatureSpin->value(), 3000);
-    f.temperatureSpin->setValue(9000);
-    QCOMPARE(f.temperatureSlider->value(), 9000);
-    f.strengthSlider->setValue(30);
-    QCOMPARE(f.strengthSpin->value(), 30);
-    f.strengthSpin->setValue(60);
-    QCOMPARE(f.strengthSlider->value(), 60);
-    f.tintSlider->setValue(-30);
-    QCOMPARE(f.tintSpin->value(), -30);
-    f.tintSpin->setValue(60);
-    QCOMPARE(f.tintSlider->value(), 60);
-}
-
-void TestYDTemperatureWidget::AChangeIsStoredAndAnnouncedOnceInOrder_data()
-{
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<Params>("expected");
-    QTest::newRow("temperature slider") << "ColorTemperatureSlider" << 3000 << Record(3000, 0, 50);
-    QTest::newRow("temperature spin box") << "m_pTemperature" << 3000 << Record(3000, 0, 50);
-    QTest::newRow("strength slider") << "m_pStrengthSldr" << 70 << Record(6500, 0, 70);
-    QTest::newRow("strength spin box") << "m_pStrength" << 70 << Record(6500, 0, 70);
-    QTest::newRow("tint slider") << "TintSlider" << -20 << Record(6500, -20, 50);
-    QTest::newRow("tint spin box") << "m_pTint" << -20 << Record(6500, -20, 50);
-}
-
 Q_DECLARE_METATYPE(Params)
-
-void TestYDTemperatureWidget::AChangeIsStoredAndAnnouncedOnceInOrder()
-{
-    QFETCH(QString, control);
-    QFETCH(int, value);
-    QFETCH(Params, expected);
-    Fixture f;
-    Announcements<YDTemperatureWidget> announcements(f.widget);
-    Child<QWidget>(f.widget, qPrintable(control))->setProperty("value", value);
-    QCOMPARE(announcements.Take(), OneChange());
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), expected));
-}
-
-void TestYDTemperatureWidget::SettingARecordLeavesTheControlOfTheStrength()
-{
-    Fixture f;
-    f.strengthSpin->setValue(35);
-    Announcements<YDTemperatureWidget> announcements(f.widget);
-    f.widget.SetValue(Record(3000, -20, 80));
-    QCOMPARE(announcements.Take(), QString());
-    QCOMPARE(f.temperatureSpin->value(), 3000);
-    QCOMPARE(f.temperatureSlider->value(), 3000);
-    QCOMPARE(f.tintSpin->value(), -20);
-    QCOMPARE(f.tintSlider->value(), -20);
-    QCOMPARE(f.strengthSpin->value(), 35);
-    QCOMPARE(f.strengthSlider->value(), 35);
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(3000, -20, 80)));
-    f.tintSpin->setValue(-21); // the slots are connected again
-    f.temperatureSpin->setValue(3001);
-    f.strengthSpin->setValue(36);
-    QCOMPARE(announcements.Take().count(QStringLiteral("data")), 3);
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Record(3001, -21, 36)));
-}
 
 void TestYDTemperatureWidget::ResetAnnouncesThroughTheControlsAlone()
 {
     Fixture f;
-    Announcements<YDTemperatureWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.widget.Reset();
     QCOMPARE(announcements.Take(), QString());
     f.widget.SetValue(Record(3000, -20, 50));
@@ -225,51 +107,10 @@ void TestYDTemperatureWidget::ResetBringsBackAStrengthThatNoControlShows()
 {
     Fixture f;
     f.widget.SetValue(Record(6500, 0, 80));
-    Announcements<YDTemperatureWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.widget.Reset();
     QCOMPARE(announcements.Take(), QString()); // the control showed 50 all the time
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
-}
-
-void TestYDTemperatureWidget::TheStreamIsTagAndThreeNumbers()
-{
-    const QByteArray expected = Bytes("KVTemperature 1.00000", {3000, -20, 80});
-    QCOMPARE(Written(Record(3000, -20, 80)), expected);
-    QCOMPARE(Written(Params()), Bytes("KVTemperature 1.00000", {6500, 0, 50}));
-    QDataStream stream(expected);
-    Params params;
-    stream >> params;
-    QVERIFY(YDRecord::Equal(params, Record(3000, -20, 80)));
-    QVERIFY(stream.atEnd());
-}
-
-void TestYDTemperatureWidget::AStreamThatCannotBeReadGivesDefaultsAndOneLine()
-{
-    const QRegularExpression line(
-        QStringLiteral("^\\[src/YDTemperatureWidget:[0-9]+\\] Read temperature data error\\.$"));
-    const QByteArray whole = Written(Record(3000, -20, 80));
-    QByteArray otherVersion = whole;
-    otherVersion.replace("1.00000", "1.00001");
-    QVector<QByteArray> streams{otherVersion};
-    for (int length = 0; length < whole.size(); ++length)
-        streams.append(whole.left(length));
-    for (const QByteArray& bytes : qAsConst(streams)) {
-        QDataStream stream(bytes);
-        Params params = Record(1, 2, 3);
-        QTest::ignoreMessage(QtDebugMsg, line);
-        stream >> params;
-        QVERIFY(YDRecord::Equal(params, Params()));
-    }
-}
-
-void TestYDTemperatureWidget::AReadOnlyStreamLogsTheFailedWrite()
-{
-    QDataStream stream(QByteArray(100, 'x'));
-    QVERIFY(!Params().Write(stream));
-    QTest::ignoreMessage(QtDebugMsg,
-                         QRegularExpression(QStringLiteral(
-                             "^\\[src/YDTemperatureWidget:[0-9]+\\] Write temperature data error\\.$")));
-    stream << Params();
 }
 
 void TestYDTemperatureWidget::RecordsFromOutsideAreKeptAndApplied_data()
@@ -314,17 +155,6 @@ void TestYDTemperatureWidget::JobsUseTheRecord()
     QVERIFY(TestPictures::AreEqual(converted, Expected(Record(3000, 20, 80), source)));
     QVERIFY(!TestPictures::AreEqual(converted, Expected(Record(3000, 20, 50), source)));
     QVERIFY(!TestPictures::AreEqual(converted, Expected(Record(3000, 80, 20), source)));
-}
-
-void TestYDTemperatureWidget::ThePreviewEqualsTheConversion()
-{
-    const RGBA32iImage source = TestPictures::Random(300, 200, 7);
-    Fixture f;
-    f.widget.SetValue(Record(3000, 20, 80));
-    QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
-    f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
-    QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
-    QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), Expected(Record(3000, 20, 80), source)));
 }
 
 QTEST_MAIN(TestYDTemperatureWidget)

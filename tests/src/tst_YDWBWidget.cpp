@@ -1,4 +1,4 @@
-#include "AdjustmentProbe.h"
+#include "PanelKit.h"
 #include "Photographs.h"
 #include "TestPictures.h"
 #include "YDWBWidget.h"
@@ -16,21 +16,15 @@
 #include <QHash>
 #include <QMetaMethod>
 #include <QRadioButton>
-#include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
 #include <array>
-#include <limits>
-
-using namespace AdjustmentProbe;
 
 namespace {
 
-constexpr int Lowest = std::numeric_limits<int>::min();
-constexpr int Highest = std::numeric_limits<int>::max();
-constexpr int PatienceMs = 20000;
+using namespace PanelKit;
+
 constexpr int PhotographWidth = 400;
 
 using Params = YDWBWidget::Params;
@@ -212,22 +206,18 @@ RGBA32iImage ExpectedEnhanced(const RGBA32iImage& source, int strength, const Se
 }
 
 /// A widget of the adjustment and its controls.
-struct Fixture
+struct Fixture : Panel<YDWBWidget>
 {
-    explicit Fixture(bool isDialog = false) : widget(isDialog, nullptr, Qt::WindowFlags()) {}
+    explicit Fixture(bool isDialog = false) : Panel(isDialog) {}
 
-    YDWBWidget widget;
-    QRadioButton* const automatic = Child<QRadioButton>(widget, "m_pAuto");
-    QRadioButton* const over = Child<QRadioButton>(widget, "m_pOverexposure");
-    QRadioButton* const under = Child<QRadioButton>(widget, "m_pUnderexposure");
-    QCheckBox* const enhanced = Child<QCheckBox>(widget, "m_pEnchanced");
-    KVSlider* const strength = Child<KVSlider>(widget, "m_pWBStrength");
-    KVSpinBox* const strengthSpin = Child<KVSpinBox>(widget, "spinBox");
-    QGroupBox* const useTemperature = Child<QGroupBox>(widget, "m_pTemperatureContent");
-    KVSlider* const temperatureSlider = Child<KVSlider>(widget, "TemperatureSlider");
-    KVSpinBox* const temperature = Child<KVSpinBox>(widget, "m_pTemperature");
-    KVSlider* const densitySlider = Child<KVSlider>(widget, "slider_2");
-    KVSpinBox* const density = Child<KVSpinBox>(widget, "m_pTempStrength");
+    QRadioButton* const automatic = Child<QRadioButton>("m_pAuto");
+    QRadioButton* const over = Child<QRadioButton>("m_pOverexposure");
+    QRadioButton* const under = Child<QRadioButton>("m_pUnderexposure");
+    QCheckBox* const enhanced = Child<QCheckBox>("m_pEnchanced");
+    KVSlider* const strength = Child<KVSlider>("m_pWBStrength");
+    KVSpinBox* const strengthSpin = Child<KVSpinBox>("spinBox");
+    QGroupBox* const useTemperature = Child<QGroupBox>("m_pTemperatureContent");
+    KVSpinBox* const temperature = Child<KVSpinBox>("m_pTemperature");
 };
 
 /// A panel whose job can be told to stop.
@@ -240,37 +230,19 @@ public:
 
 } // namespace
 
-Q_DECLARE_METATYPE(Params)
-
 class TestYDWBWidget : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-
-    void TheFormIsAsDesigned();
-    void TheMainControlsAreInTheirRows();
-    void TheSlidersRunFromLeftToRight();
     void ItsSlotsAreItsOwn();
-    void OpensWithItsDefaults();
     void EachFunctionKeepsItsStrength();
-    void AChangeIsStoredAndAnnouncedOnce_data();
-    void AChangeIsStoredAndAnnouncedOnce();
     void SwitchingBackToTheAutomaticOneIsAnnouncedOnce();
     void UncheckingAFunctionAnnouncesNothing_data();
     void UncheckingAFunctionAnnouncesNothing();
     void TheAdvancedCorrectionBelongsToTheAutomaticOne();
-    void SettingARecordAnnouncesNothing_data();
-    void SettingARecordAnnouncesNothing();
     void AModeThatThereIsNotLeavesTheChoice_data();
     void AModeThatThereIsNotLeavesTheChoice();
-    void ResetAnnouncesOnce();
-    void TheStreamHasEightFields();
-    void AStreamThatCannotBeReadGivesDefaultsAndOneLine();
-    void AnotherTagIsRefused_data();
-    void AnotherTagIsRefused();
-    void ReadAndWriteTellWhetherTheySucceeded();
     void RecordsFromOutsideAreKeptAndApplied_data();
     void RecordsFromOutsideAreKeptAndApplied();
     void BalancesByTheChosenFunction_data();
@@ -292,73 +264,7 @@ private slots:
     void EveryPassTellsItsProgress();
     void AnAbortedCorrectionYieldsItsPicture_data();
     void AnAbortedCorrectionYieldsItsPicture();
-    void ThePreviewEqualsTheConversion();
 };
-
-void TestYDWBWidget::initTestCase()
-{
-    QCoreApplication::setOrganizationName(QStringLiteral("adjustmentgui-tests"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_YDWBWidget"));
-}
-
-void TestYDWBWidget::TheFormIsAsDesigned()
-{
-    for (const bool isDialog : {false, true}) {
-        Fixture f(isDialog);
-        QCOMPARE(f.widget.GetWidgetName(), QStringLiteral("Picture corection"));
-        QCOMPARE(Child<QGroupBox>(f.widget, "groupBox")->title(), QStringLiteral("Main"));
-        QCOMPARE(f.automatic->text(), QStringLiteral("Auto correction"));
-        QCOMPARE(f.enhanced->text(), QStringLiteral("Advanced correction"));
-        QCOMPARE(f.over->text(), QStringLiteral("Overexposure correction"));
-        QCOMPARE(f.under->text(), QStringLiteral("Underexposure correction"));
-        QCOMPARE(Child<QLabel>(f.widget, "label_9")->text(), QStringLiteral("Power of correction:"));
-        QCOMPARE(f.useTemperature->title(), QStringLiteral("Advanced"));
-        QVERIFY(f.useTemperature->isCheckable());
-        QCOMPARE(Child<QLabel>(f.widget, "label_8")->text(), QStringLiteral("Temperature:"));
-        QCOMPARE(Child<QLabel>(f.widget, "label_6")->text(), QStringLiteral("Strength:"));
-        QCOMPARE(f.temperatureSlider->tickInterval(), 10);
-        QCOMPARE(f.temperatureSlider->tickPosition(), QSlider::NoTicks);
-        QVERIFY(f.temperature->suffix().isEmpty() && f.temperature->toolTip().isEmpty());
-        const auto hasRange = [](const auto* control, int minimum, int maximum) {
-            return control->minimum() == minimum && control->maximum() == maximum;
-        };
-        QVERIFY(hasRange(f.strength, 0, 100) && hasRange(f.strengthSpin, 0, 100));
-        QVERIFY(hasRange(f.temperatureSlider, -100, 100) && hasRange(f.temperature, -100, 100));
-        QVERIFY(hasRange(f.densitySlider, 0, 100) && hasRange(f.density, 0, 100));
-    }
-}
-
-void TestYDWBWidget::TheMainControlsAreInTheirRows()
-{
-    Fixture f;
-    const auto* const grid = qobject_cast<QGridLayout*>(Child<QGroupBox>(f.widget, "groupBox")->layout());
-    QVERIFY(grid);
-    CheckButton<QRadioButton>(f.widget, *grid, 0, 0, 4, "m_pAuto", "Auto correction");
-    CheckButton<QCheckBox>(f.widget, *grid, 1, 1, 3, "m_pEnchanced", "Advanced correction");
-    CheckButton<QRadioButton>(f.widget, *grid, 3, 0, 4, "m_pOverexposure", "Overexposure correction");
-    CheckButton<QRadioButton>(f.widget, *grid, 5, 0, 4, "m_pUnderexposure", "Underexposure correction");
-    QLayoutItem* const indent = grid->itemAtPosition(1, 0);
-    QVERIFY(indent && indent->spacerItem());
-    QCOMPARE(indent->sizeHint(), QSize(20, 20));
-    QCOMPARE(indent->minimumSize(), QSize(20, 20));
-    QLayoutItem* const row = grid->itemAtPosition(7, 0);
-    QVERIFY(row);
-    const QList<QWidget*> power{Child<QLabel>(f.widget, "label_9"), f.strength, f.strengthSpin};
-    auto* const line = qobject_cast<QHBoxLayout*>(row->layout());
-    QVERIFY(line);
-    QCOMPARE(line->count(), power.size());
-    for (int i = 0; i < power.size(); ++i)
-        QCOMPARE(line->itemAt(i)->widget(), power[i]);
-}
-
-void TestYDWBWidget::TheSlidersRunFromLeftToRight()
-{
-    Fixture f;
-    for (const KVSlider* const slider : {f.strength, f.temperatureSlider, f.densitySlider}) {
-        QCOMPARE(slider->orientation(), Qt::Horizontal);
-        QVERIFY(!slider->invertedAppearance());
-    }
-}
 
 void TestYDWBWidget::ItsSlotsAreItsOwn()
 {
@@ -371,27 +277,6 @@ void TestYDWBWidget::ItsSlotsAreItsOwn()
         QCOMPARE(meta.method(i).access(), QMetaMethod::Private);
     }
     QCOMPARE(slotCount, 8);
-}
-
-void TestYDWBWidget::OpensWithItsDefaults()
-{
-    Fixture f;
-    QVERIFY(f.automatic->isChecked() && !f.over->isChecked() && !f.under->isChecked());
-    QVERIFY(!f.enhanced->isChecked() && f.enhanced->isEnabled());
-    QCOMPARE(f.strength->value(), 50);
-    QCOMPARE(f.strengthSpin->value(), 50);
-    QVERIFY(!f.useTemperature->isChecked());
-    QCOMPARE(f.temperature->value(), 0);
-    QCOMPARE(f.density->value(), 50);
-    QCOMPARE(f.densitySlider->value(), 50);
-    const Params params = f.widget.GetValue();
-    QVERIFY(!params.enhanced && !params.useTemperature);
-    QCOMPARE(params.autoStrength, 50);
-    QCOMPARE(params.overexposureStrength, 100);
-    QCOMPARE(params.underexposureStrength, 100);
-    QCOMPARE(params.mode, 0);
-    QCOMPARE(params.temperature, 0);
-    QCOMPARE(params.temperatureStrength, 50);
 }
 
 void TestYDWBWidget::EachFunctionKeepsItsStrength()
@@ -415,65 +300,11 @@ void TestYDWBWidget::EachFunctionKeepsItsStrength()
     QCOMPARE(params.mode, 1);
 }
 
-void TestYDWBWidget::AChangeIsStoredAndAnnouncedOnce_data()
-{
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<QString>("property");
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<Params>("expected");
-    Params params;
-    params.autoStrength = 30;
-    QTest::newRow("strength slider") << "m_pWBStrength"
-                                     << "value" << QVariant(30) << params;
-    QTest::newRow("strength spin box") << "spinBox"
-                                       << "value" << QVariant(30) << params;
-    params = Params();
-    params.mode = 1;
-    QTest::newRow("overexposure") << "m_pOverexposure"
-                                  << "checked" << QVariant(true) << params;
-    params.mode = 2;
-    QTest::newRow("underexposure") << "m_pUnderexposure"
-                                   << "checked" << QVariant(true) << params;
-    params = Params();
-    params.enhanced = true;
-    QTest::newRow("advanced correction") << "m_pEnchanced"
-                                         << "checked" << QVariant(true) << params;
-    params = Params();
-    params.useTemperature = true;
-    QTest::newRow("filter") << "m_pTemperatureContent"
-                            << "checked" << QVariant(true) << params;
-    params = Params();
-    params.temperature = -40;
-    QTest::newRow("temperature slider") << "TemperatureSlider"
-                                        << "value" << QVariant(-40) << params;
-    QTest::newRow("temperature spin box") << "m_pTemperature"
-                                          << "value" << QVariant(-40) << params;
-    params = Params();
-    params.temperatureStrength = 20;
-    QTest::newRow("density slider") << "slider_2"
-                                    << "value" << QVariant(20) << params;
-    QTest::newRow("density spin box") << "m_pTempStrength"
-                                      << "value" << QVariant(20) << params;
-}
-
-void TestYDWBWidget::AChangeIsStoredAndAnnouncedOnce()
-{
-    QFETCH(QString, control);
-    QFETCH(QString, property);
-    QFETCH(QVariant, value);
-    QFETCH(Params, expected);
-    Fixture f;
-    Announcements<YDWBWidget> announcements(f.widget);
-    Child<QWidget>(f.widget, qPrintable(control))->setProperty(qPrintable(property), value);
-    QCOMPARE(announcements.Take(), OneChange());
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), expected));
-}
-
 void TestYDWBWidget::SwitchingBackToTheAutomaticOneIsAnnouncedOnce()
 {
     Fixture f;
     f.widget.SetValue(OfMode(1));
-    Announcements<YDWBWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.automatic->setChecked(true);
     QCOMPARE(announcements.Take(), OneChange());
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), OfMode(0)));
@@ -495,7 +326,7 @@ void TestYDWBWidget::UncheckingAFunctionAnnouncesNothing()
     QFETCH(int, mode);
     Fixture f;
     f.widget.SetValue(OfMode(mode));
-    Announcements<YDWBWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     auto* const radio = Child<QRadioButton>(f.widget, qPrintable(button));
     radio->setAutoExclusive(false); // else the last one that is checked stays so
     radio->setChecked(false);
@@ -518,41 +349,6 @@ void TestYDWBWidget::TheAdvancedCorrectionBelongsToTheAutomaticOne()
     QVERIFY(f.enhanced->isEnabled());
 }
 
-void TestYDWBWidget::SettingARecordAnnouncesNothing_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<int>("strength");
-    QTest::newRow("auto") << 0 << 30;
-    QTest::newRow("overexposure") << 1 << 60;
-    QTest::newRow("underexposure") << 2 << 90;
-}
-
-void TestYDWBWidget::SettingARecordAnnouncesNothing()
-{
-    QFETCH(int, mode);
-    QFETCH(int, strength);
-    Fixture f;
-    Announcements<YDWBWidget> announcements(f.widget);
-    Params params = OfMode(mode);
-    params.enhanced = true;
-    params.useTemperature = true;
-    params.temperature = -70;
-    params.temperatureStrength = 20;
-    f.widget.SetValue(params);
-    QCOMPARE(announcements.Take(), QString());
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), params));
-    QCOMPARE(f.automatic->isChecked(), mode == 0);
-    QCOMPARE(f.over->isChecked(), mode == 1);
-    QCOMPARE(f.under->isChecked(), mode == 2);
-    QCOMPARE(f.strength->value(), strength);
-    QVERIFY(f.enhanced->isChecked());
-    QVERIFY(f.useTemperature->isChecked());
-    QCOMPARE(f.temperatureSlider->value(), -70);
-    QCOMPARE(f.densitySlider->value(), 20);
-    f.strength->setValue(strength + 1); // the slots are connected again
-    QCOMPARE(announcements.Take(), OneChange());
-}
-
 void TestYDWBWidget::AModeThatThereIsNotLeavesTheChoice_data()
 {
     QTest::addColumn<int>("mode");
@@ -570,98 +366,12 @@ void TestYDWBWidget::AModeThatThereIsNotLeavesTheChoice()
     QVERIFY(f.over->isChecked());
     QCOMPARE(f.strength->value(), 45);
     QCOMPARE(f.widget.GetValue().mode, mode);
-    Announcements<YDWBWidget> announcements(f.widget);
+    Announcements announcements(f.widget);
     f.strength->setValue(46); // belongs to no function, and is announced
     QCOMPARE(announcements.Take(), OneChange());
     QVERIFY(YDRecord::Equal(f.widget.GetValue(), OfMode(mode)));
     const RGBA32iImage source = TestPictures::Random(60, 40, 2);
     QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), source));
-}
-
-void TestYDWBWidget::ResetAnnouncesOnce()
-{
-    Fixture f;
-    Params params = OfMode(2);
-    params.enhanced = params.useTemperature = true;
-    params.temperature = 80;
-    f.widget.SetValue(params);
-    Announcements<YDWBWidget> announcements(f.widget);
-    f.widget.Reset();
-    QCOMPARE(announcements.Take(), OneChange());
-    QVERIFY(YDRecord::Equal(f.widget.GetValue(), Params()));
-    QVERIFY(f.automatic->isChecked());
-    QCOMPARE(f.strength->value(), 50);
-}
-
-void TestYDWBWidget::TheStreamHasEightFields()
-{
-    Params params = OfMode(2);
-    params.enhanced = true;
-    params.temperature = -7;
-    params.temperatureStrength = 8;
-    QByteArray expected("KVWhiteBalance 1.00000\x01");
-    expected += Bytes("", {30, 60, 90, 2}) + QByteArray(1, '\0') + Bytes("", {-7, 8});
-    QCOMPARE(Written(params), expected);
-    QDataStream stream(expected);
-    Params read;
-    stream >> read;
-    QVERIFY(YDRecord::Equal(read, params));
-    QVERIFY(stream.atEnd());
-}
-
-void TestYDWBWidget::AStreamThatCannotBeReadGivesDefaultsAndOneLine()
-{
-    const QByteArray whole = Written(OfMode(2));
-    for (int length = 0; length < whole.size(); ++length) {
-        QDataStream stream(whole.left(length));
-        Params params = OfMode(1);
-        QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral(
-                                             "^\\[src/YDWBWidget:[0-9]+\\] Read WB data error\\.$")));
-        stream >> params;
-        QVERIFY(YDRecord::Equal(params, Params()));
-    }
-    QDataStream readOnly(QByteArray(100, 'x'));
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral(
-                                         "^\\[src/YDWBWidget:[0-9]+\\] Write WB data error\\.$")));
-    readOnly << Params();
-}
-
-void TestYDWBWidget::AnotherTagIsRefused_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    const QByteArray whole = Written(OfMode(2));
-    QTest::newRow("another tag") << QByteArray(whole).replace("KVWhite", "KVwhite");
-    QTest::newRow("another version") << QByteArray(whole).replace("1.00000", "1.00001");
-}
-
-void TestYDWBWidget::AnotherTagIsRefused()
-{
-    QFETCH(QByteArray, bytes);
-    QCOMPARE(bytes.size(), Written(Params()).size());
-    Params params;
-    QDataStream asked(bytes);
-    QVERIFY(!params.Read(asked));
-    QDataStream stream(bytes);
-    params = OfMode(1);
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral(
-                                         "^\\[src/YDWBWidget:[0-9]+\\] Read WB data error\\.$")));
-    stream >> params;
-    QVERIFY(YDRecord::Equal(params, Params()));
-}
-
-void TestYDWBWidget::ReadAndWriteTellWhetherTheySucceeded()
-{
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    QVERIFY(OfMode(2).Write(out));
-    QCOMPARE(bytes, Written(OfMode(2)));
-    Params params;
-    QDataStream in(bytes);
-    QVERIFY(params.Read(in));
-    QVERIFY(YDRecord::Equal(params, OfMode(2)));
-    QDataStream cut(bytes.left(bytes.size() - 1));
-    QVERIFY(!params.Read(cut));
-    QVERIFY(!params.Write(in)); // opened for reading only
 }
 
 void TestYDWBWidget::RecordsFromOutsideAreKeptAndApplied_data()
@@ -954,25 +664,6 @@ void TestYDWBWidget::AnAbortedCorrectionYieldsItsPicture()
     QTRY_VERIFY_WITH_TIMEOUT(watcher.isFinished(), PatienceMs);
     QCOMPARE(watcher.result().Width(), source.Width());
     QCOMPARE(watcher.result().Height(), source.Height());
-}
-
-void TestYDWBWidget::ThePreviewEqualsTheConversion()
-{
-    const RGBA32iImage source = Photograph();
-    for (const bool enhanced : {false, true}) {
-        Params params = Enhanced(80);
-        params.enhanced = enhanced;
-        params.useTemperature = true;
-        params.temperature = 60;
-        Fixture f(true);
-        f.widget.SetValue(params);
-        QSignalSpy ready(&f.widget, &YDAdjustmentWidget::ImageReady);
-        const RGBA32iImage untouched = source.DeepCopy();
-        f.widget.SetImage(source, RGBA32iImage(), QPoint(), QRect());
-        QTRY_COMPARE_WITH_TIMEOUT(ready.count(), 1, PatienceMs);
-        QVERIFY(TestPictures::AreEqual(f.widget.AdjustedImage(), Converted(f.widget, source)));
-        QVERIFY(TestPictures::AreEqual(source, untouched));
-    }
 }
 
 QTEST_MAIN(TestYDWBWidget)

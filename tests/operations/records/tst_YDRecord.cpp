@@ -25,7 +25,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <optional>
 
@@ -126,7 +125,6 @@ private slots:
     void AnOlderTagIsTold_data();
     void AnOlderTagIsTold();
     void AnOlderTagLeavesTheStreamAtTheFields();
-    void FailuresAreLoggedUnderTheirNames_data();
     void FailuresAreLoggedUnderTheirNames();
 
 private:
@@ -654,63 +652,18 @@ void TestYDRecord::AnOlderTagLeavesTheStreamAtTheFields()
     }
 }
 
-void TestYDRecord::FailuresAreLoggedUnderTheirNames_data()
-{
-    QTest::addColumn<YDRecordName>("name");
-    QTest::addColumn<QString>("write");
-    QTest::addColumn<QString>("read");
-    const auto add = [](const YDRecordName& name, const char* write, const char* read) {
-        QTest::newRow(name.source) << name << QString::fromLatin1(write) << QString::fromLatin1(read);
-    };
-    add(operations::BrightnessContrast::LogName,
-        "[src/YDBrightnessContrastWidget:5] Write brightness and contrast data error.",
-        "[src/YDBrightnessContrastWidget:6] Read brightness and contrast data error.");
-    add(operations::HueSaturation::LogName,
-        "[src/YDHueSaturationWidget:5] Write hue and saturation data error.",
-        "[src/YDHueSaturationWidget:6] Read hue and saturation data error.");
-    add(operations::ColorBalance::LogName, "[src/YDColorBalanceWidget:5] Write color balance data error.",
-        "[src/YDColorBalanceWidget:6] Read color balance data error.");
-    add(operations::Levels::LogName, "[src/YDLevelsWidget:774] Write levels data error.",
-        "[src/YDLevelsWidget:787] Read levels data error.");
-    add(operations::Curves::LogName, "[src/YDCurvesWidget:1613] Write curves data error.",
-        "[src/YDCurvesWidget:1626] Read curves data error.");
-    add(operations::Threshold::LogName, "[src/YDThresholdWidget:298] Write threshold data error.",
-        "[src/YDThresholdWidget:311] Read threshold data error.");
-    add(operations::BlackAndWhite::LogName, "[src/YDBlackAndWhiteWidget:5] Write BlackAndWhite data error.",
-        "[src/YDBlackAndWhiteWidget:6] Read BlackAndWhite data error.");
-    add(operations::Colorize::LogName, "[src/YDColorizeWidget:309] Write colorize data error.",
-        "[src/YDColorizeWidget:322] Read colorize data error.");
-    add(operations::PhotoFilter::LogName, "[src/YDPhotoFilterWidget:5] Write photo filter data error.",
-        "[src/YDPhotoFilterWidget:6] Read photo filter data error.");
-    add(operations::Tint::LogName, "[src/YDTintWidget:5] Write tint data error.",
-        "[src/YDTintWidget:6] Read tint data error.");
-    add(operations::Temperature::LogName, "[src/YDTemperatureWidget:5] Write temperature data error.",
-        "[src/YDTemperatureWidget:6] Read temperature data error.");
-    add(operations::WhiteBalance::LogName, "[src/YDWBWidget:5] Write WB data error.",
-        "[src/YDWBWidget:6] Read WB data error.");
-    add(operations::ColorEnhancer::LogName, "[src/YDColorEnhancerWidget:5] Write color enhancer data error.",
-        "[src/YDColorEnhancerWidget:6] Read color enhancer data error.");
-    add(operations::Sign::LogName, "[src/YDSignWidget:526] Write sign data error.",
-        "[src/YDSignWidget:539] Read sign data error.");
-    add(operations::ReplaceColor::LogName, "[src/YDReplaceColorWidget:397] Write sign data error.",
-        "[src/YDReplaceColorWidget:410] Read sign data error.");
-    add(operations::FillColor::LogName, "[src/KVFillColorWidget:295] Write colorize data error.",
-        "[src/KVFillColorWidget:308] Read colorize data error.");
-    add(operations::Watermark::LogName, "[src/YDWatermarkWidget:522] Write watermark data error.",
-        "[src/YDWatermarkWidget:535] Read watermark data error.");
-    add(operations::SelectiveColors::LogName,
-        "[src/KVSelectiveColorsWidget:307] Write selective colors data error.",
-        "[src/KVSelectiveColorsWidget:320] Read selective colors data error.");
-}
-
 void TestYDRecord::FailuresAreLoggedUnderTheirNames()
 {
-    QFETCH(YDRecordName, name);
-    QFETCH(QString, write);
-    QFETCH(QString, read);
-    YDRecord::LogWriteFailure(name, 5);
-    YDRecord::LogReadFailure(name, 6);
-    QCOMPARE(m_logged->All(), QStringList({write, read}));
+    constexpr YDRecordName OfTheStatement{"src/YDTintWidget", "tint"};
+    YDRecord::LogWriteFailure(OfTheStatement, 5);
+    YDRecord::LogReadFailure(OfTheStatement, 6);
+    constexpr YDRecordName OfItsOwn{"src/YDLevelsWidget", "levels", 774, 787};
+    YDRecord::LogWriteFailure(OfItsOwn, 5);
+    YDRecord::LogReadFailure(OfItsOwn, 6);
+    QCOMPARE(m_logged->All(), QStringList({"[src/YDTintWidget:5] Write tint data error.",
+                                           "[src/YDTintWidget:6] Read tint data error.",
+                                           "[src/YDLevelsWidget:774] Write levels data error.",
+                                           "[src/YDLevelsWidget:787] Read levels data error."}));
 }
 
 QTEST_APPLESS_MAIN(TestYDRecord)
