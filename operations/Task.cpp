@@ -55,7 +55,12 @@ operations::Outcome operations::Task::ApplyToCopy(const RGBA32iImage& source, co
     YDAdjustmentJob job = JobOf(copy, selection, control);
     job.source = source;
     Outcome outcome = m_function(job);
-    if (IsAborted(control))
-        outcome.picture = RGBA32iImage(); // a part of it was never written to
+    if (!IsAborted(control))
+        return outcome;
+    // A part of the copy was never written to.
+    if (m_copying == Copying::InFirstPass)
+        outcome.picture = RGBA32iImage();
+    else
+        (void)copy.CopyFrom(source);
     return outcome;
 }
