@@ -43,6 +43,7 @@ private slots:
     void ATintWithoutARuleHasNoPicture();
     void TooLittleMemoryIsToldBeforeAnythingIsDone_data();
     void TooLittleMemoryIsToldBeforeAnythingIsDone();
+    void AMissingMaskIsToldBeforeAnythingIsDone();
     void ACopyIsAdjustedAsThePictureIs_data();
     void ACopyIsAdjustedAsThePictureIs();
     void OneTaskServesSeveralPicturesAtOnce();
@@ -186,6 +187,18 @@ void TestTask::TooLittleMemoryIsToldBeforeAnythingIsDone()
     }
     QVERIFY(!task.ApplyToCopy(RGBA32iImage(3, 2)).picture.IsEmpty());
     QVERIFY(isRun);
+}
+
+void TestTask::AMissingMaskIsToldBeforeAnythingIsDone()
+{
+    const Task task = MakeTask(operations::Gamma{2.0});
+    const RGBA32iImage picture = TestPictures::Grey(30, 20, 100);
+    const operations::Outcome outcome = task.Apply(picture, Selection::Missing());
+    QVERIFY2(outcome.problem.contains(QStringLiteral("memory")), qPrintable(outcome.problem));
+    QVERIFY(TestPictures::AreEqual(picture, TestPictures::Grey(30, 20, 100)));
+    const operations::Outcome copied = task.ApplyToCopy(picture, Selection::Missing());
+    QVERIFY2(copied.problem.contains(QStringLiteral("memory")), qPrintable(copied.problem));
+    QVERIFY(copied.picture.IsEmpty());
 }
 
 void TestTask::ACopyIsAdjustedAsThePictureIs_data()

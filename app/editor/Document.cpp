@@ -162,7 +162,7 @@ void Document::OnMaskReady(const operations::Selection& mask)
     }
     if (!m_isMaskValid) {
         m_mask = mask;
-        m_isMaskValid = true;
+        m_isMaskValid = !mask.isMissing; // the next who asks may find more memory
     }
     const auto users = std::exchange(m_maskUsers, {});
     for (const auto& [context, use] : users)
