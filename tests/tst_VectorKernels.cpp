@@ -24,7 +24,6 @@ struct Kernels
     decltype(&MapChannelsRow) map = AVX2LIB::Find<decltype(&MapChannelsRow)>("MapChannelsRow");
     decltype(&BlendBySelectionRow) blend =
         AVX2LIB::Find<decltype(&BlendBySelectionRow)>("BlendBySelectionRow");
-    decltype(&StreamBytes) stream = AVX2LIB::Find<decltype(&StreamBytes)>("StreamBytes");
     decltype(&SupportedTargets) supported = AVX2LIB::Find<decltype(&SupportedTargets)>("SupportedTargets");
     decltype(&RestrictTargets) restrict = AVX2LIB::Find<decltype(&RestrictTargets)>("RestrictTargets");
     decltype(&TargetName) name = AVX2LIB::Find<decltype(&TargetName)>("TargetName");
@@ -114,8 +113,6 @@ private slots:
     void LumaOfEveryLengthAndAlignment();
     void RowsOfTheSelectionBlendEqualItsPixels_data() { AddTargets(); }
     void RowsOfTheSelectionBlendEqualItsPixels();
-    void StreamsEveryLengthAndAlignment_data() { AddTargets(); }
-    void StreamsEveryLengthAndAlignment();
 };
 
 void TestVectorKernels::initTestCase()
@@ -296,26 +293,6 @@ void TestVectorKernels::RowsOfTheSelectionBlendEqualItsPixels()
     YDBlend::YDSourceBySelection::ProcessRow(source.data(), rows.data(), mask.data(), LongestRow);
     BlendByPixels(source.data(), pixels.data(), mask.data(), LongestRow);
     QVERIFY(rows == pixels);
-}
-
-void TestVectorKernels::StreamsEveryLengthAndAlignment()
-{
-    QFETCH(qint64, target);
-    Module().restrict(target);
-    constexpr int CacheLine = 64;
-    std::array<quint8, 1000> source;
-    for (std::size_t i = 0; i < source.size(); ++i)
-        source[i] = quint8(i % 251);
-    for (int length = 0; length <= LongestRow; ++length) {
-        for (int offset = 0; offset <= CacheLine; ++offset) {
-            const int sourceOffset = (offset * 3) % CacheLine; // the areas need not be aligned alike
-            alignas(CacheLine) std::array<quint8, 1000> actual{};
-            std::array<quint8, 1000> expected{};
-            std::copy_n(source.begin() + sourceOffset, length, expected.begin() + offset);
-            Module().stream(source.data() + sourceOffset, actual.data() + offset, length);
-            QVERIFY2(actual == expected, qPrintable(QStringLiteral("%1 from %2").arg(length).arg(offset)));
-        }
-    }
 }
 
 QTEST_GUILESS_MAIN(TestVectorKernels)

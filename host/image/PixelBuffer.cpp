@@ -1,6 +1,5 @@
 #include "image/PixelBuffer.h"
 
-#include "image/CopyPastCaches.h"
 #include "image/ParallelRows.h"
 
 #include <QtGlobal>
@@ -206,7 +205,8 @@ bool PixelBuffer::CopyRows(const void* from, qsizetype fromStride, void* to, qsi
     constexpr int RowsPerBand = 8;
     return ForEachRowBand(0, rows, RowsPerBand, abort, [=](int first, int last) {
         for (int y = first; y < last; ++y)
-            CopyPastCaches(static_cast<const std::byte*>(from) + y * fromStride,
-                           static_cast<std::byte*>(to) + y * toStride, bytesPerRow);
+            std::memcpy(static_cast<std::byte*>(to) + y * toStride,
+                        static_cast<const std::byte*>(from) + y * fromStride,
+                        static_cast<std::size_t>(bytesPerRow));
     });
 }

@@ -1,7 +1,6 @@
 #include "image/RulePass.h"
 
 #include "image/BaseTransformation.h"
-#include "image/CopyPastCaches.h"
 #include "image/ParallelRows.h"
 #include "image/YDBlend.h"
 
@@ -100,23 +99,17 @@ void RulePass::Run(const Rule& rule, const std::atomic<bool>* abort,
 
 void RulePass::AdjustRow(int y, const Rule& rule) const
 {
-    if (IsCopy()) {
-        const YDRGBA32i* const from = m_source.Row(y);
-        for (int x = 0; x < m_image.Width(); x += PiecePixels) {
-            const int count = std::min(PiecePixels, m_image.Width() - x);
-            Piece piece;
-            Prefetch(from + x, m_source);
-            std::copy_n(from + x, count, piece.begin());
-            Adjust(piece.data(), x, y, count, rule);
-            CopyPastCaches(piece.data(), m_image.Row(y) + x, count * qsizetype(sizeof(YDRGBA32i)));
-        }
-    } else if (HoldsRow(m_reach.top(), m_reach.height(), y)) {
-        YDRGBA32i* const row = m_image.Row(y);
-        const int end = m_reach.left() + m_reach.width();
-        for (int x = m_reach.left(); x < end; x += PiecePixels) {
-            Prefetch(row + x, m_image);
-            Adjust(row + x, x, y, std::min(PiecePixels, end - x), rule);
-        }
+    if (!IsCopy() && !HoldsRow(m_reach.top(), m_reach.height(), y))
+        return;
+    YDRGBA32i* const row = m_image.Row(y);
+    const YDRGBA32i* const from = IsCopy() ? m_source.Row(y) : row;
+    const int end = IsCopy() ? m_image.Width() : m_reach.left() + m_reach.width();
+    for (int x = IsCopy() ? 0 : m_reach.left(); x < end; x += PiecePixels) {
+        const int count = std::min(PiecePixels, end - x);
+        Prefetch(from + x, IsCopy() ? m_source : m_image);
+        if (IsCopy())
+            std::copy_n(from + x, count, row + x);
+        Adjust(row + x, x, y, count, rule);
     }
 }
 

@@ -86,11 +86,6 @@ Q_DECL_EXPORT void SourceOverRow(const YDRGBA32i* source, YDRGBA32i* destination
 
 /// OverlayRule over `count` pixels of two rows, which must not overlap.
 Q_DECL_EXPORT void OverlayRow(const YDRGBA32i* over, YDRGBA32i* under, int count, const OverlayRule* rule);
-
-/// Copies `bytes` bytes between areas that must not overlap. They go past the caches: what the target held is
-/// not read first, as it is for a plain copy, and what else the caches hold stays there.
-Q_DECL_EXPORT void StreamBytes(const void* from, void* to, qsizetype bytes);
-
 /// Matches a square of 64 pixels by `height`, 0..64, rows: bit x of `bits[y]` becomes whether `range` holds
 /// the colour of pixel x of row y. Rows lie `stride` pixels apart and are matched for all their 64 pixels.
 /// `next` is the first pixel of a square that will be worked on soon, which memory is asked for meanwhile; it
