@@ -46,12 +46,16 @@ operations::Selection operations::MaskOfShape(const QPainterPath& shape, int fea
     const QRect pictureRect(QPoint(0, 0), picture);
     const double sigma = SigmaOfFeather(std::clamp(feather, 0, MaxFeather));
     const QRect reachable = ReachableArea(shape, CoveragePlane::BlurReach(sigma), pictureRect);
-    CoveragePlane plane(reachable);
-    if (reachable.isEmpty() || !plane.IsValid())
+    if (reachable.isEmpty())
         return Selection::Of(RGBA32iImage(), QPoint());
+    CoveragePlane plane(reachable);
+    if (!plane.IsValid())
+        return Selection::Missing();
     plane.Draw(shape);
     if (sigma > 0)
         plane.Blur(sigma);
     const QRect covered = plane.CoveredArea();
-    return Selection::Of(CoverageImage(plane, covered), covered.topLeft());
+    const RGBA32iImage mask = CoverageImage(plane, covered);
+    return mask.IsEmpty() && !covered.isEmpty() ? Selection::Missing()
+                                                : Selection::Of(mask, covered.topLeft());
 }

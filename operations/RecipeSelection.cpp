@@ -194,7 +194,7 @@ QString operations::RecipeSelection::Make(const QSize& picture, const ReadMask& 
 {
     if (kind != Kind::MaskFile) {
         selection = OfShape(picture);
-        return {};
+        return selection.isMissing ? tr("there is not enough memory for the selection") : QString();
     }
     Selection mask;
     const QString problem = readMask(maskFile, mask);

@@ -57,7 +57,7 @@ public:
     using ReadMask = std::function<QString(const QString& file, Selection& mask)>;
 
     /// Makes the selection in a picture of the given size. `readMask` is asked for a mask file only. An error
-    /// text, which comes from it; empty for none.
+    /// text, which comes from it or says that memory is short; empty for none.
     [[nodiscard]] QString Make(const QSize& picture, const ReadMask& readMask, Selection& selection) const;
 
     /// What a shape selects in a picture of the given size, as MaskOfShape() has it; everything where there

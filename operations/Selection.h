@@ -26,6 +26,8 @@ struct Selection
     QPoint offset;
     /// The part of the mask that counts, in its coordinates; empty: nothing limits the adjustment.
     QRect bounds;
+    /// There was no memory for the mask: a task says so and adjusts nothing.
+    bool isMissing = false;
 
     bool SelectsAll() const { return bounds.isEmpty(); }
 
@@ -35,6 +37,14 @@ struct Selection
     {
         const RGBA32iImage mask = coverage.IsEmpty() ? RGBA32iImage(1, 1) : coverage;
         return {mask, offset, QRect(0, 0, mask.Width(), mask.Height())};
+    }
+
+    /// What stands for a mask that there was no memory for. It selects nothing.
+    static Selection Missing()
+    {
+        Selection missing = Of(RGBA32iImage(), QPoint());
+        missing.isMissing = true;
+        return missing;
     }
 };
 

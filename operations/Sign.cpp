@@ -1,7 +1,7 @@
 #include "operations/Sign.h"
 
+#include "OverlayTask.h"
 #include "overlay/DrawStamp.h"
-#include "overlay/OverlayCanvas.h"
 #include "overlay/Stamp.h"
 
 #include <QCoreApplication>
@@ -17,9 +17,5 @@ operations::Task operations::MakeTask(const Sign& settings)
 {
     const Stamp stamp{settings.fileName, int(settings.alignment), settings.margins, settings.blendingMode,
                       settings.opacity};
-    return Task([stamp](const YDAdjustmentJob& job) {
-        const OverlayCanvas canvas(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect,
-                                   job.abort);
-        return Outcome(job.image, DrawStamp(stamp, canvas));
-    });
+    return OverlayTask([stamp](const OverlayCanvas& canvas) { return DrawStamp(stamp, canvas); });
 }

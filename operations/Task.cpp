@@ -37,6 +37,8 @@ operations::Task::Task(Function function, Copying copying)
 operations::Outcome operations::Task::Apply(const RGBA32iImage& picture, const Selection& selection,
                                             const TaskControl& control) const
 {
+    if (selection.isMissing)
+        return {picture, TooLittleMemory()};
     return m_function(JobOf(picture, selection, control));
 }
 
@@ -45,6 +47,8 @@ operations::Outcome operations::Task::ApplyToCopy(const RGBA32iImage& source, co
 {
     if (source.IsEmpty())
         return Apply(source, selection, control);
+    if (selection.isMissing)
+        return {RGBA32iImage(), TooLittleMemory()};
     const RGBA32iImage copy = m_copying == Copying::Before
                                   ? source.DeepCopy(control.abort)
                                   : RGBA32iImage::Uninitialized(source.Width(), source.Height());
@@ -55,7 +59,12 @@ operations::Outcome operations::Task::ApplyToCopy(const RGBA32iImage& source, co
     YDAdjustmentJob job = JobOf(copy, selection, control);
     job.source = source;
     Outcome outcome = m_function(job);
-    if (IsAborted(control))
-        outcome.picture = RGBA32iImage(); // a part of it was never written to
+    if (!IsAborted(control))
+        return outcome;
+    // A part of the copy was never written to.
+    if (m_copying == Copying::InFirstPass)
+        outcome.picture = RGBA32iImage();
+    else
+        (void)copy.CopyFrom(source);
     return outcome;
 }

@@ -47,8 +47,9 @@ public:
     /// Who makes the copy that ApplyToCopy() adjusts.
     enum class Copying
     {
-        Before,     ///< the task finds its picture made
-        InFirstPass ///< the job has a source, which the task's first RunTransformation() copies as it goes
+        Before,      ///< the task finds its picture made
+        InFirstPass, ///< the task's first pass makes it from the job's source; an aborted run has none
+        InTask ///< a pass of the task makes it from the job's source, which an aborted run gives instead
     };
 
     /// A task that changes nothing.

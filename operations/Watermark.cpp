@@ -1,7 +1,7 @@
 #include "operations/Watermark.h"
 
+#include "OverlayTask.h"
 #include "overlay/DrawText.h"
-#include "overlay/OverlayCanvas.h"
 #include "overlay/TextOverlay.h"
 
 #include <QGuiApplication>
@@ -16,12 +16,9 @@ operations::Task operations::MakeTask(const Watermark& settings)
     const TextOverlay overlay{settings.angle,   settings.margins,  settings.text,
                               settings.font,    settings.color,    settings.blendingMode,
                               settings.opacity, settings.hrzTiles, settings.vrtTiles};
-    return Task([overlay](const YDAdjustmentJob& job) {
+    return OverlayTask([overlay](const OverlayCanvas& canvas) {
         if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
-            return Outcome(job.image,
-                           QCoreApplication::translate("Watermark", "Texts need a QGuiApplication."));
-        const OverlayCanvas canvas(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect,
-                                   job.abort);
-        return Outcome(job.image, DrawText(overlay, canvas));
+            return canvas.Leave(QCoreApplication::translate("Watermark", "Texts need a QGuiApplication."));
+        return DrawText(overlay, canvas);
     });
 }

@@ -1,6 +1,6 @@
 #include "operations/WhiteBalance.h"
 
-#include "MixThroughSelection.h"
+#include "PassOver.h"
 #include "RunTransformation.h"
 #include "StretchFrom.h"
 #include "image/ChannelHistograms.h"
@@ -10,10 +10,7 @@
 #include "image/YDIterativePhotoFilterTransformation.h"
 #include "image/YDTemperatureCorrection.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
-#include <functional>
 #include <limits>
 #include <optional>
 
@@ -80,28 +77,36 @@ ChannelHistograms Mapped(const ChannelHistograms& counts, const ChannelTablesTra
     return mapped;
 }
 
-std::optional<ChannelHistograms> CountsOf(const YDAdjustmentJob& job, const std::function<void()>& onRow = {})
+/// Of what `rule`, if any, makes of the picture; nothing when it was aborted. Its progress is that of a pass
+/// over it.
+std::optional<ChannelHistograms> CountsOf(const YDAdjustmentJob& job, const RulePass& pass,
+                                          const RulePass::Rule& rule = {})
 {
-    return ChannelHistograms::Of(job.image, QRect(0, 0, job.image.Width(), job.image.Height()), job.abort,
-                                 onRow);
+    YDAdjustmentProcessing counting;
+    operations::TellProgress(counting, job);
+    counting.SetRange(pass.Steps());
+    const auto onRow = [&](int y) {
+        for (unsigned left = pass.StepsOf(y); left > 0; --left)
+            counting.IncrementProgress();
+    };
+    const QRect whole(0, 0, job.image.Width(), job.image.Height());
+    return ChannelHistograms::Of(job.Pixels(), whole, job.abort, onRow, rule);
 }
 
 /// Of YDBlend::YDSourceOver, for the strength of the advanced correction.
-int OpacityOf(const WhiteBalance& settings)
+YDBlend::YDSourceOver<0> MixOf(const WhiteBalance& settings)
 {
-    return std::clamp(settings.autoStrength, 0, FullStrength) * YDBlend::YDSourceOver<0>::Full / FullStrength;
+    using Mix = YDBlend::YDSourceOver<0>;
+    return Mix{std::clamp(settings.autoStrength, 0, FullStrength) * Mix::Full / FullStrength};
 }
 
 /// Every step maps each channel by itself, so they are done to one pixel of each level, and to the picture at
 /// once. The progress is that of two passes all the same: the pixels are counted, and then mapped. False when
-/// it was aborted.
-bool EnhanceWhole(const YDAdjustmentJob& job, const KVIterativeWBTransformation& balance, int opacity)
+/// it was aborted before it came to the picture.
+bool EnhanceWhole(const YDAdjustmentJob& job, const KVIterativeWBTransformation& balance,
+                  const YDBlend::YDSourceOver<0>& mix)
 {
-    YDAdjustmentProcessing counting;
-    operations::TellProgress(counting, job);
-    counting.SetRange(static_cast<unsigned>(job.image.Height()));
-    const std::optional<ChannelHistograms> counts =
-        CountsOf(job, [&counting] { counting.IncrementProgress(); });
+    const std::optional<ChannelHistograms> counts = CountsOf(job, PassOver(job));
     if (!counts)
         return false;
     auto enhanced = ChannelTablesTransformation::IdentityRamp();
@@ -109,44 +114,47 @@ bool EnhanceWhole(const YDAdjustmentJob& job, const KVIterativeWBTransformation&
     balance.ProcessRow(enhanced.data(), levels);
     AutomaticLevels(Mapped(*counts, enhanced)).ProcessRow(enhanced.data(), levels);
     auto mixed = ChannelTablesTransformation::IdentityRamp();
-    YDBlend::YDSourceOver<0>{opacity}.ProcessRow(enhanced.data(), mixed.data(), levels);
+    mix.ProcessRow(enhanced.data(), mixed.data(), levels);
     RunTransformation(job, ChannelTablesTransformation(mixed));
     return true;
 }
 
-/// Between the steps pixels are blended through the mask, so each takes the picture as the one before it left
-/// it. False when it was aborted or there was no memory.
-bool EnhanceSelected(const YDAdjustmentJob& job, const KVIterativeWBTransformation& balance, int opacity)
+/// Between the steps pixels are blended through the mask, so each takes the pixels as the one before it left
+/// them. What is counted of the first step is done again in the second pass: that costs less than to keep a
+/// picture of it. False when it was aborted before it came to the picture.
+bool EnhanceSelected(const YDAdjustmentJob& job, const KVIterativeWBTransformation& balance,
+                     const YDBlend::YDSourceOver<0>& mix)
 {
-    YDAdjustmentJob enhanced = job;
-    enhanced.image = job.image.DeepCopy(job.abort);
-    if (enhanced.image.IsEmpty())
-        return false;
-    RunTransformation(enhanced, balance);
-    const std::optional<ChannelHistograms> counts = CountsOf(enhanced);
+    const RulePass pass = PassOver(job);
+    const RulePass::Rule balanceRule = RulePass::RuleOf(balance);
+    const auto counts = CountsOf(job, pass, [&](YDRGBA32i* pixels, int x, int y, int count) {
+        pass.Adjust(pixels, x, y, count, balanceRule);
+    });
     if (!counts)
         return false;
-    RunTransformation(enhanced, AutomaticLevels(*counts));
-    MixThroughSelection(job, enhanced.image, opacity);
+    const YDIterativeLevelsTransformation levels = AutomaticLevels(*counts);
+    const RulePass::Rule levelsRule = RulePass::RuleOf(levels);
+    const auto enhance = [&](YDRGBA32i* pixels, int x, int y, int count) {
+        RulePass::Piece enhanced;
+        std::copy_n(pixels, count, enhanced.begin());
+        pass.Adjust(enhanced.data(), x, y, count, balanceRule);
+        pass.Adjust(enhanced.data(), x, y, count, levelsRule);
+        mix.ProcessRow(enhanced.data(), pixels, count);
+    };
+    YDAdjustmentProcessing enhancing;
+    operations::TellProgress(enhancing, job);
+    enhancing.SetRange(pass.Steps());
+    pass.Run(enhance, job.abort, [&enhancing] { enhancing.IncrementProgress(); });
     return true;
 }
 
 /// The balance at full strength and the automatic levels, laid over the untouched picture as far as the
-/// strength says. False when it was aborted or there was no memory.
+/// strength says. False when it was aborted before it came to the picture.
 bool Enhance(const YDAdjustmentJob& job, const WhiteBalance& settings)
 {
-    const KVIterativeWBTransformation balance(job.image, KVWBTransformation::Auto, FullStrength);
+    const KVIterativeWBTransformation balance(job.Pixels(), KVWBTransformation::Auto, FullStrength);
     const auto enhance = job.selectionBoundingRect.isEmpty() ? EnhanceWhole : EnhanceSelected;
-    return enhance(job, balance, OpacityOf(settings));
-}
-
-/// Empty where it was aborted.
-QString WhyNotEnhanced(const YDAdjustmentJob& job)
-{
-    const bool isAborted = job.abort && job.abort->load();
-    return isAborted ? QString()
-                     : QCoreApplication::translate("WhiteBalance",
-                                                   "There may be too little memory for this picture.");
+    return enhance(job, balance, MixOf(settings));
 }
 
 /// The advanced correction works in automatic mode only.
@@ -159,7 +167,7 @@ operations::Outcome Run(const YDAdjustmentJob& job, const WhiteBalance& settings
 {
     if (IsEnhanced(settings)) {
         if (!Enhance(job, settings))
-            return {job.image, WhyNotEnhanced(job)};
+            return job.image;
     } else {
         RunTransformation(job, KVIterativeWBTransformation(job.Pixels(),
                                                            KVWBTransformation::BalanceFunction(settings.mode),
@@ -200,5 +208,5 @@ const int* operations::StrengthFieldOf(const WhiteBalance& settings) { return Fi
 operations::Task operations::MakeTask(const WhiteBalance& settings)
 {
     return Task([settings](const YDAdjustmentJob& job) { return Run(job, settings); },
-                IsEnhanced(settings) ? Task::Copying::Before : Task::Copying::InFirstPass);
+                IsEnhanced(settings) ? Task::Copying::InTask : Task::Copying::InFirstPass);
 }

@@ -154,7 +154,7 @@ LatestJob<operations::Selection>::Work Document::MakeMask() const
 void Document::OnMaskReady(const operations::Selection& mask)
 {
     m_mask = mask;
-    m_isMaskValid = true;
+    m_isMaskValid = !mask.isMissing; // the next who asks may find more memory
     const auto users = std::exchange(m_maskUsers, {});
     for (const auto& [context, use] : users)
         if (context)

@@ -66,6 +66,12 @@ void DocumentWindow::RunAdjustment(const AdjustmentEntry& entry)
 
 void DocumentWindow::StartSession(const AdjustmentEntry& entry, const operations::Selection& mask)
 {
+    if (mask.isMissing) {
+        m_document.SetLocked(false);
+        Messages::ShowError(window(), tr("The adjustment could not be started."),
+                            tr("There may be too little memory for the selection."));
+        return;
+    }
     // The session outlives this window when it is closed while a job is still stopping.
     auto* const session = new AdjustmentSession(entry, m_view, window());
     m_session = session;

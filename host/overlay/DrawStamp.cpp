@@ -11,10 +11,10 @@ QString DrawStamp(const Stamp& stamp, const OverlayCanvas& canvas)
     constexpr double Percent = 100.0;
     const QRect area = OverlayArea::Inside(stamp.margins, canvas.Size());
     if (stamp.fileName.isEmpty() || stamp.opacity <= 0 || area.isEmpty())
-        return {};
+        return canvas.Leave();
     const StampCache::Picture picture = StampCache::Fitting(stamp.fileName, area.size());
     if (!picture.error.isEmpty())
-        return picture.error;
+        return canvas.Leave(picture.error);
     if (canvas.IsAborted())
         return {};
     const QRect place(OverlayArea::Aligned(stamp.alignment, picture.image.size(), area),

@@ -99,16 +99,18 @@ QString DrawText(const TextOverlay& overlay, const OverlayCanvas& canvas)
     const QRect area = OverlayArea::Inside(overlay.margins, canvas.Size());
     const QRect reach = area & canvas.Reach();
     if (opacity <= 0.0 || reach.isEmpty())
-        return {};
+        return canvas.Leave();
     const TextOutline outline(overlay.text, overlay.font);
     if (outline.IsEmpty())
-        return {};
+        return canvas.Leave();
     const Places columns = Middles(overlay.hrzTiles, area.left(), area.width());
     const Places rows = Middles(overlay.vrtTiles, area.top(), area.height());
     const TextCoverage text(outline, overlay.angle, Window(reach, columns, rows));
     if (text.isOutOfMemory)
-        return QCoreApplication::translate("DrawText", "there is not enough memory for the text");
-    if (!text.image.isNull())
-        canvas.Lay(TextGrid(text, columns, rows, color), reach, OverlayRule(overlay.blendingMode, opacity));
+        return canvas.Leave(
+            QCoreApplication::translate("DrawText", "there is not enough memory for the text"));
+    if (text.image.isNull())
+        return canvas.Leave();
+    canvas.Lay(TextGrid(text, columns, rows, color), reach, OverlayRule(overlay.blendingMode, opacity));
     return {};
 }

@@ -8,9 +8,10 @@ template <class T>
 class YDAdjustmentProcessingTemplate : public YDTileRunner
 {
 public:
-    /// `abort` may be null and must outlive the object.
-    YDAdjustmentProcessingTemplate(const std::atomic<bool>* abort, const T& transformation)
-        : YDTileRunner(abort), m_transformation(transformation)
+    /// `abort` may be null and must outlive the object. The work is shared out as for so many `cores`.
+    YDAdjustmentProcessingTemplate(const std::atomic<bool>* abort, const T& transformation,
+                                   int cores = YDTileRunner::CoresOfMachine())
+        : YDTileRunner(abort, cores), m_transformation(transformation)
     {}
 
 protected:

@@ -1,41 +1,61 @@
 #include "YDTileRunner.h"
 
-#include "RulePass.h"
+#include "PassOver.h"
 #include "YDVectorRoutine.h"
 #include "image/BaseTransformation.h"
 #include "image/YDBlend.h"
 #include "image/YDSelectionArea.h"
 #include "threads/PoolTasks.h"
 
+#include <algorithm>
 #include <thread>
 
 namespace {
 
 const std::atomic<bool> NeverAborted{false};
 
-int HardwareThreads() { return static_cast<int>(std::thread::hardware_concurrency()); }
+/// A picture of this size, or of as many of its rows as memory has room for; empty for none.
+RGBA32iImage AsHighAsFits(const QSize& size)
+{
+    RGBA32iImage image;
+    for (int rows = size.height(); rows > 0 && image.IsEmpty(); rows /= 2)
+        image = RGBA32iImage::Uninitialized(size.width(), rows);
+    return image;
+}
 
 } // namespace
 
-YDTileRunner::YDTileRunner(const std::atomic<bool>* abort) : m_abort(abort ? *abort : NeverAborted) {}
+YDTileRunner::YDTileRunner(const std::atomic<bool>* abort, int cores)
+    : m_abort(abort ? *abort : NeverAborted), m_cores(cores)
+{}
+
+int YDTileRunner::CoresOfMachine() { return static_cast<int>(std::thread::hardware_concurrency()); }
 
 RGBA32iImage YDTileRunner::Run(const YDAdjustmentJob& job)
 {
-    // With vectors the first pass copies as it goes.
-    if (job.source.IsEmpty() || UsesVectors() || job.image.CopyFrom(job.source, &m_abort))
-        job.selectionBoundingRect.isEmpty() ? RunOnAll(job) : RunOnSelection(job);
+    if (GetVectorRoutine() && Transformation().AllowsVectorProcessing())
+        RunWithVectors(job);
+    else if (job.source.IsEmpty() || job.image.CopyFrom(job.source, &m_abort))
+        job.selectionBoundingRect.isEmpty() ? RunOnAll(job.image) : RunOnSelection(job);
     return job.image;
 }
 
-bool YDTileRunner::UsesVectors() { return GetVectorRoutine() && Transformation().AllowsVectorProcessing(); }
-
-void YDTileRunner::RunOnAll(const YDAdjustmentJob& job)
+void YDTileRunner::RunWithVectors(const YDAdjustmentJob& job)
 {
-    SetRange(static_cast<unsigned>(job.image.Height()));
-    if (UsesVectors() && !job.source.IsEmpty())
-        RulePass::CopyAndApply(job, Transformation(), m_abort, [this] { IncrementProgress(); });
-    else
-        TransformArea(job.image, QRect(0, 0, job.image.Width(), job.image.Height()));
+    const RulePass pass = PassOver(job);
+    BaseTransformation& rule = Transformation();
+    const auto onStep = [this] { IncrementProgress(); };
+    SetRange(pass.Steps());
+    if (!pass.IsWholeInPlace())
+        pass.Run(RulePass::RuleOf(rule), &m_abort, onStep);
+    else if (!pass.Reach().isEmpty())
+        GetVectorRoutine()(job.image.Pixels(), job.image.RowLength(), pass.Reach(), &rule, m_abort, onStep);
+}
+
+void YDTileRunner::RunOnAll(const RGBA32iImage& image)
+{
+    SetRange(static_cast<unsigned>(image.Height()));
+    TransformRowsOf(image, image.Height());
 }
 
 void YDTileRunner::RunOnSelection(const YDAdjustmentJob& job)
@@ -43,61 +63,45 @@ void YDTileRunner::RunOnSelection(const YDAdjustmentJob& job)
     const YDSelectionArea selected(job.image, job.selection, job.selectionOffset, job.selectionBoundingRect);
     const QRect& area = selected.Covered();
     SetRange(static_cast<unsigned>(area.height()) + static_cast<unsigned>(selected.Height()));
-    if (UsesVectors()) {
-        RulePass::ApplyThroughSelection(job, selected, Transformation(), m_abort,
-                                        [this] { IncrementProgress(); });
-        return;
+    // Only what the area covers is read of the copy. Where memory has no room for all of that, a part at a
+    // time is transformed and blended.
+    const RGBA32iImage copy = AsHighAsFits(area.size());
+    for (int top = 0; top < area.height() && !copy.IsEmpty(); top += copy.Height()) {
+        const int rows = std::min(copy.Height(), area.height() - top);
+        if (!PixelBuffer::CopyRows(selected.RowOf(job.image, top), job.image.BytesPerLine(), copy.Pixels(),
+                                   copy.BytesPerLine(), area.width() * qsizetype(sizeof(YDRGBA32i)), rows,
+                                   &m_abort))
+            return;
+        TransformRowsOf(copy, rows);
+        Blend(copy, job, selected, top, std::min(top + rows, selected.Height()));
     }
-    if (area.isEmpty())
-        return;
-
-    // Only what the area covers is read of the copy, so only that is copied.
-    const auto copy = RGBA32iImage::Uninitialized(area.width(), area.height());
-    if (copy.IsEmpty())
-        return;
-    const bool copied = PixelBuffer::CopyRows(
-        job.image.Row(area.top()) + area.left(), job.image.BytesPerLine(), copy.Pixels(), copy.BytesPerLine(),
-        area.width() * qsizetype(sizeof(YDRGBA32i)), area.height(), &m_abort);
-    if (!copied)
-        return;
-    TransformArea(copy, QRect(0, 0, copy.Width(), copy.Height()));
-    Blend(copy, job, selected);
 }
 
-void YDTileRunner::TransformArea(const RGBA32iImage& image, const QRect& area)
+void YDTileRunner::TransformRowsOf(const RGBA32iImage& image, int count)
 {
-    if (area.isEmpty())
+    if (image.IsEmpty())
         return;
-    if (UsesVectors())
-        GetVectorRoutine()(image.Pixels(), image.RowLength(), area, &Transformation(), m_abort,
-                           [this] { IncrementProgress(); });
-    else
-        TransformAreaByPixels(image, area);
-}
-
-void YDTileRunner::TransformAreaByPixels(const RGBA32iImage& image, const QRect& area)
-{
-    YDRowQueue rows(area.top(), area.bottom() + 1, &m_abort);
-    RunPoolTasks(HardwareThreads() - 1, [&] { TransformRows(rows, image, area.left(), area.right()); });
+    YDRowQueue rows(0, count, &m_abort);
+    RunPoolTasks(m_cores - 1, [&] { TransformRows(rows, image, 0, image.Width() - 1); });
 }
 
 void YDTileRunner::Blend(const RGBA32iImage& adjusted, const YDAdjustmentJob& job,
-                         const YDSelectionArea& selected)
+                         const YDSelectionArea& selected, int top, int bottom)
 {
-    YDRowQueue rows(0, selected.Height(), &m_abort);
-    RunMemoryBoundTasks([&] {
+    YDRowQueue rows(top, bottom, &m_abort);
+    RunMemoryBoundTasks(m_cores, [&] {
         for (int row = 0; rows.Take(row);) {
-            YDBlend::YDSourceBySelection::ProcessRow(adjusted.Row(row), selected.RowOf(job.image, row),
+            YDBlend::YDSourceBySelection::ProcessRow(adjusted.Row(row - top), selected.RowOf(job.image, row),
                                                      selected.MaskRow(job.selection, row), selected.Width());
             IncrementProgress();
         }
     });
 }
 
-void YDTileRunner::RunMemoryBoundTasks(const std::function<void()>& worker)
+void YDTileRunner::RunMemoryBoundTasks(int cores, const std::function<void()>& worker)
 {
-    if (HardwareThreads() <= 2)
+    if (cores <= 2)
         worker();
     else
-        RunPoolTasks(HardwareThreads() - 1, worker);
+        RunPoolTasks(cores - 1, worker);
 }

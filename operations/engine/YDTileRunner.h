@@ -48,17 +48,21 @@ public:
     /// rows and the blended ones. With vector kernels all of it is one pass (RulePass) on all cores.
     ///
     /// Without vector kernels the rows go to as many pool tasks as there are cores less one: the caller's
-    /// own stays free, and on a machine with a single core no row is worked on.
+    /// own stays free, and on a machine with a single core no row is worked on. A selection takes a copy of
+    /// what it covers then, or of as many rows at a time as memory has room for.
     RGBA32iImage Run(const YDAdjustmentJob& job);
 
     /// Runs `worker`, which is bound by memory rather than by computing, as pool tasks: as many as there are
-    /// cores less one. With two cores or fewer it runs on the calling thread alone: a second thread would
+    /// `cores` less one. With two cores or fewer it runs on the calling thread alone: a second thread would
     /// only take the core from the user interface. Returns when all is done.
-    static void RunMemoryBoundTasks(const std::function<void()>& worker);
+    static void RunMemoryBoundTasks(int cores, const std::function<void()>& worker);
+
+    /// 0 where the system does not tell.
+    static int CoresOfMachine();
 
 protected:
     /// `abort` may be null (never aborted) and must outlive the runner.
-    explicit YDTileRunner(const std::atomic<bool>* abort);
+    YDTileRunner(const std::atomic<bool>* abort, int cores);
 
     /// The transformation, for the vector routine.
     virtual BaseTransformation& Transformation() = 0;
@@ -68,12 +72,13 @@ protected:
     virtual void TransformRows(YDRowQueue& rows, const RGBA32iImage& image, int left, int right) = 0;
 
 private:
-    bool UsesVectors();
-    void RunOnAll(const YDAdjustmentJob& job);
+    void RunWithVectors(const YDAdjustmentJob& job);
+    void RunOnAll(const RGBA32iImage& image);
     void RunOnSelection(const YDAdjustmentJob& job);
-    void TransformArea(const RGBA32iImage& image, const QRect& area);
-    void TransformAreaByPixels(const RGBA32iImage& image, const QRect& area);
-    void Blend(const RGBA32iImage& adjusted, const YDAdjustmentJob& job, const YDSelectionArea& selected);
+    void TransformRowsOf(const RGBA32iImage& image, int count);
+    void Blend(const RGBA32iImage& adjusted, const YDAdjustmentJob& job, const YDSelectionArea& selected,
+               int top, int bottom);
 
     const std::atomic<bool>& m_abort;
+    const int m_cores;
 };

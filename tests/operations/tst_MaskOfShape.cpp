@@ -1,3 +1,4 @@
+#include "MemoryLimit.h"
 #include "operations/MaskOfShape.h"
 
 #include <QTest>
@@ -56,6 +57,7 @@ private slots:
     void ThePicturesBorderDoesNotFade();
     void FarOutCoordinatesAreHarmless();
     void TilesLeaveNoSeams();
+    void AMaskThatMemoryHasNoRoomForIsMissing();
 };
 
 void TestMaskOfShape::NoMaskSelectsAll()
@@ -222,6 +224,16 @@ void TestMaskOfShape::TilesLeaveNoSeams()
         for (int x = 0; x < 39000; ++x)
             if (mask.mask.Row(y)[x].g != 255)
                 QFAIL(qPrintable(QStringLiteral("%1, %2").arg(x).arg(y)));
+}
+
+void TestMaskOfShape::AMaskThatMemoryHasNoRoomForIsMissing()
+{
+    const QSize giant(30000, 20000);
+    const MemoryLimit noRoomForItsCoverage;
+    const operations::Selection mask = operations::MaskOfShape(Rectangle({0, 0, 30000, 20000}), 0, giant);
+    QVERIFY(mask.isMissing);
+    QVERIFY2(!mask.SelectsAll(), "who does not ask adjusts nothing");
+    QVERIFY(!operations::MaskOfShape(Rectangle({10, 20, 30, 40}), 0, giant).isMissing);
 }
 
 QTEST_MAIN(TestMaskOfShape)

@@ -1,3 +1,4 @@
+#include "MemoryLimit.h"
 #include "TestFiles.h"
 #include "operations/MaskOfShape.h"
 #include "operations/Recipe.h"
@@ -112,6 +113,7 @@ private slots:
     void ShapesSelectTheirPixels_data();
     void ShapesSelectTheirPixels();
     void AShapeIsTheMaskOfThatShape();
+    void AShapeThatMemoryHasNoRoomForIsTold();
     void FarOutShapesAreHarmless_data();
     void FarOutShapesAreHarmless();
     void AMaskFileIsReadByTheCaller();
@@ -448,6 +450,17 @@ void TestRecipe::AShapeIsTheMaskOfThatShape()
         for (int x = 0; x < Picture.width(); ++x)
             QCOMPARE(At(actual, x, y), At(expected, x, y));
     QVERIFY(RecipeSelection().OfShape(Picture).SelectsAll());
+}
+
+void TestRecipe::AShapeThatMemoryHasNoRoomForIsTold()
+{
+    RecipeSelection rectangle;
+    rectangle.kind = RecipeSelection::Kind::Rectangle;
+    rectangle.edges = {0, 0, 30000, 20000};
+    const MemoryLimit noRoomForItsCoverage;
+    operations::Selection selection;
+    const QString problem = rectangle.Make(QSize(30000, 20000), NoMask, selection);
+    QVERIFY2(problem.contains(QStringLiteral("memory")), qPrintable(problem));
 }
 
 void TestRecipe::FarOutShapesAreHarmless_data()

@@ -6,6 +6,7 @@
 #include "operations/Curves.h"
 #include "operations/Gamma.h"
 #include "operations/ReplaceColor.h"
+#include "operations/Sign.h"
 #include "operations/TaskProgress.h"
 #include "operations/Tint.h"
 #include "operations/WhiteBalance.h"
@@ -13,6 +14,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 #include <vector>
@@ -20,6 +22,7 @@
 using operations::Selection;
 using operations::Task;
 
+Q_DECLARE_METATYPE(Task)
 Q_DECLARE_METATYPE(Task::Copying)
 
 /// What holds for tasks, whichever adjustment they are of. No widget is involved, and no QApplication.
@@ -40,6 +43,9 @@ private slots:
     void ATintWithoutARuleHasNoPicture();
     void TooLittleMemoryIsToldBeforeAnythingIsDone_data();
     void TooLittleMemoryIsToldBeforeAnythingIsDone();
+    void AMissingMaskIsToldBeforeAnythingIsDone();
+    void ACopyIsAdjustedAsThePictureIs_data();
+    void ACopyIsAdjustedAsThePictureIs();
     void OneTaskServesSeveralPicturesAtOnce();
     void FourThreadsRunFourTasksOnFourPictures();
     void EveryAdjustmentRunsOnAnyThread_data();
@@ -117,7 +123,7 @@ void TestTask::AnAbortedTaskGivesNoComplaint()
     }
 }
 
-/// The advanced balance works on copies when there is a selection.
+/// Through a selection the advanced balance goes roads of its own.
 void TestTask::AnAbortedTaskInASelectionGivesNoComplaint()
 {
     const std::atomic<bool> abort{true};
@@ -181,6 +187,62 @@ void TestTask::TooLittleMemoryIsToldBeforeAnythingIsDone()
     }
     QVERIFY(!task.ApplyToCopy(RGBA32iImage(3, 2)).picture.IsEmpty());
     QVERIFY(isRun);
+}
+
+void TestTask::AMissingMaskIsToldBeforeAnythingIsDone()
+{
+    const Task task = MakeTask(operations::Gamma{2.0});
+    const RGBA32iImage picture = TestPictures::Grey(30, 20, 100);
+    const operations::Outcome outcome = task.Apply(picture, Selection::Missing());
+    QVERIFY2(outcome.problem.contains(QStringLiteral("memory")), qPrintable(outcome.problem));
+    QVERIFY(TestPictures::AreEqual(picture, TestPictures::Grey(30, 20, 100)));
+    const operations::Outcome copied = task.ApplyToCopy(picture, Selection::Missing());
+    QVERIFY2(copied.problem.contains(QStringLiteral("memory")), qPrintable(copied.problem));
+    QVERIFY(copied.picture.IsEmpty());
+}
+
+void TestTask::ACopyIsAdjustedAsThePictureIs_data()
+{
+    QTest::addColumn<Task>("task");
+    QTest::addColumn<Selection>("selection");
+    const RGBA32iImage mask = TestPictures::Random(900, 70, 5);
+    for (int y = 20; y < 40; ++y) { // rows of full and of no coverage
+        const quint8 coverage = y < 30 ? 255 : 0;
+        std::fill_n(mask.Row(y), 900, YDRGBA32i(coverage, coverage, coverage, coverage));
+    }
+    operations::WhiteBalance advanced;
+    advanced.enhanced = true;
+    operations::WhiteBalance filtered = advanced;
+    filtered.useTemperature = true;
+    filtered.temperature = 60;
+    operations::Sign missing;
+    missing.fileName = QStringLiteral("/nowhere/stamp.png");
+    const auto add = [&mask](const QString& name, const Task& task) {
+        QTest::newRow(qPrintable(name)) << task << Selection();
+        QTest::newRow(qPrintable(name + ", inside")) << task << Selection::Of(mask, QPoint(200, 10));
+        QTest::newRow(qPrintable(name + ", beyond the corner"))
+            << task << Selection::Of(mask, QPoint(-50, -20));
+        QTest::newRow(qPrintable(name + ", outside")) << task << Selection::Of(mask, QPoint(5000, 0));
+    };
+    for (const operations::Adjustment& adjustment : operations::Catalog::All())
+        add(adjustment.name, adjustment.makeSettings()->MakeTask());
+    add(QStringLiteral("advanced"), MakeTask(advanced));
+    add(QStringLiteral("advanced and filtered"), MakeTask(filtered));
+    add(QStringLiteral("stamp that is not there"), MakeTask(missing));
+}
+
+void TestTask::ACopyIsAdjustedAsThePictureIs()
+{
+    QFETCH(Task, task);
+    QFETCH(Selection, selection);
+    const RGBA32iImage source = TestPictures::Random(1300, 90, 6);
+    const RGBA32iImage untouched = source.DeepCopy();
+    const RGBA32iImage picture = source.DeepCopy();
+    const operations::Outcome applied = task.Apply(picture, selection);
+    const operations::Outcome copied = task.ApplyToCopy(source, selection);
+    QVERIFY(TestPictures::AreEqual(copied.picture, applied.picture));
+    QCOMPARE(copied.problem, applied.problem);
+    QVERIFY(TestPictures::AreEqual(source, untouched));
 }
 
 void TestTask::OneTaskServesSeveralPicturesAtOnce()

@@ -25,6 +25,7 @@ struct PixelRows
     qsizetype stride; ///< pixels from row to row
     int width;
     int height;
+    QPoint origin; ///< of the first of them in the picture
 };
 
 /// The counts of one band. Neighbouring pixels are counted in tables of their own: they often have the same
@@ -32,14 +33,22 @@ struct PixelRows
 class BandCounts
 {
 public:
-    /// `end` is where the memory of the rows ends.
-    void AddRow(const YDRGBA32i* row, int width, const YDRGBA32i* end)
+    /// Counts what `rule`, if any, makes of row `y` of `rows`. `end` is where the memory of the rows ends.
+    void AddRow(const PixelRows& rows, int y, const YDRGBA32i* end, const RulePass::Rule& rule)
     {
-        int piece = 0;
-        for (int x = 0; x < width; x += piece) {
-            piece = std::min(PiecePixels, width - x);
+        const YDRGBA32i* const row = rows.pixels + y * rows.stride;
+        int count = 0;
+        for (int x = 0; x < rows.width; x += count) {
+            count = std::min(PiecePixels, rows.width - x);
             PrefetchAhead(row + x, end);
-            AddPiece(row + x, piece);
+            if (!rule) {
+                AddPiece(row + x, count);
+                continue;
+            }
+            std::array<YDRGBA32i, PiecePixels> made;
+            std::copy_n(row + x, count, made.begin());
+            rule(made.data(), rows.origin.x() + x, rows.origin.y() + y, count);
+            AddPiece(made.data(), count);
         }
     }
 
@@ -121,23 +130,25 @@ private:
 };
 
 std::optional<ChannelHistograms> Count(const PixelRows& rows, const std::atomic<bool>* abort,
-                                       const std::function<void()>& onRow = {})
+                                       const std::function<void(int y)>& onRow = {},
+                                       const RulePass::Rule& rule = {})
 {
     ChannelHistograms sums;
     std::mutex sumsLock;
+    const auto isAborted = [abort] { return abort && abort->load(std::memory_order_relaxed); };
     const int rowsPerBand = std::max(1, PixelsPerBand / std::max(1, rows.width));
     const bool isWhole = ForEachRowBand(0, rows.height, rowsPerBand, abort, [&](int first, int last) {
         BandCounts counts;
         const YDRGBA32i* const end = rows.pixels + (last - 1) * rows.stride + rows.width;
-        for (int y = first; y < last; ++y) {
-            counts.AddRow(rows.pixels + y * rows.stride, rows.width, end);
+        for (int y = first; y < last && !isAborted(); ++y) {
+            counts.AddRow(rows, y, end, rule);
             if (onRow)
-                onRow();
+                onRow(rows.origin.y() + y);
         }
         const std::lock_guard<std::mutex> lock(sumsLock);
         counts.AddTo(sums);
     });
-    if (!isWhole || (abort && abort->load(std::memory_order_relaxed)))
+    if (!isWhole || isAborted())
         return std::nullopt;
     sums.pixels = qint64(rows.width) * rows.height;
     return sums;
@@ -167,13 +178,15 @@ QImage WithPlainPixels(const QImage& image)
 
 std::optional<ChannelHistograms> ChannelHistograms::Of(const RGBA32iImage& picture, const QRect& area,
                                                        const std::atomic<bool>* abort,
-                                                       const std::function<void()>& onRow)
+                                                       const std::function<void(int y)>& onRow,
+                                                       const RulePass::Rule& rule)
 {
     const QRect part = area & QRect(0, 0, picture.Width(), picture.Height());
     if (part.isEmpty())
         return ChannelHistograms();
-    return Count({picture.Row(part.top()) + part.left(), picture.RowLength(), part.width(), part.height()},
-                 abort, onRow);
+    return Count({picture.Row(part.top()) + part.left(), picture.RowLength(), part.width(), part.height(),
+                  part.topLeft()},
+                 abort, onRow, rule);
 }
 
 std::optional<ChannelHistograms> ChannelHistograms::Of(const QImage& image, const std::atomic<bool>* abort)
@@ -185,6 +198,6 @@ std::optional<ChannelHistograms> ChannelHistograms::Of(const QImage& image, cons
         return std::nullopt;
     constexpr auto PixelSize = qsizetype(sizeof(YDRGBA32i));
     return Count({reinterpret_cast<const YDRGBA32i*>(pixels.constBits()), pixels.bytesPerLine() / PixelSize,
-                  pixels.width(), pixels.height()},
+                  pixels.width(), pixels.height(), QPoint()},
                  abort);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "image/KVImage.h"
+#include "image/RulePass.h"
 
 #include <QRect>
 
@@ -24,11 +25,13 @@ struct ChannelHistograms
     qint64 pixels = 0; ///< the sum of each table
 
     /// Counts the part of `area` that lies inside `picture`, on all cores. Nothing once `abort`, which may be
-    /// null, is set. `onRow`, if any, is called on any thread once a row is counted. May be called from a
-    /// task of the global thread pool.
+    /// null, is set: that is tested before each row. `onRow`, if any, is called on any thread once row `y` is
+    /// counted. What `rule`, if any, makes of the pixels is counted instead of them; the picture stays as it
+    /// is. May be called from a task of the global thread pool.
     static std::optional<ChannelHistograms> Of(const RGBA32iImage& picture, const QRect& area,
                                                const std::atomic<bool>* abort = nullptr,
-                                               const std::function<void()>& onRow = {});
+                                               const std::function<void(int y)>& onRow = {},
+                                               const RulePass::Rule& rule = {});
 
     /// The same for the whole of an image of any format. One that does not hold its pixels as a picture does
     /// is converted first; nothing where the memory for that is not to be had.

@@ -1,3 +1,4 @@
+#include "MemoryLimit.h"
 #include "TestDocuments.h"
 #include "TestPictures.h"
 #include "editor/Document.h"
@@ -54,6 +55,7 @@ private slots:
     void AMaskIsOfTheSelectionAsItIsWhenItIsReady();
     void NoSelectionAndAWholeOneNeedNoMask();
     void AMaskForSomebodyGoneIsDropped();
+    void AMaskThatMemoryHasNoRoomForIsMissing();
     void LockingIsAnnouncedOnce();
 };
 
@@ -231,6 +233,16 @@ void TestEditorDocument::AMaskForSomebodyGoneIsDropped()
     document.WithMask(this, [&isDone](const operations::Selection&) { isDone = true; });
     QTRY_VERIFY_WITH_TIMEOUT(isDone, PatienceMs);
     QVERIFY(isDropped);
+}
+
+void TestEditorDocument::AMaskThatMemoryHasNoRoomForIsMissing()
+{
+    Document document(TestDocuments::Opened(RGBA32iImage::Uninitialized(15000, 10000)));
+    document.Select(Rectangle({0, 0, 14000, 10000}));
+    bool isMissing = false;
+    const MemoryLimit noRoomForItsCoverage;
+    document.WithMask(this, [&isMissing](const operations::Selection& mask) { isMissing = mask.isMissing; });
+    QTRY_VERIFY_WITH_TIMEOUT(isMissing, PatienceMs);
 }
 
 void TestEditorDocument::LockingIsAnnouncedOnce()

@@ -1,6 +1,6 @@
 #include "IdlePool.h"
 #include "KVAdjustmentProcessingTemplate.h"
-#include "Machine.h"
+#include "MemoryLimit.h"
 #include "TestPictures.h"
 #include "YDAdjustmentProcessingTemplate.h"
 #include "YDIterativeAdjustmentTransformation.h"
@@ -195,6 +195,7 @@ private slots:
     void BlendingLeavesTheCallersThreadOnlyOnManyCores();
     void ASourceIsCopiedOnTheWay_data();
     void ASourceIsCopiedOnTheWay();
+    void WithoutRoomForACopyASelectionIsDoneInParts();
     void WorkBoundByMemoryLeavesACoreFree_data() { Machines(); }
     void WorkBoundByMemoryLeavesACoreFree();
     void BothPathsOfARealRuleAgree_data();
@@ -411,7 +412,6 @@ void TestYDTileRunner::PixelsGoToAllButOneOfTheCores_data() { Machines(); }
 void TestYDTileRunner::PixelsGoToAllButOneOfTheCores()
 {
     QFETCH(int, cores);
-    const Machine machine(cores);
     std::mutex mutex;
     QSet<QThread*> threads;
     NotesItsThread transformation;
@@ -420,7 +420,7 @@ void TestYDTileRunner::PixelsGoToAllButOneOfTheCores()
     YDAdjustmentJob job;
     job.image = RGBA32iImage(128, 3000);
     const RGBA32iImage before = job.image.DeepCopy();
-    YDAdjustmentProcessingTemplate<NotesItsThread> processing(nullptr, transformation);
+    YDAdjustmentProcessingTemplate<NotesItsThread> processing(nullptr, transformation, cores);
     processing.Run(job);
     QVERIFY(threads.size() <= cores - 1);
     // With one core there is no worker, and the pixels stay as they are.
@@ -431,7 +431,6 @@ void TestYDTileRunner::PixelsGoToAllButOneOfTheCores()
 void TestYDTileRunner::OnTwoCoresPixelsGoToOneTaskOfThePool()
 {
     constexpr int Runs = 500;
-    const Machine machine(2);
     std::mutex mutex;
     YDAdjustmentJob job;
     job.image = RGBA32iImage(128, 5);
@@ -441,7 +440,7 @@ void TestYDTileRunner::OnTwoCoresPixelsGoToOneTaskOfThePool()
         transformation.mutex = &mutex;
         transformation.threads = &threads;
         AwaitIdlePool();
-        YDAdjustmentProcessingTemplate<NotesItsThread> processing(nullptr, transformation);
+        YDAdjustmentProcessingTemplate<NotesItsThread> processing(nullptr, transformation, 2);
         processing.Run(job);
         QCOMPARE(threads.size(), 1);
         QVERIFY2(!threads.contains(QThread::currentThread()), qPrintable(QString::number(run)));
@@ -453,14 +452,13 @@ void TestYDTileRunner::BlendingLeavesTheCallersThreadOnlyOnManyCores_data() { Ma
 void TestYDTileRunner::BlendingLeavesTheCallersThreadOnlyOnManyCores()
 {
     QFETCH(int, cores);
-    const Machine machine(cores);
     YDAdjustmentJob job;
     job.image = TestPictures::Random(128, 200, 7);
     job.selection = RandomMask(128, 200, 8);
     job.selectionBoundingRect = QRect(0, 0, 128, 200);
     // With one core no row is transformed by the pixel path.
     const RGBA32iImage expected = cores == 1 ? job.image.DeepCopy() : Expected(job);
-    YDAdjustmentProcessingTemplate<Inversion<false>> processing(nullptr, Inversion<false>());
+    YDAdjustmentProcessingTemplate<Inversion<false>> processing(nullptr, Inversion<false>(), cores);
     const int transformed = cores == 1 ? 0 : 200;
     std::mutex mutex;
     QSet<QThread*> blending;
@@ -487,7 +485,7 @@ void TestYDTileRunner::RunFromSource(YDAdjustmentJob job)
     const RGBA32iImage before = job.image.DeepCopy();
     job.source = job.image;
     job.image = TestPictures::Random(job.source.Width(), job.source.Height(), 99); // of no matter
-    YDAdjustmentProcessingTemplate<Inversion<Vector>> processing(nullptr, Inversion<Vector>());
+    YDAdjustmentProcessingTemplate<Inversion<Vector>> processing(nullptr, Inversion<Vector>(), 2);
     QSignalSpy progress(&processing, &YDAdjustmentProcessing::ProgressChanged);
     QSignalSpy range(&processing, &YDAdjustmentProcessing::RangeChanged);
     QVERIFY(processing.Run(job).SharesPixelsWith(job.image));
@@ -522,19 +520,46 @@ void TestYDTileRunner::ASourceIsCopiedOnTheWay()
     job.selectionBoundingRect = bounds;
     job.selectionOffset = offset;
     job.image = TestPictures::Random(1200, 150, 7);
-    const Machine machine(2);
     RunFromSource<true>(job);
     job.image = TestPictures::Random(1200, 150, 7);
     RunFromSource<false>(job);
 }
 
+/// What the selection covers takes 300 MB. It is adjusted and blended all the same, and counted once.
+void TestYDTileRunner::WithoutRoomForACopyASelectionIsDoneInParts()
+{
+    constexpr int Width = 10000;
+    constexpr int Height = 7500;
+    YDAdjustmentJob job;
+    job.image = RGBA32iImage(Width, Height);
+    job.selection = RGBA32iImage(Width, Height);
+    for (const int y : {0, Height / 2 - 1, Height / 2, Height - 1})
+        std::fill_n(job.selection.Row(y), Width, YDRGBA32i(255, 255, 255, 255));
+    job.selectionBoundingRect = QRect(0, 0, Width, Height);
+    YDAdjustmentProcessingTemplate<Inversion<false>> processing(nullptr, Inversion<false>(), 2);
+    QSignalSpy range(&processing, &YDAdjustmentProcessing::RangeChanged);
+    QSignalSpy progress(&processing, &YDAdjustmentProcessing::ProgressChanged);
+    {
+        const MemoryLimit noRoomForACopy;
+        QVERIFY(RGBA32iImage::Uninitialized(Width, Height).IsEmpty());
+        processing.Run(job);
+    }
+    for (int y = 0; y < Height; ++y) {
+        const bool isSelected = job.selection.Row(y)[0].a != 0;
+        const YDRGBA32i expected = isSelected ? YDRGBA32i(255, 255, 255, 0) : YDRGBA32i(0, 0, 0, 0);
+        QCOMPARE(job.image.Row(y)[0], expected);
+        QCOMPARE(job.image.Row(y)[Width - 1], expected);
+    }
+    QCOMPARE(range, (QList<QVariantList>{{0, 2 * Height}}));
+    QCOMPARE(progress.last(), QVariantList{2 * Height});
+}
+
 void TestYDTileRunner::WorkBoundByMemoryLeavesACoreFree()
 {
     QFETCH(int, cores);
-    const Machine machine(cores);
     std::mutex mutex;
     QList<QThread*> threads; // one entry a worker
-    YDTileRunner::RunMemoryBoundTasks([&] {
+    YDTileRunner::RunMemoryBoundTasks(cores, [&] {
         const std::lock_guard<std::mutex> lock(mutex);
         threads.append(QThread::currentThread());
     });
