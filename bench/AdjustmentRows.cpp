@@ -23,7 +23,7 @@ void RestoreWork(const BenchPictures& pictures) { pictures.Restore(); }
 BenchRow RuleRow(const BenchAdjustment& adjustment, Road road)
 {
     const auto pass = [rule = adjustment.rule, road](const BenchPictures& pictures) {
-        return TimeOf([&] { rule(pictures.work, road); });
+        return TimeOf([&] { rule(pictures.work, {}, road); });
     };
     return {pass, RestoreWork};
 }
@@ -41,7 +41,10 @@ BenchRow RestrictedRuleRow(const BenchAdjustment& adjustment, qint64 target)
 BenchRow CopyAndRuleRow(const BenchAdjustment& adjustment)
 {
     return {[rule = adjustment.rule](const BenchPictures& pictures) {
-        return TimeOf([&] { rule(pictures.photograph.DeepCopy(), Road::Vector); });
+        const RGBA32iImage& source = pictures.photograph;
+        return TimeOf([&] {
+            rule(RGBA32iImage::Uninitialized(source.Width(), source.Height()), source, Road::Vector);
+        });
     }};
 }
 

@@ -73,9 +73,10 @@ BenchAdjustment::Rule WarmedLight()
 }
 
 /// The analysis of the picture included.
-void AnalysedBalance(const RGBA32iImage& image, BenchAdjustment::Road road)
+void AnalysedBalance(const RGBA32iImage& image, const RGBA32iImage& source, BenchAdjustment::Road road)
 {
-    RuleOf(KVIterativeWBTransformation(image, KVWBTransformation::Auto, 80))(image, road);
+    const RGBA32iImage& analysed = source.IsEmpty() ? image : source;
+    RuleOf(KVIterativeWBTransformation(analysed, KVWBTransformation::Auto, 80))(image, source, road);
 }
 
 BenchAdjustment::Rule EnhancedColours()
@@ -115,22 +116,22 @@ BenchAdjustment::Rule LaidOver(KVCompositionMode mode)
     Piece stamp;
     for (std::size_t x = 0; x < stamp.size(); ++x)
         stamp[x] = YDRGBA32i(QRgb(x * 2654435761u) | 0x80000000u);
-    return
-        [stamp, rule = OverlayRule(int(mode), 0.8)](const RGBA32iImage& image, BenchAdjustment::Road road) {
-            const auto source = [&stamp](int, int, int, YDRGBA32i*) { return stamp.data(); };
-            const OverlayCanvas canvas(image, {}, {}, {});
-            if (road == BenchAdjustment::Road::Vector) {
-                canvas.Lay(source, canvas.Reach(), rule);
-                return;
-            }
-            for (int y = 0; y < image.Height(); ++y)
-                for (int x = 0; x < image.Width(); ++x)
-                    rule(stamp[std::size_t(x) % stamp.size()], image.Row(y)[x]);
-        };
+    return [stamp, rule = OverlayRule(int(mode), 0.8)](const RGBA32iImage& image, const RGBA32iImage& picture,
+                                                       BenchAdjustment::Road road) {
+        const auto source = [&stamp](int, int, int, YDRGBA32i*) { return stamp.data(); };
+        const OverlayCanvas canvas(image, {}, {}, {}, nullptr, picture);
+        if (road == BenchAdjustment::Road::Vector) {
+            canvas.Lay(source, canvas.Reach(), rule);
+            return;
+        }
+        for (int y = 0; y < image.Height(); ++y)
+            for (int x = 0; x < image.Width(); ++x)
+                rule(stamp[std::size_t(x) % stamp.size()], image.Row(y)[x]);
+    };
 }
 
 /// Nine texts across the picture, from laying out the letters on.
-void WriteTexts(const RGBA32iImage& image, BenchAdjustment::Road)
+void WriteTexts(const RGBA32iImage& image, const RGBA32iImage& source, BenchAdjustment::Road)
 {
     TextOverlay overlay;
     overlay.text = QStringLiteral("Watermark");
@@ -140,7 +141,7 @@ void WriteTexts(const RGBA32iImage& image, BenchAdjustment::Road)
     overlay.opacity = 40;
     overlay.hrzTiles = 3;
     overlay.vrtTiles = 3;
-    if (!DrawText(overlay, OverlayCanvas(image, {}, {}, {})).isEmpty())
+    if (!DrawText(overlay, OverlayCanvas(image, {}, {}, {}, nullptr, source)).isEmpty())
         qFatal("there is not enough memory for a text");
 }
 

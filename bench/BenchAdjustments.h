@@ -19,10 +19,11 @@ struct BenchAdjustment
         Vector,  ///< as the library chooses: with vector instructions where there are any
         Generic, ///< pixel by pixel
     };
-    using Rule = std::function<void(const RGBA32iImage& image, Road road)>;
+    /// Over `image`, which is made from `source` before where that is not empty.
+    using Rule = std::function<void(const RGBA32iImage& image, const RGBA32iImage& source, Road road)>;
 
     std::string name;            ///< in the catalogue, unless there is no control
-    Rule rule;                   ///< runs the bare transformation over a picture, in place; null: it is none
+    Rule rule;                   ///< runs the bare transformation; null: it is none
     const char* control;         ///< object name of a control in the panel; null: the bare rule alone
     const char* property;        ///< of the control, such as "value"
     QVariant values[2];          ///< what the property is set to in turn; each asks for a new preview
@@ -49,9 +50,11 @@ template <class T>
 BenchAdjustment::Rule RuleOf(const T& transformation)
 {
     if constexpr (std::is_base_of_v<BaseTransformation, T>)
-        return [transformation](const RGBA32iImage& image, BenchAdjustment::Road road) {
+        return [transformation](const RGBA32iImage& image, const RGBA32iImage& source,
+                                BenchAdjustment::Road road) {
             YDAdjustmentJob job;
             job.image = image;
+            job.source = source;
             if (road == BenchAdjustment::Road::Vector)
                 YDAdjustmentProcessingTemplate<T>(nullptr, transformation).Run(job);
             else

@@ -106,7 +106,10 @@ void KVSelectiveColorsWidget::SetupActivation(int width, int height)
         m_gpu->BeginFilter(width, height);
 }
 
-operations::Task KVSelectiveColorsWidget::MakeTask() const { return operations::MakeProcessorTask(GetValue()); }
+operations::Task KVSelectiveColorsWidget::MakeTask() const
+{
+    return operations::MakeProcessorTask(GetValue());
+}
 
 void KVSelectiveColorsWidget::Reset()
 {

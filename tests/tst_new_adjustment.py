@@ -10,7 +10,8 @@ TREE, WORK, COMPILER = Path(sys.argv[1]), Path(sys.argv[2]), sys.argv[3:]
 
 LISTS = {"bench/BenchAdjustments.cpp", "catalog/AdjustmentCatalog.cpp", "docs/pixel-rules.md",
          "host/image/CMakeLists.txt", "operations/CMakeLists.txt", "operations/Catalog.cpp",
-         "src/CMakeLists.txt", "tests/CMakeLists.txt", "tests/catalog/tst_AdjustmentCatalog.cpp"}
+         "src/CMakeLists.txt", "tests/CMakeLists.txt", "tests/catalog/tst_AdjustmentCatalog.cpp",
+         "tests/catalog/tst_AdjustmentContracts.cpp", "tests/catalog/tst_PanelForms.cpp"}
 FILES = {"operations/SplitTone.cpp", "operations/SplitTone.h", "src/YDSplitToneWidget.cpp",
          "src/YDSplitToneWidget.h", "tests/src/tst_YDSplitToneWidget.cpp", "ui/SplitToneParamWidget.ui"}
 
