@@ -1,7 +1,6 @@
 #include "catalog/AdjustmentSession.h"
 
 #include "YDTaskWidget.h"
-#include "catalog/AdjustmentDialog.h"
 #include "gui/KVDocumentView.h"
 
 #include <QCheckBox>

@@ -1,16 +1,14 @@
 #pragma once
 
 #include "adjustmentgui_catalog_export.h"
+#include "catalog/AdjustmentDialog.h"
 #include "image/KVImage.h"
 #include "operations/Selection.h"
 
 #include <QObject>
 #include <QPointer>
 
-class AdjustmentDialog;
 class KVDocumentView;
-class YDTaskWidget;
-struct AdjustmentEntry;
 
 /// One run of an adjustment as a dialog, from its opening to OK or Cancel.
 ///
