@@ -31,6 +31,7 @@ void AdjustmentSession::ConnectWidget()
 void AdjustmentSession::Start(const RGBA32iImage& picture, const operations::Selection& mask)
 {
     m_isCurrent = false;
+    m_isMaskMissing = mask.isMissing;
     m_widget->SetupActivation(picture.Width(), picture.Height());
     m_widget->SetImage(picture, mask.mask, mask.offset, mask.bounds);
     m_widget->SetView(m_view);
@@ -120,8 +121,9 @@ void AdjustmentSession::Deliver()
 {
     const RGBA32iImage adjusted = m_widget->AdjustedImage();
     const bool isChangeMissed = std::exchange(m_isChangeMissed, false);
-    const QString why = m_widget->Problem();
-    if (m_isCurrent && !isChangeMissed && !adjusted.IsEmpty()) {
+    const QString why =
+        m_isMaskMissing ? tr("There may be too little memory for the selection.") : m_widget->Problem();
+    if (m_isCurrent && !isChangeMissed && !adjusted.IsEmpty() && !m_isMaskMissing) {
         m_state = State::Ended;
         emit Accepted(adjusted);
         HideAll();

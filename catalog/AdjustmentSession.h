@@ -30,6 +30,7 @@ public:
     bool IsOpen() const { return m_state == State::Open || m_state == State::Accepting; }
 
     /// Shows the dialog and starts the first preview. Nobody may write to the picture's pixels from now on.
+    /// OK fails where there was no memory for the mask.
     void Start(const RGBA32iImage& picture, const operations::Selection& mask);
     /// Starts a preview of settings that the widget was given without announcing them.
     void Restart();
@@ -70,6 +71,7 @@ private:
     YDTaskWidget* const m_widget;
     QPointer<KVDocumentView> m_view;
     State m_state = State::Open;
+    bool m_isMaskMissing = false;  ///< what is adjusted without it would be another part
     bool m_isCurrent = false;      ///< the widget's result is newer than the last change
     bool m_isChangeMissed = false; ///< the settings changed by themselves while OK waited
     bool m_isRetry = false;        ///< OK has computed the result anew already

@@ -1,9 +1,9 @@
-# adjustmentgui_host_library(NAME SOURCES ... LINKS ... [INTERNAL ...])
+# adjustmentgui_host_library(NAME SOURCES ... LINKS ... [PRIVATE_LINKS ...] [INTERNAL ...])
 #
 # One folder of the reference host as one shared library, host::NAME. LINKS names all that the folder may
 # know; its headers are included as "NAME/Header.h", also those that lie in a room, a folder of this one: rooms
-# are for who reads the sources, and a header may move from one to another. Those among the INTERNAL sources are not installed: they
-# need what an installation does not bring along.
+# are for who reads the sources, and a header may move from one to another. Those among the INTERNAL sources are
+# not installed: they need what an installation does not bring along.
 function(adjustmentgui_host_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;INTERNAL;LINKS;PRIVATE_LINKS" ${ARGN})
     adjustmentgui_forward_rooms(${name} ${ARG_SOURCES} ${ARG_INTERNAL})
@@ -30,7 +30,7 @@ function(adjustmentgui_host_library name)
 endfunction()
 
 # Lets a build include the headers among FILES that lie in a room of host/NAME as "NAME/Header.h", which is where
-# an installation has them.
+# an installation has them. The paths are relative, so that all work trees share what is cached.
 function(adjustmentgui_forward_rooms name)
     set(folder "${PROJECT_BINARY_DIR}/host/include/${name}")
     foreach(file IN LISTS ARGN)
@@ -38,6 +38,10 @@ function(adjustmentgui_forward_rooms name)
             continue()
         endif()
         get_filename_component(header "${file}" NAME)
+        if(header IN_LIST headers)
+            message(FATAL_ERROR "Two rooms of host/${name} have a ${header}.")
+        endif()
+        list(APPEND headers ${header})
         file(RELATIVE_PATH path "${folder}" "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
         file(CONFIGURE OUTPUT "${folder}/${header}" CONTENT "#include \"${path}\"\n")
     endforeach()

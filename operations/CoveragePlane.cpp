@@ -8,8 +8,10 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cmath>
-#include <vector>
+#include <memory>
+#include <new>
 
 namespace {
 
@@ -62,17 +64,40 @@ void BoxBlur(const quint16* from, quint16* to, int count, int lanes, int radius)
     }
 }
 
-/// Blurs `count` lines of `lanes` values, with the result in `values` again.
-void BlurLines(std::vector<quint16>& values, std::vector<quint16>& scratch, int count, int lanes,
-               const std::array<int, BoxCount>& radii)
+/// Lines that are blurred in memory of their own.
+class Lines
 {
-    for (const int radius : radii) {
-        if (radius == 0)
-            continue;
-        BoxBlur(values.data(), scratch.data(), count, lanes, radius);
-        values.swap(scratch);
+public:
+    Lines(int count, int lanes)
+        : m_count(count), m_lanes(lanes), m_values(Allocate(count, lanes)), m_scratch(Allocate(count, lanes))
+    {}
+
+    /// Whether there was memory for them.
+    bool IsValid() const { return m_values && m_scratch; }
+    quint16* Values() const { return m_values.get(); }
+
+    void Blur(const std::array<int, BoxCount>& radii)
+    {
+        for (const int radius : radii) {
+            if (radius == 0)
+                continue;
+            BoxBlur(m_values.get(), m_scratch.get(), m_count, m_lanes, radius);
+            m_values.swap(m_scratch);
+        }
     }
-}
+
+private:
+    using Array = std::unique_ptr<quint16[]>;
+    static Array Allocate(int count, int lanes)
+    {
+        return Array(new (std::nothrow) quint16[std::size_t(count) * std::size_t(lanes)]);
+    }
+
+    int m_count;
+    int m_lanes;
+    Array m_values;
+    Array m_scratch;
+};
 
 /// A path that shares no data with `path`: painting writes to what copies share.
 QPainterPath OwnCopy(const QPainterPath& path)
@@ -91,13 +116,18 @@ CoveragePlane::CoveragePlane(const QRect& area) : m_area(area)
     m_values = std::static_pointer_cast<quint16>(PixelBuffer::Allocate(bytes, PixelBuffer::Content::Zeroed));
 }
 
-void CoveragePlane::Draw(const QPainterPath& shape)
+bool CoveragePlane::Draw(const QPainterPath& shape)
 {
-    ForEachRowBand(0, m_area.height(), TileHeight, nullptr, [this, &shape](int first, int last) {
+    std::atomic<bool> isMemoryShort{false};
+    return ForEachRowBand(0, m_area.height(), TileHeight, &isMemoryShort, [&](int first, int last) {
         const QPainterPath path = OwnCopy(shape);
         for (int left = 0; left < m_area.width(); left += TileWidth) {
             const int width = std::min(TileWidth, m_area.width() - left);
             QImage tile(width, last - first, QImage::Format_ARGB32_Premultiplied);
+            if (tile.isNull()) {
+                isMemoryShort = true;
+                return;
+            }
             tile.fill(Qt::transparent);
             QPainter painter(&tile);
             painter.setRenderHint(QPainter::Antialiasing);
@@ -113,31 +143,38 @@ void CoveragePlane::Draw(const QPainterPath& shape)
     });
 }
 
-void CoveragePlane::Blur(double sigma)
+bool CoveragePlane::Blur(double sigma)
 {
+    std::atomic<bool> isMemoryShort{false};
     const std::array<int, BoxCount> radii = BoxRadii(sigma);
     const int width = m_area.width();
     const int height = m_area.height();
-    ForEachRowBand(0, height, RowsPerBand, nullptr, [&](int first, int last) {
-        std::vector<quint16> values;
-        std::vector<quint16> scratch(std::size_t(width), 0);
-        for (int y = first; y < last; ++y) {
-            values.assign(Row(y), Row(y) + width);
-            BlurLines(values, scratch, width, 1, radii);
-            std::copy(values.begin(), values.end(), Row(y));
-        }
-    });
+    const bool isBlurredAcross =
+        ForEachRowBand(0, height, RowsPerBand, &isMemoryShort, [&](int first, int last) {
+            Lines lines(width, 1);
+            isMemoryShort = isMemoryShort || !lines.IsValid();
+            for (int y = first; y < last && !isMemoryShort; ++y) {
+                std::copy_n(Row(y), width, lines.Values());
+                lines.Blur(radii);
+                std::copy_n(lines.Values(), width, Row(y));
+            }
+        });
+    if (!isBlurredAcross)
+        return false;
     const int strips = (width + ColumnsPerStrip - 1) / ColumnsPerStrip;
-    ForEachRowBand(0, strips, 1, nullptr, [&](int first, int) {
+    return ForEachRowBand(0, strips, 1, &isMemoryShort, [&](int first, int) {
         const int left = first * ColumnsPerStrip;
         const int lanes = std::min(ColumnsPerStrip, width - left);
-        std::vector<quint16> values(std::size_t(height) * std::size_t(lanes));
-        std::vector<quint16> scratch(values.size());
+        Lines lines(height, lanes);
+        if (!lines.IsValid()) {
+            isMemoryShort = true;
+            return;
+        }
         for (int y = 0; y < height; ++y)
-            std::copy_n(Row(y) + left, lanes, values.data() + qsizetype(y) * lanes);
-        BlurLines(values, scratch, height, lanes, radii);
+            std::copy_n(Row(y) + left, lanes, lines.Values() + qsizetype(y) * lanes);
+        lines.Blur(radii);
         for (int y = 0; y < height; ++y)
-            std::copy_n(values.data() + qsizetype(y) * lanes, lanes, Row(y) + left);
+            std::copy_n(lines.Values() + qsizetype(y) * lanes, lanes, Row(y) + left);
     });
 }
 

@@ -20,13 +20,14 @@ public:
     QRect Area() const { return m_area; }
     quint16* Row(int index) const { return m_values.get() + qsizetype(index) * m_area.width(); }
 
-    /// Covers what `shape`, in coordinates of the picture, covers, with antialiased edges.
-    void Draw(const QPainterPath& shape);
+    /// Covers what `shape`, in coordinates of the picture, covers, with antialiased edges. False, and the
+    /// plane holds anything, where there is no memory for that; the same holds for Blur().
+    [[nodiscard]] bool Draw(const QPainterPath& shape);
 
     /// Blurs with a good approximation of a Gaussian: three boxes of nearly one width.
     /// Source: P. Kovesi, "Fast Almost-Gaussian Filtering", DICTA 2010. What lies beyond the area counts as
     /// its border goes on.
-    void Blur(double sigma);
+    [[nodiscard]] bool Blur(double sigma);
 
     /// The smallest part, in coordinates of the picture, that holds every covered pixel; empty if none is.
     QRect CoveredArea() const;

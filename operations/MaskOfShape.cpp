@@ -49,11 +49,8 @@ operations::Selection operations::MaskOfShape(const QPainterPath& shape, int fea
     if (reachable.isEmpty())
         return Selection::Of(RGBA32iImage(), QPoint());
     CoveragePlane plane(reachable);
-    if (!plane.IsValid())
+    if (!plane.IsValid() || !plane.Draw(shape) || (sigma > 0 && !plane.Blur(sigma)))
         return Selection::Missing();
-    plane.Draw(shape);
-    if (sigma > 0)
-        plane.Blur(sigma);
     const QRect covered = plane.CoveredArea();
     const RGBA32iImage mask = CoverageImage(plane, covered);
     return mask.IsEmpty() && !covered.isEmpty() ? Selection::Missing()

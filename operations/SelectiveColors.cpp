@@ -35,8 +35,8 @@ bool ReachesPicture(const YDAdjustmentJob& job)
     return job.selectionBoundingRect.isEmpty() || MaskPart::Of(job).pixels;
 }
 
-/// Where a device has the job done. Where it has not, the image holds anything and the source, which may be
-/// new, what it is to be made from.
+/// Whether a device has done the job. Where none has, the job is as it was, or has a source that its image is
+/// to be made from.
 bool AdjustOnDevice(YDAdjustmentJob& job, const SelectiveParamsList& settings)
 {
     if (job.image.IsEmpty() || !ReachesPicture(job))

@@ -37,7 +37,9 @@ struct ADJUSTMENTGUI_OPERATIONS_EXPORT SelectiveColors
 };
 
 /// By a device beside the processor where one is to be used (ChosenGpuUse()) and no other task has it, else
-/// by the processor: the same bytes. Until the first run nothing is looked for.
+/// by the processor: the same bytes. Until the first run nothing is looked for. A picture that is adjusted in
+/// place is copied for the device; a device that hangs holds the run up, and `ADJUSTMENTGUI_GPU=off` does
+/// without.
 [[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task MakeTask(const SelectiveColors& settings);
 
 /// By the processor alone. Ranges missing from a short list count as 0, surplus ones are not taken.

@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <optional>
 
 namespace {
 
@@ -77,10 +76,9 @@ ChannelHistograms Mapped(const ChannelHistograms& counts, const ChannelTablesTra
     return mapped;
 }
 
-/// Of what `rule`, if any, makes of the picture; nothing when it was aborted. Its progress is that of a pass
+/// Of what `rule`, if any, makes of the picture; empty when it was aborted. Its progress is that of a pass
 /// over it.
-std::optional<ChannelHistograms> CountsOf(const YDAdjustmentJob& job, const RulePass& pass,
-                                          const RulePass::Rule& rule = {})
+ChannelHistograms CountsOf(const YDAdjustmentJob& job, const RulePass& pass, const RulePass::Rule& rule = {})
 {
     YDAdjustmentProcessing counting;
     operations::TellProgress(counting, job);
@@ -90,7 +88,7 @@ std::optional<ChannelHistograms> CountsOf(const YDAdjustmentJob& job, const Rule
             counting.IncrementProgress();
     };
     const QRect whole(0, 0, job.image.Width(), job.image.Height());
-    return ChannelHistograms::Of(job.Pixels(), whole, job.abort, onRow, rule);
+    return ChannelHistograms::Of(job.Pixels(), whole, job.abort, onRow, rule).value_or(ChannelHistograms());
 }
 
 /// Of YDBlend::YDSourceOver, for the strength of the advanced correction.
@@ -101,38 +99,37 @@ YDBlend::YDSourceOver<0> MixOf(const WhiteBalance& settings)
 }
 
 /// Every step maps each channel by itself, so they are done to one pixel of each level, and to the picture at
-/// once. The progress is that of two passes all the same: the pixels are counted, and then mapped. False when
-/// it was aborted before it came to the picture.
-bool EnhanceWhole(const YDAdjustmentJob& job, const KVIterativeWBTransformation& balance,
+/// once. The progress is that of two passes all the same: the pixels are counted, and then mapped.
+void EnhanceWhole(const YDAdjustmentJob& job, const KVIterativeWBTransformation& balance,
                   const YDBlend::YDSourceOver<0>& mix)
 {
-    const std::optional<ChannelHistograms> counts = CountsOf(job, PassOver(job));
-    if (!counts)
-        return false;
+    const ChannelHistograms counts = CountsOf(job, PassOver(job));
     auto enhanced = ChannelTablesTransformation::IdentityRamp();
     const auto levels = int(enhanced.size());
     balance.ProcessRow(enhanced.data(), levels);
-    AutomaticLevels(Mapped(*counts, enhanced)).ProcessRow(enhanced.data(), levels);
+    AutomaticLevels(Mapped(counts, enhanced)).ProcessRow(enhanced.data(), levels);
     auto mixed = ChannelTablesTransformation::IdentityRamp();
     mix.ProcessRow(enhanced.data(), mixed.data(), levels);
     RunTransformation(job, ChannelTablesTransformation(mixed));
-    return true;
 }
 
 /// Between the steps pixels are blended through the mask, so each takes the pixels as the one before it left
 /// them. What is counted of the first step is done again in the second pass: that costs less than to keep a
-/// picture of it. False when it was aborted before it came to the picture.
-bool EnhanceSelected(const YDAdjustmentJob& job, const KVIterativeWBTransformation& balance,
+/// picture of it.
+void EnhanceSelected(const YDAdjustmentJob& job, const KVIterativeWBTransformation& balance,
                      const YDBlend::YDSourceOver<0>& mix)
 {
+    if (!YDTileRunner::HasWorkers()) {
+        if (!job.source.IsEmpty())
+            job.image.CopyFrom(job.source, job.abort);
+        return;
+    }
     const RulePass pass = PassOver(job);
     const RulePass::Rule balanceRule = RulePass::RuleOf(balance);
-    const auto counts = CountsOf(job, pass, [&](YDRGBA32i* pixels, int x, int y, int count) {
+    const ChannelHistograms counts = CountsOf(job, pass, [&](YDRGBA32i* pixels, int x, int y, int count) {
         pass.Adjust(pixels, x, y, count, balanceRule);
     });
-    if (!counts)
-        return false;
-    const YDIterativeLevelsTransformation levels = AutomaticLevels(*counts);
+    const YDIterativeLevelsTransformation levels = AutomaticLevels(counts);
     const RulePass::Rule levelsRule = RulePass::RuleOf(levels);
     const auto enhance = [&](YDRGBA32i* pixels, int x, int y, int count) {
         RulePass::Piece enhanced;
@@ -145,16 +142,15 @@ bool EnhanceSelected(const YDAdjustmentJob& job, const KVIterativeWBTransformati
     operations::TellProgress(enhancing, job);
     enhancing.SetRange(pass.Steps());
     pass.Run(enhance, job.abort, [&enhancing] { enhancing.IncrementProgress(); });
-    return true;
 }
 
 /// The balance at full strength and the automatic levels, laid over the untouched picture as far as the
-/// strength says. False when it was aborted before it came to the picture.
-bool Enhance(const YDAdjustmentJob& job, const WhiteBalance& settings)
+/// strength says. When it is aborted, each pass still begins, and ends at once.
+void Enhance(const YDAdjustmentJob& job, const WhiteBalance& settings)
 {
     const KVIterativeWBTransformation balance(job.Pixels(), KVWBTransformation::Auto, FullStrength);
     const auto enhance = job.selectionBoundingRect.isEmpty() ? EnhanceWhole : EnhanceSelected;
-    return enhance(job, balance, MixOf(settings));
+    enhance(job, balance, MixOf(settings));
 }
 
 /// The advanced correction works in automatic mode only.
@@ -166,8 +162,7 @@ bool IsEnhanced(const WhiteBalance& settings)
 operations::Outcome Run(const YDAdjustmentJob& job, const WhiteBalance& settings)
 {
     if (IsEnhanced(settings)) {
-        if (!Enhance(job, settings))
-            return job.image;
+        Enhance(job, settings);
     } else {
         RunTransformation(job, KVIterativeWBTransformation(job.Pixels(),
                                                            KVWBTransformation::BalanceFunction(settings.mode),

@@ -267,7 +267,8 @@ void YDAdjustmentWidget::OnProcessingFinished()
     HideProgress();
     const QPointer<YDAdjustmentWidget> self(this);
     emit ProgressRangeChanged(0, 100);
-    emit ProgressValueChanged(100);
+    if (self)
+        emit ProgressValueChanged(100);
     if (self && DataChangedFlag())
         StartProcessing();
 }
@@ -280,7 +281,7 @@ void YDAdjustmentWidget::OnProgressRangeChanged(int minimum, int maximum)
 
 void YDAdjustmentWidget::OnProgressValueChanged(int value) { m_progressValue = value; }
 
-/// Tells the running job, once, to stop without a result. Another follows in OnProcessingFinished().
+/// Tells the running job, once, to stop without a result. Another may follow in OnProcessingFinished().
 void YDAdjustmentWidget::AbortRunningJob()
 {
     if (m_job.Abort())

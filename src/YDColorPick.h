@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 /// The average colour of a part of a picture, computed in the background, one at a time.
 ///

@@ -19,7 +19,10 @@ template <class Dialog = KVColorDialog, class Act>
 void InTheDialog(Act act)
 {
     QTimer::singleShot(0, qApp, [act] {
-        auto* const dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+        QWidget* const modal = QApplication::activeModalWidget();
+        auto* const dialog = qobject_cast<Dialog*>(modal);
+        if (!dialog && modal)
+            modal->close();
         QVERIFY2(dialog, "no dialog of its kind opened");
         const QPointer<Dialog> open(dialog);
         act(*dialog);

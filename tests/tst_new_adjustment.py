@@ -17,7 +17,8 @@ FILES = {"operations/SplitTone.cpp", "operations/SplitTone.h", "src/YDSplitToneW
 
 
 def git(*arguments):
-    done = subprocess.run(["git", "-c", "user.name=test", "-c", "user.email=test@localhost", *arguments],
+    done = subprocess.run(["git", "-c", "user.name=test", "-c", "user.email=test@localhost", "-c", "commit.gpgsign=false",
+                           "-c", "core.hooksPath=/dev/null", *arguments],
                           cwd=WORK, check=True, capture_output=True, text=True)
     return done.stdout
 

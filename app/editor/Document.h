@@ -68,7 +68,8 @@ public:
     void SetFeather(int pixels);
 
     /// Calls `use` with the selection's mask once it is computed, at once where it is already. The mask is
-    /// the one of the last call's selection; `use` is dropped if `context` is destroyed before.
+    /// the one of the last call's selection; `use` is dropped if `context` is destroyed before. Where there
+    /// is no memory for the mask it is missing, and computed anew for the next who asks.
     void WithMask(QObject* context, std::function<void(const operations::Selection&)> use);
 
 signals:

@@ -15,6 +15,7 @@ SharedDevice::Turn::Turn(SharedDevice& device)
 bool SharedDevice::Turn::Adjust(const SelectiveColorsJob& job, const RGBA32iImage& result,
                                 const std::atomic<bool>& abort)
 {
+    Q_ASSERT(*this);
     SelectiveColorsJob alone = job;
     alone.isBorrowed = true;
     return m_device->Adjust(alone, result, abort);

@@ -17,7 +17,7 @@ public:
         /// Whether the device is had at all.
         explicit operator bool() const { return m_lock.owns_lock(); }
 
-        /// As GuardedDevice::Adjust() has it; keeps no picture for later.
+        /// As GuardedDevice::Adjust() has it; keeps no picture for later. Only where the device is had.
         [[nodiscard]] bool Adjust(const SelectiveColorsJob& job, const RGBA32iImage& result,
                                   const std::atomic<bool>& abort);
 

@@ -105,7 +105,8 @@ QString DrawText(const TextOverlay& overlay, const OverlayCanvas& canvas)
         return canvas.Leave();
     const Places columns = Middles(overlay.hrzTiles, area.left(), area.width());
     const Places rows = Middles(overlay.vrtTiles, area.top(), area.height());
-    const TextCoverage text(outline, overlay.angle, Window(reach, columns, rows));
+    // Not of what can change alone: where a painter's edges lie moves what it covers by a level or two.
+    const TextCoverage text(outline, overlay.angle, Window(area, columns, rows));
     if (text.isOutOfMemory)
         return canvas.Leave(
             QCoreApplication::translate("DrawText", "there is not enough memory for the text"));

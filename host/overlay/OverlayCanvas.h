@@ -40,7 +40,8 @@ public:
     using Source = std::function<const YDRGBA32i*(int x, int y, int count, YDRGBA32i buffer[PiecePixels])>;
 
     /// Lays an overlay onto the part of `area` that can change, on all cores, and blends the result through
-    /// the selection as YDBlend::YDSourceBySelection does.
+    /// the selection as YDBlend::YDSourceBySelection does. Once: where the picture is made from a source,
+    /// that is copied along.
     void Lay(const Source& source, const QRect& area, const OverlayRule& rule) const;
 
     /// Lays nothing. Returns `why`, for people.

@@ -34,11 +34,12 @@ public:
     /// Whether a job runs, told to stop or not.
     bool IsRunning() const { return m_watcher != nullptr; }
 
-    /// The abort flag of all jobs; Abort() sets it, and the next job that begins clears it.
+    /// The abort flag of all jobs; Abort() sets it, and the next job that begins clears it. Set by others it
+    /// stops the job, whose result still arrives.
     std::atomic<bool>& AbortFlag() { return *m_abort; }
 
 signals:
-    /// A result of the running job. Who hears it may destroy this object.
+    /// A result of the running job, which reports one at a time. Who hears it may destroy this object.
     void ResultReadyAt(int index);
 
     /// A job has ended and none follows. Who hears it may request one, and may destroy this object.
@@ -74,8 +75,8 @@ class LatestJob : public LatestJobBase
 {
 public:
     using Watcher = QFutureWatcher<Result>;
-    /// Runs on the global thread pool, and returns soon after `abort` is set: whatever it returns then is
-    /// dropped.
+    /// Runs on the global thread pool, and had better return soon after `abort` is set: whatever it returns
+    /// then is dropped, and the next job waits for that.
     using Work = std::function<Result(const std::atomic<bool>& abort)>;
 
     /// `makeWork` returns a job's work as it begins; none where there is nothing to do.

@@ -31,6 +31,8 @@ YDTileRunner::YDTileRunner(const std::atomic<bool>* abort, int cores)
 
 int YDTileRunner::CoresOfMachine() { return static_cast<int>(std::thread::hardware_concurrency()); }
 
+bool YDTileRunner::HasWorkers() { return GetVectorRoutine() || CoresOfMachine() > 1; }
+
 RGBA32iImage YDTileRunner::Run(const YDAdjustmentJob& job)
 {
     if (GetVectorRoutine() && Transformation().AllowsVectorProcessing())

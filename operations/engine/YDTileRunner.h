@@ -60,6 +60,10 @@ public:
     /// 0 where the system does not tell.
     static int CoresOfMachine();
 
+    /// Whether a run works on any row at all: without vector kernels it leaves one core alone, and a machine
+    /// may have no other.
+    static bool HasWorkers();
+
 protected:
     /// `abort` may be null (never aborted) and must outlive the runner.
     YDTileRunner(const std::atomic<bool>* abort, int cores);

@@ -233,7 +233,9 @@ void TestMaskOfShape::AMaskThatMemoryHasNoRoomForIsMissing()
     const operations::Selection mask = operations::MaskOfShape(Rectangle({0, 0, 30000, 20000}), 0, giant);
     QVERIFY(mask.isMissing);
     QVERIFY2(!mask.SelectsAll(), "who does not ask adjusts nothing");
+    QVERIFY(operations::MaskOfShape(Rectangle({0, 0, 30000, 20000}), 20, giant).isMissing);
     QVERIFY(!operations::MaskOfShape(Rectangle({10, 20, 30, 40}), 0, giant).isMissing);
+    QVERIFY(!operations::MaskOfShape(Rectangle({10, 20, 30, 40}), 5, giant).isMissing);
 }
 
 QTEST_MAIN(TestMaskOfShape)

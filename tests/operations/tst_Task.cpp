@@ -40,6 +40,7 @@ private slots:
     void AnAbortedTaskGivesNoComplaint();
     void AnAbortedTaskInASelectionGivesNoComplaint();
     void ProgressIsToldToTheEnd();
+    void AnAbortedCorrectionStillBeginsEachPass();
     void ATintWithoutARuleHasNoPicture();
     void TooLittleMemoryIsToldBeforeAnythingIsDone_data();
     void TooLittleMemoryIsToldBeforeAnythingIsDone();
@@ -148,6 +149,22 @@ void TestTask::ProgressIsToldToTheEnd()
     QCOMPARE(values.last(), QList<QVariant>{700});
 }
 
+void TestTask::AnAbortedCorrectionStillBeginsEachPass()
+{
+    operations::WhiteBalance balance;
+    balance.enhanced = true;
+    balance.useTemperature = true;
+    const std::atomic<bool> abort{true};
+    const RGBA32iImage mask = TestPictures::Grey(30, 40, 255);
+    for (const operations::Selection& selection :
+         {operations::Selection(), operations::Selection::Of(mask, QPoint(0, 0))}) {
+        operations::TaskProgress progress;
+        QSignalSpy ranges(&progress, &operations::TaskProgress::RangeChanged);
+        (void)MakeTask(balance).Apply(TestPictures::Noise(30, 40), selection, {&abort, &progress});
+        QCOMPARE(ranges.size(), 3);
+    }
+}
+
 void TestTask::ATintWithoutARuleHasNoPicture()
 {
     operations::Tint tint;
@@ -162,6 +179,7 @@ void TestTask::TooLittleMemoryIsToldBeforeAnythingIsDone_data()
     QTest::addColumn<Task::Copying>("copying");
     QTest::newRow("copied before") << Task::Copying::Before;
     QTest::newRow("copied in the first pass") << Task::Copying::InFirstPass;
+    QTest::newRow("copied by the task") << Task::Copying::InTask;
 }
 
 void TestTask::TooLittleMemoryIsToldBeforeAnythingIsDone()

@@ -105,6 +105,7 @@ private slots:
     void DecoratesTheLetters();
     void TransparentPicturesBecomeAsOpaqueAsTheText();
     void IsBlendedThroughTheSelection();
+    void AWhiteMaskShowsTheSameText();
     void WhatDrawsNothingLeavesThePicture_data();
     void WhatDrawsNothingLeavesThePicture();
     void OddValuesAreHarmless_data();
@@ -376,6 +377,25 @@ void TestDrawText::IsBlendedThroughTheSelection()
                 YDBlend::YDSourceBySelection()(whole.Row(y)[x], expected, mask.Row(y - 80)[x - 70]);
             QCOMPARE(QRgb(picture.Row(y)[x]), QRgb(expected));
         }
+}
+
+/// Letters are not cut where the selection ends before they are painted, which would soften other edges.
+void TestDrawText::AWhiteMaskShowsTheSameText()
+{
+    TextOverlay overlay = Overlay(QStringLiteral("Watermark Xyg"), 45);
+    overlay.hrzTiles = 2;
+    overlay.vrtTiles = 2;
+    const QSize size(261, 145);
+    const QRect selected(91, 19, 63, 37);
+    const RGBA32iImage whole = Drawn(overlay, size);
+    const RGBA32iImage part = TestPictures::Grey(size.width(), size.height(), 0);
+    const RGBA32iImage mask = TestPictures::Grey(selected.width(), selected.height(), 255);
+    QCOMPARE(DrawText(overlay,
+                      OverlayCanvas(part, mask, selected.topLeft(), QRect(QPoint(0, 0), selected.size()))),
+             QString());
+    for (int y = selected.top(); y <= selected.bottom(); ++y)
+        for (int x = selected.left(); x <= selected.right(); ++x)
+            QCOMPARE(part.Row(y)[x], whole.Row(y)[x]);
 }
 
 void TestDrawText::WhatDrawsNothingLeavesThePicture_data()
