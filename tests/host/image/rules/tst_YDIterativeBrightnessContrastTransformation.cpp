@@ -1,20 +1,15 @@
+#include "RuleKit.h"
 #include "image/YDIterativeBrightnessContrastTransformation.h"
 
 #include <QTest>
 
-#include <array>
 #include <limits>
 
 namespace {
 
-/// The rule for one level, by the pixel form.
 quint8 Level(int brightness, int contrast, quint8 level)
 {
-    YDRGBA32i pixel(level, level, level, 17);
-    YDIterativeBrightnessContrastTransformation rule(brightness, contrast);
-    rule.SetProcessingBuffer(&pixel);
-    rule.ProcessPixel(0);
-    return pixel.g;
+    return RuleKit::LevelOf(YDIterativeBrightnessContrastTransformation(brightness, contrast), level);
 }
 
 } // namespace
@@ -72,11 +67,7 @@ void TestYDIterativeBrightnessContrastTransformation::NeutralSettingsAreTheIdent
 
 void TestYDIterativeBrightnessContrastTransformation::AlphaIsCarriedThrough()
 {
-    YDRGBA32i pixel(10, 20, 30, 40);
-    YDIterativeBrightnessContrastTransformation rule(50, -50);
-    rule.SetProcessingBuffer(&pixel);
-    rule.ProcessPixel(0);
-    QCOMPARE(int(pixel.a), 40);
+    RuleKit::CheckThatAlphaStays(YDIterativeBrightnessContrastTransformation(50, -50));
 }
 
 void TestYDIterativeBrightnessContrastTransformation::LevelsRiseWithTheirInput()
@@ -98,16 +89,7 @@ void TestYDIterativeBrightnessContrastTransformation::SettingsOutsideCountAsTheN
 
 void TestYDIterativeBrightnessContrastTransformation::RowsEqualPixels()
 {
-    std::array<YDRGBA32i, 256> row;
-    for (int v = 0; v < 256; ++v)
-        row[std::size_t(v)] = YDRGBA32i(quint8(v), quint8(255 - v), quint8(v / 2), quint8(v));
-    std::array<YDRGBA32i, 256> pixels = row;
-    YDIterativeBrightnessContrastTransformation rule(-20, 60);
-    rule.ProcessRow(row.data(), int(row.size()));
-    rule.SetProcessingBuffer(pixels.data());
-    for (qsizetype i = 0; i < qsizetype(pixels.size()); ++i)
-        rule.ProcessPixel(i);
-    QVERIFY(row == pixels);
+    RuleKit::CheckThatRowsEqualPixels(YDIterativeBrightnessContrastTransformation(-20, 60));
 }
 
 QTEST_APPLESS_MAIN(TestYDIterativeBrightnessContrastTransformation)

@@ -1,21 +1,15 @@
+#include "RuleKit.h"
 #include "image/YDIterativeExposureTransformation.h"
 
 #include <QTest>
 
-#include <array>
-#include <cmath>
 #include <limits>
 
 namespace {
 
-/// The rule for one level, by the pixel form.
 quint8 Level(double exposure, double offset, quint8 level)
 {
-    YDRGBA32i pixel(level, level, level, 17);
-    YDIterativeExposureTransformation rule(exposure, offset);
-    rule.SetProcessingBuffer(&pixel);
-    rule.ProcessPixel(0);
-    return pixel.g;
+    return RuleKit::LevelOf(YDIterativeExposureTransformation(exposure, offset), level);
 }
 
 } // namespace
@@ -77,12 +71,7 @@ void TestYDIterativeExposureTransformation::NeutralSettingsAreTheIdentity()
 
 void TestYDIterativeExposureTransformation::AlphaIsCarriedThrough()
 {
-    YDRGBA32i pixel(10, 120, 230, 40);
-    YDIterativeExposureTransformation rule(0.7, -0.03);
-    rule.SetProcessingBuffer(&pixel);
-    rule.ProcessPixel(0);
-    QCOMPARE(int(pixel.a), 40);
-    QVERIFY(pixel != YDRGBA32i(10, 120, 230, 40));
+    RuleKit::CheckThatAlphaStays(YDIterativeExposureTransformation(0.7, -0.03));
 }
 
 void TestYDIterativeExposureTransformation::LevelsRiseWithTheirInput()
@@ -119,16 +108,7 @@ void TestYDIterativeExposureTransformation::WhatIsNotANumberIsNeutral()
 
 void TestYDIterativeExposureTransformation::RowsEqualPixels()
 {
-    std::array<YDRGBA32i, 256> row;
-    for (int v = 0; v < 256; ++v)
-        row[std::size_t(v)] = YDRGBA32i(quint8(v), quint8(255 - v), quint8(v / 2), quint8(v));
-    std::array<YDRGBA32i, 256> pixels = row;
-    YDIterativeExposureTransformation rule(0.7, -0.03);
-    rule.ProcessRow(row.data(), int(row.size()));
-    rule.SetProcessingBuffer(pixels.data());
-    for (qsizetype i = 0; i < qsizetype(pixels.size()); ++i)
-        rule.ProcessPixel(i);
-    QVERIFY(row == pixels);
+    RuleKit::CheckThatRowsEqualPixels(YDIterativeExposureTransformation(0.7, -0.03));
 }
 
 QTEST_APPLESS_MAIN(TestYDIterativeExposureTransformation)

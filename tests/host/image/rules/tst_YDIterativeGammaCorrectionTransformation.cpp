@@ -1,21 +1,15 @@
+#include "RuleKit.h"
 #include "image/YDIterativeGammaCorrectionTransformation.h"
 
 #include <QTest>
 
-#include <array>
-#include <cmath>
 #include <limits>
 
 namespace {
 
-/// The rule for one level, by the pixel form.
 quint8 Level(double gamma, quint8 level)
 {
-    YDRGBA32i pixel(level, level, level, 17);
-    YDIterativeGammaCorrectionTransformation rule(gamma);
-    rule.SetProcessingBuffer(&pixel);
-    rule.ProcessPixel(0);
-    return pixel.g;
+    return RuleKit::LevelOf(YDIterativeGammaCorrectionTransformation(gamma), level);
 }
 
 } // namespace
@@ -69,12 +63,7 @@ void TestYDIterativeGammaCorrectionTransformation::NeutralSettingsAreTheIdentity
 
 void TestYDIterativeGammaCorrectionTransformation::AlphaIsCarriedThrough()
 {
-    YDRGBA32i pixel(10, 120, 230, 40);
-    YDIterativeGammaCorrectionTransformation rule(1.7);
-    rule.SetProcessingBuffer(&pixel);
-    rule.ProcessPixel(0);
-    QCOMPARE(int(pixel.a), 40);
-    QVERIFY(pixel != YDRGBA32i(10, 120, 230, 40));
+    RuleKit::CheckThatAlphaStays(YDIterativeGammaCorrectionTransformation(1.7));
 }
 
 void TestYDIterativeGammaCorrectionTransformation::LevelsRiseWithTheirInput()
@@ -103,16 +92,7 @@ void TestYDIterativeGammaCorrectionTransformation::WhatIsNotANumberIsNeutral()
 
 void TestYDIterativeGammaCorrectionTransformation::RowsEqualPixels()
 {
-    std::array<YDRGBA32i, 256> row;
-    for (int v = 0; v < 256; ++v)
-        row[std::size_t(v)] = YDRGBA32i(quint8(v), quint8(255 - v), quint8(v / 2), quint8(v));
-    std::array<YDRGBA32i, 256> pixels = row;
-    YDIterativeGammaCorrectionTransformation rule(1.7);
-    rule.ProcessRow(row.data(), int(row.size()));
-    rule.SetProcessingBuffer(pixels.data());
-    for (qsizetype i = 0; i < qsizetype(pixels.size()); ++i)
-        rule.ProcessPixel(i);
-    QVERIFY(row == pixels);
+    RuleKit::CheckThatRowsEqualPixels(YDIterativeGammaCorrectionTransformation(1.7));
 }
 
 QTEST_APPLESS_MAIN(TestYDIterativeGammaCorrectionTransformation)

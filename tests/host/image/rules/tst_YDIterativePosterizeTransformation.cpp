@@ -1,3 +1,4 @@
+#include "RuleKit.h"
 #include "image/YDIterativePosterizeTransformation.h"
 
 #include <QTest>
@@ -8,14 +9,9 @@
 
 namespace {
 
-/// The rule for one level, by the pixel form.
 quint8 Level(int levels, quint8 level)
 {
-    YDRGBA32i pixel(level, level, level, 17);
-    YDIterativePosterizeTransformation rule(levels);
-    rule.SetProcessingBuffer(&pixel);
-    rule.ProcessPixel(0);
-    return pixel.g;
+    return RuleKit::LevelOf(YDIterativePosterizeTransformation(levels), level);
 }
 
 } // namespace
@@ -74,12 +70,7 @@ void TestYDIterativePosterizeTransformation::NeutralSettingsAreTheIdentity()
 
 void TestYDIterativePosterizeTransformation::AlphaIsCarriedThrough()
 {
-    YDRGBA32i pixel(10, 120, 230, 40);
-    YDIterativePosterizeTransformation rule(5);
-    rule.SetProcessingBuffer(&pixel);
-    rule.ProcessPixel(0);
-    QCOMPARE(int(pixel.a), 40);
-    QVERIFY(pixel != YDRGBA32i(10, 120, 230, 40));
+    RuleKit::CheckThatAlphaStays(YDIterativePosterizeTransformation(5));
 }
 
 void TestYDIterativePosterizeTransformation::LevelsRiseWithTheirInput()
@@ -112,16 +103,7 @@ void TestYDIterativePosterizeTransformation::ThereAreAsManyLevelsAsAskedFor()
 
 void TestYDIterativePosterizeTransformation::RowsEqualPixels()
 {
-    std::array<YDRGBA32i, 256> row;
-    for (int v = 0; v < 256; ++v)
-        row[std::size_t(v)] = YDRGBA32i(quint8(v), quint8(255 - v), quint8(v / 2), quint8(v));
-    std::array<YDRGBA32i, 256> pixels = row;
-    YDIterativePosterizeTransformation rule(5);
-    rule.ProcessRow(row.data(), int(row.size()));
-    rule.SetProcessingBuffer(pixels.data());
-    for (qsizetype i = 0; i < qsizetype(pixels.size()); ++i)
-        rule.ProcessPixel(i);
-    QVERIFY(row == pixels);
+    RuleKit::CheckThatRowsEqualPixels(YDIterativePosterizeTransformation(5));
 }
 
 QTEST_APPLESS_MAIN(TestYDIterativePosterizeTransformation)
