@@ -37,11 +37,11 @@ bool ReachesPicture(const YDAdjustmentJob& job)
 
 /// Whether a device has done the job. Where none has, the job is as it was, or has a source that its image is
 /// to be made from.
-bool AdjustOnDevice(YDAdjustmentJob& job, const SelectiveParamsList& settings)
+bool AdjustOnDevice(SharedDevice* shared, YDAdjustmentJob& job, const SelectiveParamsList& settings)
 {
-    if (job.image.IsEmpty() || !ReachesPicture(job))
+    if (!shared || job.image.IsEmpty() || !ReachesPicture(job))
         return false;
-    SharedDevice::Turn device = SharedDevice::TakeOfProcess();
+    SharedDevice::Turn device = shared->Take();
     if (!device)
         return false;
     if (job.source.IsEmpty())
@@ -55,6 +55,19 @@ bool AdjustOnDevice(YDAdjustmentJob& job, const SelectiveParamsList& settings)
         emit job.progress->ValueChanged(1);
     }
     return isDone;
+}
+
+/// `findDevice` is asked by each run.
+template <class FindDevice>
+operations::Task TaskOn(const FindDevice& findDevice, const SelectiveColors& settings)
+{
+    return operations::Task(
+        [findDevice, list = settings.List()](YDAdjustmentJob job) {
+            return AdjustOnDevice(findDevice(), job, list)
+                       ? job.image
+                       : operations::RunTransformation(job, KVIterativeSelectiveColorsTransformation(list));
+        },
+        operations::Task::Copying::InFirstPass);
 }
 
 } // namespace
@@ -90,13 +103,12 @@ bool SelectiveColors::Write(QDataStream& stream) const { return List().Write(str
 
 operations::Task operations::MakeTask(const SelectiveColors& settings)
 {
-    return Task(
-        [list = settings.List()](YDAdjustmentJob job) {
-            return AdjustOnDevice(job, list)
-                       ? job.image
-                       : RunTransformation(job, KVIterativeSelectiveColorsTransformation(list));
-        },
-        Task::Copying::InFirstPass);
+    return TaskOn([] { return SharedDevice::OfProcess(); }, settings);
+}
+
+operations::Task operations::MakeDeviceTask(const SelectiveColors& settings, SharedDevice* device)
+{
+    return TaskOn([device] { return device; }, settings);
 }
 
 operations::Task operations::MakeProcessorTask(const SelectiveParamsList& settings)

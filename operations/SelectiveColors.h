@@ -7,6 +7,8 @@
 
 #include <array>
 
+class SharedDevice;
+
 namespace operations {
 
 /// The inks of nine ranges of colours: the list of the image library with its fields named.
@@ -41,6 +43,10 @@ struct ADJUSTMENTGUI_OPERATIONS_EXPORT SelectiveColors
 /// place is copied for the device; a device that hangs holds the run up, and `ADJUSTMENTGUI_GPU=off` does
 /// without.
 [[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task MakeTask(const SelectiveColors& settings);
+
+/// In the same way, by `device`, which outlives the task and may be null.
+[[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task MakeDeviceTask(const SelectiveColors& settings,
+                                                                  SharedDevice* device);
 
 /// By the processor alone. Ranges missing from a short list count as 0, surplus ones are not taken.
 [[nodiscard]] ADJUSTMENTGUI_OPERATIONS_EXPORT Task MakeProcessorTask(const SelectiveParamsList& settings);

@@ -6,6 +6,7 @@
 
 #include <QThread>
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <utility>
@@ -15,6 +16,7 @@ struct DeviceState
 {
     std::atomic<bool> isHeld{false}; ///< jobs do not end, unless they are aborted
     std::atomic<bool> fails{false};
+    std::atomic<bool> spoilsResult{false}; ///< as a device does that fails in the middle
     std::atomic<bool> cannotBegin{false};
     std::atomic<bool> isBorrowed{false}; ///< the pixels of the last job
     std::atomic<int> begun{0};
@@ -43,6 +45,8 @@ public:
         m_state->isBorrowed = job.isBorrowed;
         while (m_state->isHeld && !abort)
             QThread::usleep(100);
+        if (m_state->spoilsResult)
+            std::fill_n(result.Row(result.Height() / 2), result.Width(), YDRGBA32i(1, 2, 3, 4));
         if (m_state->fails)
             return QStringLiteral("it broke");
         AdjustSelectiveColorsOnCpu(job, result, abort);

@@ -23,10 +23,9 @@ public:
 
     private:
         friend class SharedDevice;
-        Turn() = default;
         explicit Turn(SharedDevice& device);
 
-        GuardedDevice* m_device = nullptr;
+        GuardedDevice& m_device;
         std::unique_lock<std::mutex> m_lock;
     };
 
@@ -36,8 +35,9 @@ public:
     /// The device if nobody has it.
     Turn Take();
 
-    /// The device of this process, looked for by the first call as ChosenGpuUse() says, if nobody has it.
-    static Turn TakeOfProcess();
+    /// The device of this process, looked for by the first call as ChosenGpuUse() says; null where there is
+    /// none.
+    static SharedDevice* OfProcess();
 
 private:
     std::mutex m_mutex;

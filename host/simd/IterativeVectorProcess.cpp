@@ -14,7 +14,7 @@ void IterativeVectorProcess(YDRGBA32i* pixels, int stride, const QRect& area,
         return;
     const int left = area.left();
     const int width = area.width();
-    ForEachRow(area.top(), area.top() + area.height(), abort, [&](int y) {
+    ForEachRow(area.top(), area.top() + area.height(), &abort, [&](int y) {
         transformation->ProcessRow(pixels + qsizetype(y) * stride + left, width);
         progress();
     });

@@ -33,11 +33,11 @@ bool ForEachRowBand(int top, int bottom, int rowsPerBand, const std::atomic<bool
     return !aborted.load(std::memory_order_relaxed);
 }
 
-void ForEachRow(int top, int bottom, const std::atomic<bool>& abort, const std::function<void(int row)>& work)
+void ForEachRow(int top, int bottom, const std::atomic<bool>* abort, const std::function<void(int row)>& work)
 {
     constexpr int RowsPerBand = 4; // few, so that the threads end together
-    ForEachRowBand(top, bottom, RowsPerBand, &abort, [&](int first, int last) {
-        for (int row = first; row < last && !abort.load(std::memory_order_relaxed); ++row)
+    ForEachRowBand(top, bottom, RowsPerBand, abort, [&](int first, int last) {
+        for (int row = first; row < last && !(abort && abort->load(std::memory_order_relaxed)); ++row)
             work(row);
     });
 }

@@ -13,6 +13,7 @@ bool ForEachRowBand(int top, int bottom, int rowsPerBand, const std::atomic<bool
                     const std::function<void(int first, int last)>& work);
 
 /// Calls `work(row)` for the rows [top, bottom) in the same way, neighbouring rows on one thread, so that
-/// what is prefetched past the end of a row is not in vain. `abort` is tested before each row.
-void ForEachRow(int top, int bottom, const std::atomic<bool>& abort,
+/// what is prefetched past the end of a row is not in vain. `abort`, which may be null, is tested before each
+/// row.
+void ForEachRow(int top, int bottom, const std::atomic<bool>* abort,
                 const std::function<void(int row)>& work);

@@ -1,3 +1,5 @@
+#include "FakeDevice.h"
+#include "LoggedMessages.h"
 #include "SelectiveColorsCases.h"
 #include "TestPictures.h"
 #include "gpu/SharedDevice.h"
@@ -38,6 +40,7 @@ private slots:
     void TheDeviceGivesTheBytesOfTheProcessor_data();
     void TheDeviceGivesTheBytesOfTheProcessor();
     void ATaskThatFindsTheDeviceAtWorkGivesThemToo();
+    void WhatADeviceFailsAtTheProcessorMakesOfTheSource();
     void AnAbortedRunTellsNoProblem();
     void ProgressComesToItsEnd();
     void FourThreadsAdjustFourPicturesAtOnce();
@@ -45,7 +48,7 @@ private slots:
 
 void TestSelectiveColors::initTestCase()
 {
-    QVERIFY2(SharedDevice::TakeOfProcess(),
+    QVERIFY2(SharedDevice::OfProcess(),
              "There is no OpenCL to test with; `./dev install-deps` installs PoCL.");
 }
 
@@ -83,13 +86,31 @@ void TestSelectiveColors::TheDeviceGivesTheBytesOfTheProcessor()
 void TestSelectiveColors::ATaskThatFindsTheDeviceAtWorkGivesThemToo()
 {
     const RGBA32iImage source = TestPictures::Random(300, 120, 7);
-    const SharedDevice::Turn device = SharedDevice::TakeOfProcess();
+    const SharedDevice::Turn device = SharedDevice::OfProcess()->Take();
     QVERIFY(device);
     QImage adjusted;
     std::thread([&] {
         adjusted = ImageToQImage(operations::MakeTask(SomeSettings(2)).ApplyToCopy(source).picture);
     }).join();
     QCOMPARE(adjusted, ByProcessor(source, {}, 2));
+}
+
+void TestSelectiveColors::WhatADeviceFailsAtTheProcessorMakesOfTheSource()
+{
+    const LoggedMessages failures(QtWarningMsg);
+    const RGBA32iImage source = TestPictures::Random(300, 120, 7);
+    for (const bool isCopy : {false, true}) {
+        const auto state = std::make_shared<DeviceState>();
+        state->fails = true;
+        state->spoilsResult = true;
+        SharedDevice device(std::make_unique<FakeDevice>(state));
+        const operations::Task task = operations::MakeDeviceTask(SomeSettings(3), &device);
+        const operations::Outcome outcome = isCopy ? task.ApplyToCopy(source) : task.Apply(source.DeepCopy());
+        QCOMPARE(state->begun.load(), 1);
+        QCOMPARE(outcome.problem, QString());
+        QCOMPARE(ImageToQImage(outcome.picture), ByProcessor(source, {}, 3));
+    }
+    QCOMPARE(failures.All().size(), 2);
 }
 
 void TestSelectiveColors::AnAbortedRunTellsNoProblem()

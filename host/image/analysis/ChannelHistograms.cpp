@@ -1,6 +1,7 @@
 #include "image/ChannelHistograms.h"
 
 #include "image/Luma709.h"
+#include "image/PrefetchPixels.h"
 #include "image/VectorKernels.h"
 #include "threads/ParallelRows.h"
 #include "utilities/AVX2LIB.h"
@@ -40,7 +41,7 @@ public:
         int count = 0;
         for (int x = 0; x < rows.width; x += count) {
             count = std::min(PiecePixels, rows.width - x);
-            PrefetchAhead(row + x, end);
+            PrefetchPixels(row + x, PixelsAhead, PiecePixels, end);
             if (!rule) {
                 AddPiece(row + x, count);
                 continue;
@@ -66,6 +67,7 @@ public:
 private:
     static constexpr int Ways = 2;
     static constexpr int PiecePixels = 256; ///< a kilobyte, whose lumas are computed together
+    static constexpr qsizetype PixelsAhead = 768;
 
     /// A band of one row has fewer than 2^31 pixels, one of several rows PixelsPerBand at most.
     using Table = std::array<quint32, ChannelHistograms::Levels>;
@@ -101,18 +103,6 @@ private:
         ++tables.green[pixel.g];
         ++tables.blue[pixel.b];
         ++tables.luma[luma];
-    }
-
-    /// Asks for the pixels of a piece some 3 KiB further on.
-    static void PrefetchAhead([[maybe_unused]] const YDRGBA32i* pixels, [[maybe_unused]] const YDRGBA32i* end)
-    {
-#if defined(__GNUC__)
-        constexpr qsizetype Distance = 768;
-        constexpr qsizetype PixelsPerCacheLine = 16;
-        const qsizetype last = std::min<qsizetype>(Distance + PiecePixels, end - pixels);
-        for (qsizetype x = Distance; x < last; x += PixelsPerCacheLine)
-            __builtin_prefetch(pixels + x);
-#endif
     }
 
     static void LumaOf(const YDRGBA32i* pixels, int count, quint8* luma)

@@ -1,6 +1,7 @@
 #include "image/RulePass.h"
 
 #include "image/BaseTransformation.h"
+#include "image/PrefetchPixels.h"
 #include "image/YDBlend.h"
 #include "threads/ParallelRows.h"
 
@@ -13,17 +14,9 @@ namespace {
 /// themselves, and to ask for that twice took a selection half as long again.
 constexpr qsizetype PixelsAhead = 1024;
 
-/// Asks for the piece that begins PixelsAhead of `pixels`, as far as the picture goes there. At the end of a
-/// row it is mostly the start of the next one.
-///
-/// Always inlined: of a call, the compiler would see that it has no result, and drop it.
-[[gnu::always_inline]] inline void Prefetch(const YDRGBA32i* pixels, const RGBA32iImage& picture)
+const YDRGBA32i* EndOf(const RGBA32iImage& picture)
 {
-    constexpr qsizetype PixelsOfCacheLine = 64 / sizeof(YDRGBA32i);
-    const YDRGBA32i* const end = picture.Pixels() + qsizetype(picture.Height()) * picture.RowLength();
-    const qsizetype last = std::min(PixelsAhead + RulePass::PiecePixels, qsizetype(end - pixels));
-    for (qsizetype ahead = PixelsAhead; ahead < last; ahead += PixelsOfCacheLine)
-        __builtin_prefetch(pixels + ahead);
+    return picture.Pixels() + qsizetype(picture.Height()) * picture.RowLength();
 }
 
 enum class Coverage
@@ -89,11 +82,10 @@ unsigned RulePass::StepsOf(int y) const
 void RulePass::Run(const Rule& rule, const std::atomic<bool>* abort,
                    const std::function<void()>& onStep) const
 {
-    static const std::atomic<bool> neverAborted{false};
     const bool isEveryRow = IsCopy() || !m_selected;
     const int top = isEveryRow ? 0 : m_selected->Covered().top();
     const int height = isEveryRow ? m_image.Height() : m_selected->Covered().height();
-    ForEachRow(top, top + height, abort ? *abort : neverAborted, [&](int y) {
+    ForEachRow(top, top + height, abort, [&](int y) {
         AdjustRow(y, rule);
         for (unsigned left = StepsOf(y); left > 0; --left)
             onStep();
@@ -110,7 +102,7 @@ void RulePass::AdjustRow(int y, const Rule& rule) const
     for (int x = IsCopy() ? 0 : m_reach.left(); x < end; x += PiecePixels) {
         const int count = std::min(PiecePixels, end - x);
         if (IsCopy()) {
-            Prefetch(from + x, m_source);
+            PrefetchPixels(from + x, PixelsAhead, PiecePixels, EndOf(m_source));
             std::copy_n(from + x, count, row + x);
         }
         Adjust(row + x, x, y, count, rule);

@@ -20,6 +20,7 @@ private slots:
     void RowsNearTheEndOfTheNumbersDoNotOverflow();
     void AnAbortedRangeIsNotFinished();
     void WorksFromWithinAFullPool();
+    void EachRowComesByItselfUntilAborted();
 };
 
 void TestParallelRows::EveryRowIsWorkedOnOnce_data()
@@ -103,6 +104,25 @@ void TestParallelRows::WorksFromWithinAFullPool()
     ForEachRowBand(0, 32, 1, nullptr,
                    [&rows](int, int) { ForEachRowBand(0, 64, 1, nullptr, [&rows](int, int) { ++rows; }); });
     QCOMPARE(rows.load(), 32 * 64);
+}
+
+void TestParallelRows::EachRowComesByItselfUntilAborted()
+{
+    constexpr int Top = -3;
+    constexpr int Rows = 1001;
+    std::vector<std::atomic<int>> calls(Rows);
+    ForEachRow(Top, Top + Rows, nullptr, [&](int row) { ++calls[std::size_t(row - Top)]; });
+    QVERIFY(
+        std::all_of(calls.begin(), calls.end(), [](const std::atomic<int>& count) { return count == 1; }));
+
+    std::atomic<bool> abort{false};
+    std::atomic<int> rows{0};
+    ForEachRow(0, 100000, &abort, [&](int) {
+        if (++rows == 10)
+            abort = true;
+    });
+    // Each thread may have begun a row; nobody goes on to the next of its band.
+    QVERIFY(rows.load() < 10 + QThreadPool::globalInstance()->maxThreadCount() + 1);
 }
 
 QTEST_APPLESS_MAIN(TestParallelRows)
