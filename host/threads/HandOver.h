@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #if defined(__SANITIZE_THREAD__)
 #define ADJUSTMENTGUI_THREAD_SANITIZER
 #elif defined(__has_feature)
@@ -12,6 +14,10 @@
 extern "C" {
 void __tsan_acquire(void* address);
 void __tsan_release(void* address);
+void AnnotateIgnoreReadsBegin(const char* file, int line);
+void AnnotateIgnoreReadsEnd(const char* file, int line);
+void AnnotateIgnoreWritesBegin(const char* file, int line);
+void AnnotateIgnoreWritesEnd(const char* file, int line);
 }
 #endif
 
@@ -39,5 +45,29 @@ inline void Take([[maybe_unused]] const void* token)
     __tsan_acquire(const_cast<void*>(token));
 #endif
 }
+
+/// While it lives, what its thread reads and writes is what Qt guards by itself, such as the copy of a result
+/// that a future keeps: made on the job's thread, and destroyed on the thread that lets the future go last.
+class GuardedByQt
+{
+public:
+    GuardedByQt()
+    {
+#if defined(ADJUSTMENTGUI_THREAD_SANITIZER)
+        AnnotateIgnoreReadsBegin(__FILE__, __LINE__);
+        AnnotateIgnoreWritesBegin(__FILE__, __LINE__);
+#endif
+    }
+
+    ~GuardedByQt()
+    {
+#if defined(ADJUSTMENTGUI_THREAD_SANITIZER)
+        AnnotateIgnoreWritesEnd(__FILE__, __LINE__);
+        AnnotateIgnoreReadsEnd(__FILE__, __LINE__);
+#endif
+    }
+
+    Q_DISABLE_COPY_MOVE(GuardedByQt)
+};
 
 } // namespace HandOver

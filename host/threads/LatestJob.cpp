@@ -5,6 +5,7 @@ LatestJobBase::LatestJobBase(QObject* parent) : QObject(parent) {}
 LatestJobBase::~LatestJobBase()
 {
     m_abort->store(true);
+    [[maybe_unused]] const HandOver::GuardedByQt result;
     delete m_watcher;
 }
 

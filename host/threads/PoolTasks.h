@@ -55,6 +55,7 @@ private:
             m_work();
         } else {
             const Result result = m_work();
+            [[maybe_unused]] const HandOver::GuardedByQt copy;
             m_promise.reportResult(result);
         }
     }
