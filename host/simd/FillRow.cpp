@@ -1,6 +1,3 @@
-#undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "simd/FillRow.cpp"
-#include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
 #include "image/VectorKernels.h"

@@ -1,6 +1,3 @@
-#undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "simd/HueSaturationRow.cpp"
-#include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
 #include "image/HueSaturationRule.h"
@@ -19,7 +16,7 @@ struct NoVectors
 };
 using WeakenVectors = NoVectors;
 using StrengthenVectors = NoVectors;
-using ColorizeVectors = NoVectors;
+using OneHueVectors = NoVectors;
 
 #else
 
@@ -182,10 +179,10 @@ private:
     Floats m_mostStrengthened;
 };
 
-class ColorizeVectors : private LightnessVectors
+class OneHueVectors : private LightnessVectors
 {
 public:
-    explicit HWY_INLINE ColorizeVectors(const HueSaturationRule& rule)
+    explicit HWY_INLINE OneHueVectors(const HueSaturationRule& rule)
         : LightnessVectors(rule), m_blue(hn::Set(ShortTag(), int16_t(rule.hueOf[0]))),
           m_green(hn::Set(ShortTag(), int16_t(rule.hueOf[1]))),
           m_red(hn::Set(ShortTag(), int16_t(rule.hueOf[2])))
@@ -227,7 +224,7 @@ void HueSaturationRow(YDRGBA32i* row, size_t count, const HueSaturationRule& rul
         return MapRow<StrengthenVectors>(row, count, rule,
                                          [&rule](YDRGBA32i& pixel) { rule.Strengthen(pixel); });
     case HueSaturationRule::Kind::Colorize:
-        return MapRow<ColorizeVectors>(row, count, rule, [&rule](YDRGBA32i& pixel) { rule.Colorize(pixel); });
+        return MapRow<OneHueVectors>(row, count, rule, [&rule](YDRGBA32i& pixel) { rule.Colorize(pixel); });
     }
 }
 
