@@ -19,7 +19,6 @@ constexpr int DurationMs = 10000;
 constexpr int HeartbeatMs = 1;
 constexpr int MoveIntervalMs = 16; // a mouse reports this often
 constexpr int MovesPerDrag = 8;    // then the hand rests for as long
-constexpr double NsPerMs = 1e6;
 constexpr QSize ViewSize(1200, 800);
 
 bool HaveSamePixels(const RGBA32iImage& a, const RGBA32iImage& b)

@@ -22,8 +22,8 @@ RGBA32iImage Drawn(const BenchPictures& pictures, const ColorAt& colorAt)
 {
     const RGBA32iImage image =
         RGBA32iImage::Uninitialized(pictures.photograph.Width(), pictures.photograph.Height());
-    constexpr int RowsPerBand = 16;
-    ForEachRowBand(0, image.Height(), RowsPerBand, nullptr, [&](int first, int last) {
+    constexpr int FilledRowsPerBand = 16;
+    ForEachRowBand(0, image.Height(), FilledRowsPerBand, nullptr, [&](int first, int last) {
         std::minstd_rand random(static_cast<unsigned>(first) + 1);
         for (int y = first; y < last; ++y)
             for (int x = 0; x < image.Width(); ++x)
@@ -97,7 +97,7 @@ struct FloodFillRow
     bool coversPicture;
 };
 
-const FloodFillRow Rows[] = {
+const FloodFillRow FloodFills[] = {
     {"one-colour", OneColour, Opaque, [](const QRect& bounds) { return bounds.topLeft(); }, true},
     {"one-colour-half-opaque", OneColour, HalfOpaque, [](const QRect& bounds) { return bounds.topLeft(); },
      true},
@@ -134,6 +134,6 @@ BenchRow RowOf(const FloodFillRow& fill)
 
 void RegisterFloodFillRows(int megapixels)
 {
-    for (const FloodFillRow& fill : Rows)
+    for (const FloodFillRow& fill : FloodFills)
         RegisterRow(megapixels, std::string("flood-fill/") + fill.name, RowOf(fill));
 }

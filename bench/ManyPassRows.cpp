@@ -18,7 +18,7 @@ struct ManyPasses
     bool isSourceNew;     ///< whether each pass is the first one on its picture
 };
 
-constexpr ManyPasses Rows[] = {
+constexpr ManyPasses AllManyPasses[] = {
     {"white-balance", "auto", R"({"autoStrength": 80})", false},
     {"white-balance", "enhanced", R"({"autoStrength": 80, "enhanced": true})", false},
     {"white-balance", "auto+temperature",
@@ -66,6 +66,6 @@ BenchRow RowOf(const ManyPasses& passes)
 
 void RegisterManyPassRows(int megapixels)
 {
-    for (const ManyPasses& passes : Rows)
+    for (const ManyPasses& passes : AllManyPasses)
         RegisterRow(megapixels, std::string(passes.adjustment) + '/' + passes.row, RowOf(passes));
 }

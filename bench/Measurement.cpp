@@ -10,7 +10,6 @@
 namespace {
 
 constexpr double MsPerSecond = 1e3;
-constexpr double NsPerMs = 1e6;
 
 /// Odd, so that one pass is the median; fewer where a pass takes longer.
 int PassesAt(int megapixels) { return std::clamp(500 / megapixels, 7, 101) | 1; }

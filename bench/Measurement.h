@@ -7,6 +7,8 @@
 #include <functional>
 #include <string>
 
+constexpr double NsPerMs = 1e6;
+
 /// Milliseconds that `operation` takes.
 double TimeOf(const std::function<void()>& operation);
 

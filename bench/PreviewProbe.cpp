@@ -1,5 +1,6 @@
 #include "PreviewProbe.h"
 
+#include "Measurement.h"
 #include "YDTaskWidget.h"
 #include "catalog/AdjustmentCatalog.h"
 
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr double NsPerMs = 1e6;
 constexpr int PatienceMs = 60000;
 
 std::unique_ptr<YDTaskWidget> MakeDialog(const BenchAdjustment& adjustment)

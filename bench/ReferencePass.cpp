@@ -43,9 +43,9 @@ RowFunction BestRowFunction()
 
 void RunReferencePass(const RGBA32iImage& image)
 {
-    constexpr int RowsPerBand = 4;
+    constexpr int ReferenceRowsPerBand = 4;
     static const RowFunction brighten = BestRowFunction();
-    ForEachRowBand(0, image.Height(), RowsPerBand, nullptr, [&image](int first, int last) {
+    ForEachRowBand(0, image.Height(), ReferenceRowsPerBand, nullptr, [&image](int first, int last) {
         for (int y = first; y < last; ++y)
             brighten(reinterpret_cast<quint8*>(image.Row(y)), image.Width() * qsizetype(sizeof(YDRGBA32i)));
     });

@@ -5,7 +5,7 @@
 # are for who reads the sources, and a header may move from one to another. Those among the INTERNAL sources are
 # not installed: they need what an installation does not bring along.
 function(adjustmentgui_host_library name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;INTERNAL;LINKS;PRIVATE_LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "WITHOUT_META_OBJECTS" "" "SOURCES;INTERNAL;LINKS;PRIVATE_LINKS" ${ARGN})
     adjustmentgui_forward_rooms(${name} ${ARG_SOURCES} ${ARG_INTERNAL})
     add_library(host_${name} SHARED ${ARG_SOURCES} ${ARG_INTERNAL})
     add_library(host::${name} ALIAS host_${name})
@@ -14,6 +14,9 @@ function(adjustmentgui_host_library name)
         EXPORT_NAME ${name}
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR})
+    if(ARG_WITHOUT_META_OBJECTS)
+        set_target_properties(host_${name} PROPERTIES AUTOMOC OFF)
+    endif()
     target_include_directories(host_${name} PUBLIC
         $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/host>
         $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/host/include>

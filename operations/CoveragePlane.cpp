@@ -16,7 +16,7 @@
 namespace {
 
 constexpr int BoxCount = 3;
-constexpr int RowsPerBand = 16;
+constexpr int CoverageRowsPerBand = 16;
 constexpr int ColumnsPerStrip = 64;
 /// Drawn tile by tile, because the raster engine works within 32767 pixels only.
 constexpr int TileWidth = 2048;
@@ -150,7 +150,7 @@ bool CoveragePlane::Blur(double sigma)
     const int width = m_area.width();
     const int height = m_area.height();
     const bool isBlurredAcross =
-        ForEachRowBand(0, height, RowsPerBand, &isMemoryShort, [&](int first, int last) {
+        ForEachRowBand(0, height, CoverageRowsPerBand, &isMemoryShort, [&](int first, int last) {
             Lines lines(width, 1);
             isMemoryShort = isMemoryShort || !lines.IsValid();
             for (int y = first; y < last && !isMemoryShort; ++y) {

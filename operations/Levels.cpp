@@ -1,6 +1,7 @@
 #include "operations/Levels.h"
 
 #include "RuleTask.h"
+#include "image/Percent.h"
 #include "image/YDIterativeLevelsTransformation.h"
 
 #include <algorithm>
@@ -66,13 +67,12 @@ double Levels::ToneValue(int low, int high, int position)
 operations::Task operations::MakeTask(const Levels& settings)
 {
     return RuleTask([settings] {
-        constexpr int FullStrength = 100; // per cent
         int input[4][2];
         int output[4][2];
         for (std::size_t channel = 0; channel < settings.input.size(); ++channel) {
             std::copy_n(settings.input[channel].begin(), 2, input[channel]);
             std::copy_n(settings.output[channel].begin(), 2, output[channel]);
         }
-        return YDIterativeLevelsTransformation(input, output, settings.gamma.data(), FullStrength);
+        return YDIterativeLevelsTransformation(input, output, settings.gamma.data(), FullPercent);
     });
 }

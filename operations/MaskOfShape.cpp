@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int RowsPerBand = 32;
+constexpr int MaskRowsPerBand = 32;
 constexpr int From16Bits = 257;
 
 /// A feather of n pixels fades over n pixels to either side: two standard deviations hold 95 % of it.
@@ -27,7 +27,7 @@ RGBA32iImage CoverageImage(const CoveragePlane& plane, const QRect& area)
     if (image.IsEmpty())
         return image;
     const QPoint origin = area.topLeft() - plane.Area().topLeft();
-    ForEachRowBand(0, image.Height(), RowsPerBand, nullptr, [&](int first, int last) {
+    ForEachRowBand(0, image.Height(), MaskRowsPerBand, nullptr, [&](int first, int last) {
         for (int y = first; y < last; ++y) {
             const quint16* const values = plane.Row(origin.y() + y) + origin.x();
             std::transform(values, values + image.Width(), image.Row(y), [](quint16 value) {

@@ -50,7 +50,7 @@ QPixmap Swatch(QRgb color)
 }
 
 /// What a spin box shows of a percentage, which a stored record may hold as anything.
-int Shown(float percent)
+int ShownShare(float percent)
 {
     return std::isnan(percent) ? 0 : int(std::clamp(percent, -MaxPercent, MaxPercent));
 }
@@ -219,10 +219,10 @@ void KVSelectiveColorsWidget::ShowTarget()
 
 void KVSelectiveColorsWidget::ShowPercentages(const SelectiveParams& params)
 {
-    m_ui->m_pCyan->setValue(Shown(params.cyan));
-    m_ui->m_pMagenta->setValue(Shown(params.magenta));
-    m_ui->m_pYellow->setValue(Shown(params.yellow));
-    m_ui->m_pBlack->setValue(Shown(params.black));
+    m_ui->m_pCyan->setValue(ShownShare(params.cyan));
+    m_ui->m_pMagenta->setValue(ShownShare(params.magenta));
+    m_ui->m_pYellow->setValue(ShownShare(params.yellow));
+    m_ui->m_pBlack->setValue(ShownShare(params.black));
 }
 
 /// Any mode but the relative one counts as absolute.

@@ -8,7 +8,7 @@
 namespace {
 
 /// What a spin box shows of a weight: 0 for one that is not a number, as which the transformation counts it.
-double Shown(float weight) { return std::isnan(weight) ? 0.0 : double(weight); }
+double ShownWeight(float weight) { return std::isnan(weight) ? 0.0 : double(weight); }
 
 } // namespace
 
@@ -73,9 +73,9 @@ void YDBlackAndWhiteWidget::Connect()
 
 void YDBlackAndWhiteWidget::ShowWeights()
 {
-    m_ui->m_pRed->setValue(Shown(m_params.GetR()));
-    m_ui->m_pGreen->setValue(Shown(m_params.GetG()));
-    m_ui->m_pBlue->setValue(Shown(m_params.GetB()));
+    m_ui->m_pRed->setValue(ShownWeight(m_params.GetR()));
+    m_ui->m_pGreen->setValue(ShownWeight(m_params.GetG()));
+    m_ui->m_pBlue->setValue(ShownWeight(m_params.GetB()));
 }
 
 void YDBlackAndWhiteWidget::SelectType(bool checked, Type type)

@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr int SliderScale = 10000;
-constexpr double SliderStep = 0.0001;
+constexpr int ExposureSliderScale = 10000;
+constexpr double ExposureSliderStep = 0.0001;
 
 double NumberOrZero(double value) { return std::isnan(value) ? 0.0 : value; }
 
@@ -35,7 +35,7 @@ void YDExposureWidget::SetExposure(double exposure)
     const double value = NumberOrZero(exposure);
     connectOnceMore(); // where SetOffset() disconnects: hosts count on being told of an exposure that is set
     m_ui->m_pExposureSpin->setValue(value);
-    m_ui->m_pExposureSlider->setValue(SliderPosition(value, SliderScale));
+    m_ui->m_pExposureSlider->setValue(SliderPosition(value, ExposureSliderScale));
     connectOnceMore();
 }
 
@@ -47,7 +47,7 @@ void YDExposureWidget::SetOffset(double offset)
                                  this, &YDExposureWidget::OnOffsetChanged);
     const double value = NumberOrZero(offset);
     m_ui->m_pOffsetSpin->setValue(value);
-    m_ui->m_pOffsetSlider->setValue(SliderPosition(value, SliderScale));
+    m_ui->m_pOffsetSlider->setValue(SliderPosition(value, ExposureSliderScale));
 }
 
 operations::Task YDExposureWidget::MakeTask() const
@@ -75,10 +75,13 @@ void YDExposureWidget::OnOffsetChanged(double offset)
 
 void YDExposureWidget::OnExposureSlider(int position)
 {
-    m_ui->m_pExposureSpin->setValue(position * SliderStep);
+    m_ui->m_pExposureSpin->setValue(position * ExposureSliderStep);
 }
 
-void YDExposureWidget::OnOffsetSlider(int position) { m_ui->m_pOffsetSpin->setValue(position * SliderStep); }
+void YDExposureWidget::OnOffsetSlider(int position)
+{
+    m_ui->m_pOffsetSpin->setValue(position * ExposureSliderStep);
+}
 
 void YDExposureWidget::Connect()
 {
@@ -95,7 +98,7 @@ void YDExposureWidget::MoveExposureSlider(double exposure)
 {
     const ScopedDisconnect quiet(m_ui->m_pExposureSlider, &QSlider::valueChanged, this,
                                  &YDExposureWidget::OnExposureSlider);
-    m_ui->m_pExposureSlider->setValue(SliderPosition(exposure, SliderScale));
+    m_ui->m_pExposureSlider->setValue(SliderPosition(exposure, ExposureSliderScale));
 }
 
 /// As MoveExposureSlider().
@@ -103,5 +106,5 @@ void YDExposureWidget::MoveOffsetSlider(double offset)
 {
     const ScopedDisconnect quiet(m_ui->m_pOffsetSlider, &QSlider::valueChanged, this,
                                  &YDExposureWidget::OnOffsetSlider);
-    m_ui->m_pOffsetSlider->setValue(SliderPosition(offset, SliderScale));
+    m_ui->m_pOffsetSlider->setValue(SliderPosition(offset, ExposureSliderScale));
 }

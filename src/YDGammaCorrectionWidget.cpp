@@ -9,8 +9,8 @@
 namespace {
 
 constexpr double Neutral = 1.0;
-constexpr int SliderScale = 100;
-constexpr double SliderStep = 0.01;
+constexpr int GammaSliderScale = 100;
+constexpr double GammaSliderStep = 0.01;
 
 } // namespace
 
@@ -33,7 +33,7 @@ void YDGammaCorrectionWidget::SetGamma(double gamma)
                                  this, &YDGammaCorrectionWidget::OnGammaChanged);
     const double value = std::isnan(gamma) ? Neutral : gamma;
     m_ui->m_pGammaSpin->setValue(value);
-    m_ui->m_pGammaSlider->setValue(SliderPosition(value, SliderScale));
+    m_ui->m_pGammaSlider->setValue(SliderPosition(value, GammaSliderScale));
 }
 
 operations::Task YDGammaCorrectionWidget::MakeTask() const
@@ -51,7 +51,7 @@ void YDGammaCorrectionWidget::OnGammaChanged(double gamma)
 
 void YDGammaCorrectionWidget::OnGammaSlider(int position)
 {
-    m_ui->m_pGammaSpin->setValue(position * SliderStep);
+    m_ui->m_pGammaSpin->setValue(position * GammaSliderStep);
 }
 
 /// The slider only mirrors the spin box here: called back, its truncated view would become the value.
@@ -59,5 +59,5 @@ void YDGammaCorrectionWidget::MoveSlider(double gamma)
 {
     const ScopedDisconnect quiet(m_ui->m_pGammaSlider, &QSlider::valueChanged, this,
                                  &YDGammaCorrectionWidget::OnGammaSlider);
-    m_ui->m_pGammaSlider->setValue(SliderPosition(gamma, SliderScale));
+    m_ui->m_pGammaSlider->setValue(SliderPosition(gamma, GammaSliderScale));
 }

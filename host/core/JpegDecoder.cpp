@@ -1,5 +1,7 @@
 #include "core/JpegDecoder.h"
 
+#include "core/LengthUnits.h"
+
 #include <QVector>
 
 #include <csetjmp>
@@ -13,8 +15,6 @@ namespace {
 
 /// A progressive file may ask for any number of passes over all of its pixels; real ones have about ten.
 constexpr int MaxScans = 500;
-constexpr double MetersPerInch = 0.0254;
-constexpr double CentimetersPerMeter = 100.0;
 
 /// libjpeg leaves through longjmp(), so the frame that calls setjmp() owns nothing with a destructor: all
 /// that has one lives here.

@@ -1,5 +1,6 @@
 #include "core/MetadataCodec.h"
 
+#include "core/LengthUnits.h"
 #include "core/PictureBlocks.h"
 
 #include <exiv2/exiv2.hpp>
@@ -10,8 +11,6 @@
 
 namespace {
 
-constexpr double InchesPerMeter = 1.0 / 0.0254;
-constexpr double CentimetersPerMeter = 100.0;
 /// A JPEG segment holds 65 533 bytes, of which the name of the block takes some.
 constexpr int MaxJpegBlock = 65500;
 
@@ -67,7 +66,7 @@ int DotsPerMeter(const Exiv2::ExifData& exif, const char* key)
     if (found == exif.end() || found->count() < 1)
         return 0;
     const bool isMetric = NumberOf(exif, "Exif.Image.ResolutionUnit", 2) == Centimeters;
-    const double perMeter = double(found->toFloat()) * (isMetric ? CentimetersPerMeter : InchesPerMeter);
+    const double perMeter = double(found->toFloat()) * (isMetric ? CentimetersPerMeter : 1.0 / MetersPerInch);
     return perMeter > 0.5 && perMeter < 1e8 ? qRound(perMeter) : 0;
 }
 

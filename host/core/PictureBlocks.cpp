@@ -1,5 +1,7 @@
 #include "core/PictureBlocks.h"
 
+#include "core/LengthUnits.h"
+
 #include <QtEndian>
 
 #include <webp/mux.h>
@@ -13,8 +15,6 @@ constexpr int PngSignature = 8;
 constexpr int PngHeaderEnd = PngSignature + 25; ///< behind IHDR
 constexpr int PngChunkOverhead = 12;            ///< length, name, checksum
 constexpr int MaxSegmentText = 65533;
-constexpr double MetersPerInch = 0.0254;
-constexpr double MetersPerCentimeter = 0.01;
 
 QByteArray BigEndian(quint32 number)
 {
@@ -104,8 +104,8 @@ QByteArray PictureBlocks::JpegWithResolution(const QByteArray& jpeg, int dotsPer
     const auto error = [dotsPerMeterX](double unit) {
         return std::abs(std::round(dotsPerMeterX * unit) / unit - dotsPerMeterX);
     };
-    const bool isMetric = error(MetersPerCentimeter) < error(MetersPerInch);
-    const double unit = isMetric ? MetersPerCentimeter : MetersPerInch;
+    const bool isMetric = error(1.0 / CentimetersPerMeter) < error(MetersPerInch);
+    const double unit = isMetric ? 1.0 / CentimetersPerMeter : MetersPerInch;
     const auto density = [unit](int perMeter) {
         return quint16(qBound(1.0, perMeter * unit + 0.5, 65535.0));
     };

@@ -1,5 +1,7 @@
 #include "gui/HistogramWidget.h"
 
+#include "gui/ControlLook.h"
+
 #include <QEvent>
 #include <QHelpEvent>
 #include <QLocale>
@@ -13,9 +15,8 @@
 
 namespace {
 
-constexpr QSize UsualSize(256, 100);
-constexpr QSize SmallestSize(128, 48);
-constexpr double DisabledOpacity = 0.4;
+constexpr QSize UsualPlotSize(256, 100);
+constexpr QSize SmallestPlotSize(128, 48);
 
 std::shared_ptr<const ChannelHistograms> Shared(const std::optional<ChannelHistograms>& counts)
 {
@@ -106,9 +107,9 @@ qint64 HistogramWidget::GetCount(int channel, int bin) const
     return table && bin >= 0 && bin < ChannelHistograms::Levels ? (*table)[std::size_t(bin)] : 0;
 }
 
-QSize HistogramWidget::sizeHint() const { return UsualSize; }
+QSize HistogramWidget::sizeHint() const { return UsualPlotSize; }
 
-QSize HistogramWidget::minimumSizeHint() const { return SmallestSize; }
+QSize HistogramWidget::minimumSizeHint() const { return SmallestPlotSize; }
 
 bool HistogramWidget::event(QEvent* event)
 {

@@ -1,5 +1,7 @@
 #include "gui/YDAngleSlider.h"
 
+#include "gui/ControlLook.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
@@ -17,14 +19,13 @@ constexpr int WheelNotch = 120; ///< eighths of a degree of the wheel
 constexpr double Pi = 3.14159265358979323846;
 
 // Screen units.
-constexpr int UsualSize = 48;
-constexpr int SmallestSize = 32;
+constexpr int UsualDiameter = 48;
+constexpr int SmallestDiameter = 32;
 constexpr double TickLength = 4.0;
 constexpr double NeedleWidth = 2.0;
 constexpr double HubRadius = 2.5;
 constexpr double FocusLine = 2.0;
 
-constexpr double DisabledOpacity = 0.4;
 constexpr double LineOpacity = 0.5;
 
 double Radians(double degrees) { return degrees * Pi / HalfTurn; }
@@ -63,9 +64,9 @@ YDAngleSlider::YDAngleSlider(QWidget* parent) : QDial(parent)
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-QSize YDAngleSlider::sizeHint() const { return {UsualSize, UsualSize}; }
+QSize YDAngleSlider::sizeHint() const { return {UsualDiameter, UsualDiameter}; }
 
-QSize YDAngleSlider::minimumSizeHint() const { return {SmallestSize, SmallestSize}; }
+QSize YDAngleSlider::minimumSizeHint() const { return {SmallestDiameter, SmallestDiameter}; }
 
 void YDAngleSlider::paintEvent(QPaintEvent*)
 {

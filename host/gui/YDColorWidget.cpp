@@ -1,12 +1,13 @@
 #include "gui/YDColorWidget.h"
 
+#include "gui/ControlLook.h"
+
 #include <QPainter>
 
 namespace {
 
-constexpr QSize UsualSize(256, 16);
-constexpr QSize SmallestSize(8, 8);
-constexpr double DisabledOpacity = 0.4;
+constexpr QSize UsualBarSize(256, 16);
+constexpr QSize SmallestBarSize(8, 8);
 constexpr double FrameOpacity = 0.5;
 
 /// The brush for a rectangle that it shall span. A painter would stretch StretchToDeviceMode over what it
@@ -35,9 +36,9 @@ void YDColorWidget::SetBackgroundBrush(const QBrush& brush)
     update();
 }
 
-QSize YDColorWidget::sizeHint() const { return UsualSize; }
+QSize YDColorWidget::sizeHint() const { return UsualBarSize; }
 
-QSize YDColorWidget::minimumSizeHint() const { return SmallestSize; }
+QSize YDColorWidget::minimumSizeHint() const { return SmallestBarSize; }
 
 void YDColorWidget::paintEvent(QPaintEvent*)
 {

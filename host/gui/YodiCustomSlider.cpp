@@ -1,5 +1,6 @@
 #include "gui/YodiCustomSlider.h"
 
+#include "gui/ControlLook.h"
 #include "gui/YodiCustomSliderAccessible.h"
 
 #include <QAccessible>
@@ -28,7 +29,6 @@ constexpr int UsualScale = 256;
 constexpr int SmallestScale = 64;
 constexpr double FocusLine = 2.0;
 
-constexpr double DisabledOpacity = 0.4;
 constexpr double LineOpacity = 0.5;
 constexpr double HoverOpacity = 0.35;
 

@@ -1,6 +1,7 @@
 #include "overlay/DrawStamp.h"
 
 #include "image/OverlayRule.h"
+#include "image/Percent.h"
 #include "overlay/OverlayArea.h"
 #include "overlay/OverlayCanvas.h"
 #include "overlay/Stamp.h"
@@ -8,7 +9,6 @@
 
 QString DrawStamp(const Stamp& stamp, const OverlayCanvas& canvas)
 {
-    constexpr double Percent = 100.0;
     const QRect area = OverlayArea::Inside(stamp.margins, canvas.Size());
     if (stamp.fileName.isEmpty() || stamp.opacity <= 0 || area.isEmpty())
         return canvas.Leave();
@@ -23,6 +23,6 @@ QString DrawStamp(const Stamp& stamp, const OverlayCanvas& canvas)
         return reinterpret_cast<const YDRGBA32i*>(picture.image.constScanLine(y - place.top())) +
                (x - place.left());
     };
-    canvas.Lay(source, place, OverlayRule(stamp.blendingMode, stamp.opacity / Percent));
+    canvas.Lay(source, place, OverlayRule(stamp.blendingMode, double(stamp.opacity) / FullPercent));
     return {};
 }

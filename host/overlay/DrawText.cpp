@@ -2,6 +2,7 @@
 
 #include "image/ColorToRgba.h"
 #include "image/OverlayRule.h"
+#include "image/Percent.h"
 #include "overlay/OverlayArea.h"
 #include "overlay/OverlayCanvas.h"
 #include "overlay/TextCoverage.h"
@@ -92,10 +93,10 @@ private:
 
 QString DrawText(const TextOverlay& overlay, const OverlayCanvas& canvas)
 {
-    constexpr double Percent = 100.0;
     constexpr double Opaque = 255.0;
     const QRgb color = ColorToRgba(overlay.color);
-    const double opacity = std::clamp(overlay.opacity, 0, 100) / Percent * (qAlpha(color) / Opaque);
+    const double opacity =
+        std::clamp(overlay.opacity, 0, FullPercent) / double(FullPercent) * (qAlpha(color) / Opaque);
     const QRect area = OverlayArea::Inside(overlay.margins, canvas.Size());
     const QRect reach = area & canvas.Reach();
     if (opacity <= 0.0 || reach.isEmpty())

@@ -1,5 +1,7 @@
 #include "overlay/OverlayFont.h"
 
+#include "image/Percent.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -12,7 +14,6 @@ constexpr int MaxNameLength = 256;
 constexpr int MaxWeight = 99;
 constexpr int MaxStretch = 4000;
 constexpr double MaxSpacing = 5.0; ///< of the font's size
-constexpr double Percent = 100.0;
 
 QString Name(const QString& stored) { return stored.left(MaxNameLength); }
 
@@ -35,7 +36,7 @@ void TakeSpacing(QFont& font, const QFont& stored, int pixels)
     if (stored.letterSpacingType() == QFont::AbsoluteSpacing)
         font.setLetterSpacing(QFont::AbsoluteSpacing, std::clamp(spacing, -most, most));
     else if (spacing > 0.0)
-        font.setLetterSpacing(QFont::PercentageSpacing, std::min(spacing, MaxSpacing * Percent));
+        font.setLetterSpacing(QFont::PercentageSpacing, std::min(spacing, MaxSpacing * FullPercent));
     font.setWordSpacing(std::clamp(stored.wordSpacing(), -most, most));
 }
 

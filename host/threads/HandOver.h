@@ -50,24 +50,22 @@ inline void Take([[maybe_unused]] const void* token)
 /// that a future keeps: made on the job's thread, and destroyed on the thread that lets the future go last.
 class GuardedByQt
 {
+#if defined(ADJUSTMENTGUI_THREAD_SANITIZER)
 public:
     GuardedByQt()
     {
-#if defined(ADJUSTMENTGUI_THREAD_SANITIZER)
         AnnotateIgnoreReadsBegin(__FILE__, __LINE__);
         AnnotateIgnoreWritesBegin(__FILE__, __LINE__);
-#endif
     }
 
     ~GuardedByQt()
     {
-#if defined(ADJUSTMENTGUI_THREAD_SANITIZER)
         AnnotateIgnoreWritesEnd(__FILE__, __LINE__);
         AnnotateIgnoreReadsEnd(__FILE__, __LINE__);
-#endif
     }
 
     Q_DISABLE_COPY_MOVE(GuardedByQt)
+#endif
 };
 
 } // namespace HandOver

@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr quint64 AllBits = ~quint64(0);
-
 int LowestBit(quint64 bits) { return static_cast<int>(qCountTrailingZeroBits(bits)); }
 int HighestBit(quint64 bits) { return BitSquare::Side - 1 - static_cast<int>(qCountLeadingZeroBits(bits)); }
 
@@ -184,9 +182,9 @@ QRect BitSquare::Bounds() const
 void BitSquare::SpreadThrough(const BitSquare& open)
 {
     const bool isAllOpen =
-        std::all_of(open.rows.begin(), open.rows.end(), [](quint64 row) { return row == AllBits; });
+        std::all_of(open.rows.begin(), open.rows.end(), [](quint64 row) { return row == FullRow; });
     if (!isAllOpen)
         Flow(*this, open).Run();
     else if (!IsEmpty())
-        rows.fill(AllBits);
+        rows.fill(FullRow);
 }

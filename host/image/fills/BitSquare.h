@@ -30,6 +30,7 @@ struct SquareEdges
 struct BitSquare
 {
     static constexpr int Side = 64;
+    static constexpr quint64 FullRow = ~quint64(0);
 
     std::array<quint64, Side> rows{};
 

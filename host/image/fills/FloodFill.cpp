@@ -8,23 +8,20 @@
 
 namespace {
 
-constexpr int Side = BitSquare::Side;
-
 /// So many squares must wait for a visit before other threads are called for help: by then the work is worth
 /// their coming.
 constexpr std::size_t WaitingForHelp = 8;
 
-constexpr quint64 AllBits = ~quint64(0);
-
-std::size_t SquaresAlong(int pixels) { return (std::size_t(pixels) + Side - 1) / Side; }
+std::size_t SquaresAlong(int pixels) { return (std::size_t(pixels) + BitSquare::Side - 1) / BitSquare::Side; }
 
 } // namespace
 
 FloodFill::FloodFill(const RGBA32iImage& image, const QPoint& start, const ColorRange& range,
                      const FillRule& fill)
     : m_image(image), m_start(start), m_range(range), m_fill(fill), m_columns(SquaresAlong(image.Width())),
-      m_rows(SquaresAlong(image.Height())), m_openRows(std::size_t(std::min(image.Height(), Side))),
-      m_isKnown(m_columns * m_rows), m_squares(m_columns * m_rows), m_open(m_columns * m_rows * m_openRows)
+      m_rows(SquaresAlong(image.Height())),
+      m_openRows(std::size_t(std::min(image.Height(), BitSquare::Side))), m_isKnown(m_columns * m_rows),
+      m_squares(m_columns * m_rows), m_open(m_columns * m_rows * m_openRows)
 {
     if (!m_isKnown.IsNull())
         std::fill_n(m_isKnown.At(0), m_columns * m_rows, false);
@@ -44,12 +41,13 @@ QRect FloodFill::Run()
 
 std::size_t FloodFill::NumberAt(const QPoint& pixel) const
 {
-    return std::size_t(pixel.y() / Side) * m_columns + std::size_t(pixel.x() / Side);
+    return std::size_t(pixel.y() / BitSquare::Side) * m_columns + std::size_t(pixel.x() / BitSquare::Side);
 }
 
 PixelSquare FloodFill::PixelsOf(std::size_t number) const
 {
-    return {m_image, QPoint(int(number % m_columns) * Side, int(number / m_columns) * Side)};
+    return {m_image,
+            QPoint(int(number % m_columns) * BitSquare::Side, int(number / m_columns) * BitSquare::Side)};
 }
 
 /// Visits squares until none is left or so many wait that others shall help.
@@ -94,7 +92,8 @@ QRect FloodFill::WorkOn(Visit& visit, std::size_t next) const
     BitSquare filled;
     filled.Add(visit.entrances);
     if (!visit.isMatched && visit.number == NumberAt(m_start))
-        filled.rows[std::size_t(m_start.y() % Side)] |= quint64(1) << m_start.x() % Side;
+        filled.rows[std::size_t(m_start.y() % BitSquare::Side)] |= quint64(1)
+                                                                   << m_start.x() % BitSquare::Side;
     filled.Keep(open);
     filled.SpreadThrough(open);
     pixels.Fill(m_fill, filled);
@@ -187,7 +186,11 @@ void FloodFill::End(const Visit& visit)
 void FloodFill::Know(std::size_t number)
 {
     m_isKnown[number] = true;
-    m_squares[number] = {{}, {AllBits, AllBits, AllBits, AllBits}, number, State::Resting, false};
+    m_squares[number] = {{},
+                         {BitSquare::FullRow, BitSquare::FullRow, BitSquare::FullRow, BitSquare::FullRow},
+                         number,
+                         State::Resting,
+                         false};
 }
 
 /// Has a square visited if the fill can come in where it comes to it.

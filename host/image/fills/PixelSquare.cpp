@@ -9,12 +9,10 @@
 
 namespace {
 
-constexpr int Side = BitSquare::Side;
-
 QRect AreaAt(const RGBA32iImage& image, const QPoint& corner)
 {
-    return {corner,
-            QSize(std::min(Side, image.Width() - corner.x()), std::min(Side, image.Height() - corner.y()))};
+    return {corner, QSize(std::min(BitSquare::Side, image.Width() - corner.x()),
+                          std::min(BitSquare::Side, image.Height() - corner.y()))};
 }
 
 } // namespace
@@ -32,7 +30,7 @@ BitSquare PixelSquare::Match(const ColorRange& range, const PixelSquare* next) c
                next ? next->m_pixels : nullptr);
     else
         MatchPlainly(range, matches);
-    if (m_area.width() < Side) // what pads the rows may match too
+    if (m_area.width() < BitSquare::Side) // what pads the rows may match too
         for (quint64& row : matches.rows)
             row &= (quint64(1) << m_area.width()) - 1;
     return matches;

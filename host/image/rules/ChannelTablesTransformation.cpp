@@ -1,5 +1,6 @@
 #include "image/ChannelTablesTransformation.h"
 
+#include "image/Percent.h"
 #include "image/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
 
@@ -7,11 +8,7 @@
 #include <cmath>
 #include <numeric>
 
-namespace {
-
-constexpr int FullStrength = 100;
-
-} // namespace
+namespace {} // namespace
 
 ChannelTablesTransformation::ChannelTablesTransformation()
 {
@@ -52,13 +49,13 @@ void ChannelTablesTransformation::ProcessRow(YDRGBA32i* row, int count) const
 void ChannelTablesTransformation::SetTables(const std::array<Table, 4>& tables, int strength)
 {
     const Table& composite = tables[0];
-    const int share = std::clamp(strength, 0, FullStrength);
+    const int share = std::clamp(strength, 0, FullPercent);
     for (std::size_t channel = 1; channel < tables.size(); ++channel) {
         Table& mapped = m_tables[m_tables.size() - channel]; // red comes last in a pixel
         for (int level = 0; level < 256; ++level) {
             const int full = composite[tables[channel][static_cast<std::size_t>(level)]];
             mapped[static_cast<std::size_t>(level)] =
-                ToLevel(level + (full - level) * share / double(FullStrength));
+                ToLevel(level + (full - level) * share / double(FullPercent));
         }
     }
 }

@@ -1,14 +1,16 @@
 #include "image/SelectiveColorsRule.h"
 
+#include "image/Percent.h"
+
 #include <cmath>
 
 namespace {
 
-constexpr double Full = 100.0; // per cent
-
 double Share(float percentage)
 {
-    return std::isnan(percentage) ? 0.0 : std::clamp(double(percentage), -Full, Full) / Full;
+    return std::isnan(percentage)
+               ? 0.0
+               : std::clamp(double(percentage), -double(FullPercent), double(FullPercent)) / FullPercent;
 }
 
 } // namespace

@@ -16,7 +16,7 @@ double Bounded(float weight)
     return std::isnan(weight) ? 0.0 : std::clamp(double(weight), -Bound, Bound);
 }
 
-BlackAndWhiteRule RuleOf(float r, float g, float b)
+BlackAndWhiteRule GreyRuleOf(float r, float g, float b)
 {
     const auto scaled = [](float weight) {
         return static_cast<int>(std::lround(Bounded(weight) * (1 << BlackAndWhiteRule::Shift)));
@@ -41,7 +41,7 @@ LinearGreyRule::Encoding MakeEncoding()
     return encoding;
 }
 
-LinearGreyRule LinearRuleOf(float r, float g, float b)
+LinearGreyRule LinearGreyRuleOf(float r, float g, float b)
 {
     static const LinearGreyRule::Decoding decoding = MakeDecoding();
     static const LinearGreyRule::Encoding encoding = MakeEncoding();
@@ -59,7 +59,7 @@ LinearGreyRule LinearRuleOf(float r, float g, float b)
 
 YDIterativeBlackAndWhiteTransformation::YDIterativeBlackAndWhiteTransformation(bool cieFlag, float r, float g,
                                                                                float b)
-    : m_isLinear(cieFlag), m_rule(RuleOf(r, g, b)), m_linearRule(LinearRuleOf(r, g, b))
+    : m_isLinear(cieFlag), m_rule(GreyRuleOf(r, g, b)), m_linearRule(LinearGreyRuleOf(r, g, b))
 {}
 
 void YDIterativeBlackAndWhiteTransformation::ProcessRow(YDRGBA32i* row, int count) const

@@ -1,11 +1,12 @@
 #include "image/YDIterativeColorBalanceTransformation.h"
 
+#include "image/Percent.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr int Bound = 100;
 constexpr double Reach = 1.0; // levels that a setting of 1 shifts by
 
 ColorBalanceRule::Shifts ShiftsOf(const int* settings)
@@ -14,9 +15,9 @@ ColorBalanceRule::Shifts ShiftsOf(const int* settings)
     const auto scaled = [](int setting, double unit) {
         return static_cast<int>(std::lround(setting * unit));
     };
-    const int shadows = std::clamp(settings[0], -Bound, Bound);
-    const int midtones = std::clamp(settings[1], -Bound, Bound);
-    const int highlights = std::clamp(settings[2], -Bound, Bound);
+    const int shadows = std::clamp(settings[0], -FullPercent, FullPercent);
+    const int midtones = std::clamp(settings[1], -FullPercent, FullPercent);
+    const int highlights = std::clamp(settings[2], -FullPercent, FullPercent);
     return {scaled(midtones, Unit), scaled(shadows - midtones, 2 * Unit),
             scaled(highlights - midtones, 2 * Unit)};
 }

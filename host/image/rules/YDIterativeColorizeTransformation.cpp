@@ -20,7 +20,7 @@ ColorizeRule::Tint TintOf(int channel, double luma, double share)
     return {ToFactor(share * below), luma < White ? ToFactor(share * (above - below)) : qint16(0)};
 }
 
-ColorizeRule RuleOf(const YDRGBA32i& color, int amount)
+ColorizeRule ColorizeRuleOf(const YDRGBA32i& color, int amount)
 {
     const double share = std::clamp(amount, 0, 100) / 100.0;
     const double luma =
@@ -37,5 +37,5 @@ ColorizeRule RuleOf(const YDRGBA32i& color, int amount)
 } // namespace
 
 YDIterativeColorizeTransformation::YDIterativeColorizeTransformation(const YDRGBA32i& color, int amount)
-    : PixelRuleTransformation<ColorizeRule>(RuleOf(color, amount))
+    : PixelRuleTransformation<ColorizeRule>(ColorizeRuleOf(color, amount))
 {}

@@ -14,7 +14,7 @@ PhotoFilterRule::Filter FilterOf(int channel, int greatest, int lumaWeight, doub
             static_cast<qint16>(std::lround(lumaWeight * (1.0 - absorbed)))};
 }
 
-PhotoFilterRule RuleOf(const YDRGBA32i& color, int density)
+PhotoFilterRule PhotoFilterRuleOf(const YDRGBA32i& color, int density)
 {
     const double share = std::clamp(density, 0, 100) / 100.0;
     const int greatest = std::max({color.r, color.g, color.b});
@@ -27,5 +27,5 @@ PhotoFilterRule RuleOf(const YDRGBA32i& color, int density)
 
 YDIterativePhotoFilterTransformation::YDIterativePhotoFilterTransformation(const YDRGBA32i& color,
                                                                            int density)
-    : PixelRuleTransformation<PhotoFilterRule>(RuleOf(color, density))
+    : PixelRuleTransformation<PhotoFilterRule>(PhotoFilterRuleOf(color, density))
 {}

@@ -1,5 +1,6 @@
 #include "image/YDTemperatureCorrection.h"
 
+#include "image/Percent.h"
 #include "image/SRgb.h"
 
 #include <cmath>
@@ -9,7 +10,6 @@ namespace {
 constexpr int Coldest = 1000; // kelvin
 constexpr int Hottest = 40000;
 constexpr int Neutral = 6500;
-constexpr int Full = 100;         // per cent
 constexpr double TintStops = 0.5; // by which green changes at full tint
 constexpr double LeastGain = 1.0 / 64.0;
 constexpr double MostChroma = 2.0; // times what greys get
@@ -85,7 +85,7 @@ Rgb Gains(int kelvin, int tint)
 {
     const Rgb colour = TemperatureColour(kelvin);
     const Rgb neutral = TemperatureColour(Neutral);
-    const double magenta = std::exp2(-TintStops * std::clamp(tint, -Full, Full) / Full);
+    const double magenta = std::exp2(-TintStops * std::clamp(tint, -FullPercent, FullPercent) / FullPercent);
     const Rgb gains{colour.r / neutral.r, colour.g / neutral.g * magenta, colour.b / neutral.b};
     const double greatest = std::max({gains.r, gains.g, gains.b});
     const auto bounded = [greatest](double gain) { return std::max(gain / greatest, LeastGain); };
@@ -107,15 +107,15 @@ void YDTemperatureCorrection::SetData(int temperature, int strength, int tint)
     constexpr int One = TemperatureRule::One;
     constexpr double HighestFactor = 32767.0 / TemperatureRule::Chroma;
     const Rgb gains = Gains(temperature, tint);
-    const int share = std::clamp(strength, 0, Full);
+    const int share = std::clamp(strength, 0, FullPercent);
     m_rule.gains = Scaled(gains, {One, One, One});
     m_rule.gainedLuma = Scaled(gains, TemperatureRule::Luma);
-    m_rule.mixed = (share * One + Full / 2) / Full;
+    m_rule.mixed = (share * One + FullPercent / 2) / FullPercent;
     m_rule.kept = One - m_rule.mixed;
     const TemperatureRule::Factors& luma = m_rule.gainedLuma;
     const double chromaOfGreys = double(One) / (luma.b + luma.g + luma.r);
     m_rule.mostChroma = static_cast<float>(std::min(MostChroma * chromaOfGreys, HighestFactor));
-    m_rule.strength = static_cast<float>(share * TemperatureRule::Chroma / double(Full));
+    m_rule.strength = static_cast<float>(share * TemperatureRule::Chroma / double(FullPercent));
 }
 
 YDRGBA32i YDTemperatureCorrection::GetTemperatureColor(int kelvin)

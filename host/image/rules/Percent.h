@@ -1,0 +1,4 @@
+#pragma once
+
+/// All of it, in per cent.
+constexpr int FullPercent = 100;
