@@ -110,9 +110,3 @@ void BenchPictures::Restore() const
     PixelBuffer::CopyRows(photograph.Pixels(), photograph.BytesPerLine(), work.Pixels(), work.BytesPerLine(),
                           work.Width() * qsizetype(sizeof(YDRGBA32i)), work.Height());
 }
-
-const std::vector<int>& BenchSizes()
-{
-    static const std::vector<int> sizes{1, 6, 24, 100};
-    return sizes;
-}

@@ -4,8 +4,6 @@
 
 #include <QRect>
 
-#include <vector>
-
 /// The pictures of one size that rows share.
 struct BenchPictures
 {
@@ -23,6 +21,3 @@ struct BenchPictures
     QRect Bounds() const { return {0, 0, photograph.Width(), photograph.Height()}; }
     void Restore() const;
 };
-
-/// The sizes that rows are measured at, in megapixels.
-const std::vector<int>& BenchSizes();

@@ -31,12 +31,18 @@ struct BenchRow
 ///
 /// Machines are noisy in ways that no counter shows, so each pass follows a reference pass over a picture
 /// of the same size, and the row reports the median ratio of the two ("ratio") beside the median
-/// milliseconds of both ("ms", "ref_ms") and, where that means something, megapixels a second ("MP/s").
+/// milliseconds of both ("ms", "ref_ms") and, where that means something, megapixels a second ("MP/s"). How
+/// noisy the row was tell the quartiles of its ratios ("ratio_low", "ratio_high") and their number
+/// ("passes"): as many as six tenths of a second hold, five at least.
 void RegisterRow(int megapixels, const std::string& name, const BenchRow& row);
 
 /// Registers what is run once, under "<megapixels>MP/<name>", and reports its counters alone.
 void RegisterSingleRow(int megapixels, const std::string& name,
                        const std::function<void(benchmark::State&)>& measure);
 
-/// Median of `values`; 0 if there are none.
-double Median(std::vector<double> values);
+/// Has the row of that name, such as "24MP/gamma/vector", not be registered from now on.
+void LeaveRowOut(const std::string& fullName);
+
+/// The value that `share` of `values` do not exceed, 0.5 for the median; 0 if there are none.
+double Quantile(std::vector<double> values, double share);
+double Median(const std::vector<double>& values);

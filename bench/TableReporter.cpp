@@ -1,9 +1,6 @@
 #include "TableReporter.h"
 
-#include "VectorTargets.h"
-
-#include <QStringList>
-#include <QThread>
+#include "Machine.h"
 
 #include <array>
 #include <iomanip>
@@ -23,12 +20,18 @@ constexpr std::array<Column, 4> Columns{
 constexpr int NameWidth = 46;
 constexpr int ColumnWidth = 10;
 
-bool IsColumn(const std::string& counter)
+/// Of the row's noise, for comparisons.
+constexpr std::array<const char*, 3> Hidden{{"ratio_low", "ratio_high", "passes"}};
+
+bool IsShownBehind(const std::string& counter)
 {
+    for (const char* hidden : Hidden)
+        if (counter == hidden)
+            return false;
     for (const Column& column : Columns)
         if (counter == column.counter)
-            return true;
-    return false;
+            return false;
+    return true;
 }
 
 /// The name without what Google Benchmark puts behind it about iterations and kinds of time.
@@ -38,12 +41,8 @@ std::string ShortName(const benchmark::BenchmarkReporter::Run& run) { return run
 
 bool TableReporter::ReportContext(const Context&)
 {
-    QStringList targets;
-    for (const VectorTargets::Target& target : VectorTargets::All())
-        targets.append(target.name);
     std::ostream& out = GetOutputStream();
-    out << QThread::idealThreadCount() << " cores; vector kernels for "
-        << (targets.isEmpty() ? "nothing (no module)" : targets.join(QStringLiteral(", ")).toStdString())
+    out << Machine::Describe(m_report.machine).toStdString()
         << ".\nMedians; ratio: to the reference pass before each pass, "
            "an in-place saturating add on all cores.\n\n"
         << std::left << std::setw(NameWidth) << "row" << std::right;
@@ -55,8 +54,10 @@ bool TableReporter::ReportContext(const Context&)
 
 void TableReporter::ReportRuns(const std::vector<Run>& runs)
 {
-    for (const Run& run : runs)
+    for (const Run& run : runs) {
         ReportRun(run);
+        Keep(run);
+    }
 }
 
 void TableReporter::ReportRun(const Run& run)
@@ -73,7 +74,21 @@ void TableReporter::ReportRun(const Run& run)
             out << std::setw(ColumnWidth) << std::setprecision(column.precision) << found->second.value;
     }
     for (const auto& [name, counter] : run.counters)
-        if (!IsColumn(name))
+        if (IsShownBehind(name))
             out << "  " << name << ' ' << std::setprecision(2) << counter.value;
     out << std::endl;
+}
+
+void TableReporter::Keep(const Run& run)
+{
+    if (run.error_occurred)
+        return;
+    BenchReport::Counters& counters = m_report.rows[QString::fromStdString(ShortName(run))];
+    for (const auto& [name, counter] : run.counters)
+        counters[QString::fromStdString(name)] = counter.value;
+    if (m_file.isEmpty())
+        return;
+    const QString problem = m_report.Write(m_file);
+    if (!problem.isEmpty())
+        GetErrorStream() << problem.toStdString() << std::endl;
 }

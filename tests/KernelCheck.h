@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SanitizerShare.h"
 #include "image/BaseTransformation.h"
 #include "image/VectorKernels.h"
 #include "utilities/AVX2LIB.h"
@@ -18,14 +19,6 @@
 namespace KernelCheck {
 
 using Row = std::vector<YDRGBA32i>;
-
-/// One in so many random pixels is compared. A sanitizer makes each take ten times as long, and what it looks
-/// for, it finds in a tenth of them; their colours are the business of the other builds.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int RandomPixelShare = 10;
-#else
-constexpr int RandomPixelShare = 1;
-#endif
 
 /// The instruction sets that the kernels may use here, a bit each; none without the module.
 inline std::vector<qint64> Targets()
@@ -134,7 +127,7 @@ QString DifferenceOnTarget(const Rule& rule, int randomPixels)
                 return difference;
         }
     }
-    for (const Row& row : {ColourCube(), RandomRow(randomPixels / RandomPixelShare, random)}) {
+    for (const Row& row : {ColourCube(), RandomRow(randomPixels / SanitizerShare, random)}) {
         const QString difference = RowDifference(rule, row, 0, int(row.size()));
         if (!difference.isEmpty())
             return difference;

@@ -1,5 +1,6 @@
 #include "PanelKit.h"
 #include "Photographs.h"
+#include "SanitizerShare.h"
 #include "TestPictures.h"
 #include "YDCurvesWidget.h"
 #include "geometry/ControlNode.h"
@@ -1318,7 +1319,7 @@ void TestYDCurvesWidget::AnyListIsShownAndAppliedWithoutHarm()
     QVERIFY(TestPictures::AreEqual(Converted(f.widget, source), Applied(params, source)));
     // Every way to edit it, wherever it hits.
     QRandomGenerator gesture(6);
-    for (int i = 0; i < 50; ++i) {
+    for (int i = 0; i < 50 / SanitizerShare; ++i) {
         f.Press(f.Place(QPointF(gesture.bounded(256), gesture.bounded(256))));
         f.DragTo({gesture.bounded(256), gesture.bounded(256)});
         if (i % 3 == 0)

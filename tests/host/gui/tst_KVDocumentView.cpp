@@ -905,10 +905,12 @@ void TestKVDocumentView::BearsAnEmptyPicture()
 
 void TestKVDocumentView::IsDestroyedWhileReductionsRun()
 {
+    const RGBA32iImage picture = Plain(4000, 3000, Red);
+    const RGBA32iImage preview = Plain(4000, 3000, Green);
     for (int i = 0; i < 5; ++i) {
         auto view = ShownView();
-        view->SetImage(Plain(4000, 3000, Red));
-        view->SetPreview(Plain(4000, 3000, Green));
+        view->SetImage(picture);
+        view->SetPreview(preview);
         view.reset();
     }
     QThreadPool::globalInstance()->waitForDone();
