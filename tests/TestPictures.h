@@ -5,6 +5,7 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
+#include <cstring>
 
 /// Pictures for tests.
 namespace TestPictures {
@@ -45,7 +46,7 @@ inline bool AreEqual(const RGBA32iImage& a, const RGBA32iImage& b)
     if (a.Width() != b.Width() || a.Height() != b.Height())
         return false;
     for (int y = 0; y < a.Height(); ++y)
-        if (!std::equal(a.Row(y), a.Row(y) + a.Width(), b.Row(y)))
+        if (std::memcmp(a.Row(y), b.Row(y), std::size_t(a.Width()) * sizeof(YDRGBA32i)) != 0)
             return false;
     return true;
 }

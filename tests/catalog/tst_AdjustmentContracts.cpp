@@ -626,9 +626,10 @@ void TestAdjustmentContracts::MayBeDestroyedInTheMiddle_data()
 void TestAdjustmentContracts::MayBeDestroyedInTheMiddle()
 {
     QFETCH(bool, isToldToStop);
+    static const RGBA32iImage picture = TestPictures::Noise(1500, 1000);
     for (const bool isDialog : {false, true}) {
         auto widget = Entry().makeWidget(isDialog, nullptr);
-        widget->SetImage(TestPictures::Noise(1500, 1000), {}, {}, {});
+        widget->SetImage(picture, {}, {}, {});
         if (!widget->IsProcessing())
             widget->StartProcessing(); // a panel waits for its host to ask
         QVERIFY(widget->IsProcessing() || !isDialog);
