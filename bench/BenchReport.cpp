@@ -6,11 +6,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <vector>
 
 namespace {
 
 constexpr qint64 MaxFileSize = 16 << 20; // a run is a hundred times smaller
 constexpr double LeastFactor = 1.03;
+constexpr int FewestRowsForDrift = 10; ///< of fewer the median row may be the one that changed
 
 const QString Version = QStringLiteral("adjustmentgui_bench");
 const QString MachineKey = QStringLiteral("machine");
@@ -31,9 +34,25 @@ struct Ratio
     double high;
 };
 
-bool IsBeyondNoise(const Ratio& faster, const Ratio& slower)
+/// Whether what the two runs measured for a row lies apart.
+bool AreApart(const Ratio& a, const Ratio& b) { return a.low > b.high || b.low > a.high; }
+
+/// How far a row's medians lie apart, the same for twice and for half as slow.
+double Distance(const BenchReport::Change& change) { return std::abs(std::log(change.Factor())); }
+
+/// The distance up to which a row has not changed, of two runs that have `all` rows in common.
+double LargestNoise(const QVector<BenchReport::Change>& all)
 {
-    return slower.low > faster.high && slower.median > faster.median * LeastFactor;
+    constexpr double TimesUsual = 3.0;
+    const double least = std::log(LeastFactor);
+    if (all.size() < FewestRowsForDrift)
+        return least;
+    std::vector<double> distances;
+    for (const BenchReport::Change& change : all)
+        distances.push_back(Distance(change));
+    const auto middle = distances.begin() + std::ptrdiff_t(distances.size() / 2);
+    std::nth_element(distances.begin(), middle, distances.end());
+    return std::max(least, TimesUsual * *middle);
 }
 
 } // namespace
@@ -82,15 +101,21 @@ QString BenchReport::Write(const QString& fileName) const
 
 QVector<BenchReport::Change> BenchReport::ChangesSince(const BenchReport& before) const
 {
-    QVector<Change> changes;
+    QVector<Change> all;
+    QVector<Change> apart;
     for (auto row = rows.begin(); row != rows.end(); ++row) {
         const Ratio now(row.value());
         const Ratio then(before.rows.value(row.key()));
         if (!now.IsKnown() || !then.IsKnown())
             continue;
-        if (IsBeyondNoise(then, now) || IsBeyondNoise(now, then))
-            changes.append({row.key(), then.median, now.median});
+        all.append({row.key(), then.median, now.median});
+        if (AreApart(now, then))
+            apart.append(all.back());
     }
+    const double noise = LargestNoise(all);
+    QVector<Change> changes;
+    std::copy_if(apart.cbegin(), apart.cend(), std::back_inserter(changes),
+                 [noise](const Change& change) { return Distance(change) > noise; });
     std::stable_sort(changes.begin(), changes.end(),
                      [](const Change& a, const Change& b) { return a.Factor() > b.Factor(); });
     return changes;

@@ -32,6 +32,7 @@ struct BenchReport
 
     /// The rows of both runs that are slower (or, with a factor below 1, faster) than before by more than
     /// noise: the middle halves of what the two runs measured for the row do not touch, and the medians are
-    /// more than three per cent apart. The slowest first. Rows without quartiles are left out.
+    /// further apart than three per cent, and than three times what they are apart in the median row, by
+    /// which a machine wanders between two runs. The slowest first. Rows without quartiles are left out.
     QVector<Change> ChangesSince(const BenchReport& before) const;
 };

@@ -28,6 +28,7 @@ private slots:
     void AChangeIsBeyondTheNoiseOfBothRuns();
     void TheSlowestComesFirst();
     void RowsOfOneRunAloneAreNoChange();
+    void AMachineThatWandersIsNoChange();
 };
 
 void TestBenchReport::WhatIsWrittenIsRead()
@@ -130,6 +131,22 @@ void TestBenchReport::RowsOfOneRunAloneAreNoChange()
     before.rows["gone"] = Ratio(1.0, 1.0, 1.0);
     now.rows["new"] = Ratio(2.0, 2.0, 2.0);
     QVERIFY(now.ChangesSince(before).isEmpty());
+}
+
+void TestBenchReport::AMachineThatWandersIsNoChange()
+{
+    BenchReport before;
+    BenchReport now;
+    for (int i = 0; i < 20; ++i) {
+        const double factor = i % 2 == 0 ? 1.05 : 1 / 1.05; // without any noise within a run
+        before.rows[QString::number(i)] = Ratio(1.0, 1.0, 1.0);
+        now.rows[QString::number(i)] = Ratio(factor, factor, factor);
+    }
+    QVERIFY(now.ChangesSince(before).isEmpty());
+    now.rows["7"] = Ratio(1.25, 1.25, 1.25);
+    const QVector<BenchReport::Change> changes = now.ChangesSince(before);
+    QCOMPARE(changes.size(), 1);
+    QCOMPARE(changes.front().row, QStringLiteral("7"));
 }
 
 QTEST_GUILESS_MAIN(TestBenchReport)
