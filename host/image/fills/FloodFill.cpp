@@ -19,9 +19,8 @@ std::size_t SquaresAlong(int pixels) { return (std::size_t(pixels) + BitSquare::
 FloodFill::FloodFill(const RGBA32iImage& image, const QPoint& start, const ColorRange& range,
                      const FillRule& fill)
     : m_image(image), m_start(start), m_range(range), m_fill(fill), m_columns(SquaresAlong(image.Width())),
-      m_rows(SquaresAlong(image.Height())),
-      m_openRows(std::size_t(std::min(image.Height(), BitSquare::Side))), m_isKnown(m_columns * m_rows),
-      m_squares(m_columns * m_rows), m_open(m_columns * m_rows * m_openRows)
+      m_rows(SquaresAlong(image.Height())), m_openRows(std::size_t(std::min(image.Height(), Side))),
+      m_isKnown(m_columns * m_rows), m_squares(m_columns * m_rows), m_open(m_columns * m_rows * m_openRows)
 {
     if (!m_isKnown.IsNull())
         std::fill_n(m_isKnown.At(0), m_columns * m_rows, false);
@@ -41,13 +40,12 @@ QRect FloodFill::Run()
 
 std::size_t FloodFill::NumberAt(const QPoint& pixel) const
 {
-    return std::size_t(pixel.y() / BitSquare::Side) * m_columns + std::size_t(pixel.x() / BitSquare::Side);
+    return std::size_t(pixel.y() / Side) * m_columns + std::size_t(pixel.x() / Side);
 }
 
 PixelSquare FloodFill::PixelsOf(std::size_t number) const
 {
-    return {m_image,
-            QPoint(int(number % m_columns) * BitSquare::Side, int(number / m_columns) * BitSquare::Side)};
+    return {m_image, QPoint(int(number % m_columns) * Side, int(number / m_columns) * Side)};
 }
 
 /// Visits squares until none is left or so many wait that others shall help.
@@ -92,8 +90,7 @@ QRect FloodFill::WorkOn(Visit& visit, std::size_t next) const
     BitSquare filled;
     filled.Add(visit.entrances);
     if (!visit.isMatched && visit.number == NumberAt(m_start))
-        filled.rows[std::size_t(m_start.y() % BitSquare::Side)] |= quint64(1)
-                                                                   << m_start.x() % BitSquare::Side;
+        filled.rows[std::size_t(m_start.y() % Side)] |= quint64(1) << m_start.x() % Side;
     filled.Keep(open);
     filled.SpreadThrough(open);
     pixels.Fill(m_fill, filled);
@@ -186,11 +183,8 @@ void FloodFill::End(const Visit& visit)
 void FloodFill::Know(std::size_t number)
 {
     m_isKnown[number] = true;
-    m_squares[number] = {{},
-                         {BitSquare::FullRow, BitSquare::FullRow, BitSquare::FullRow, BitSquare::FullRow},
-                         number,
-                         State::Resting,
-                         false};
+    constexpr quint64 All = BitSquare::FullRow;
+    m_squares[number] = {{}, {All, All, All, All}, number, State::Resting, false};
 }
 
 /// Has a square visited if the fill can come in where it comes to it.

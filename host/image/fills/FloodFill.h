@@ -32,6 +32,8 @@ public:
     QRect Run();
 
 private:
+    static constexpr int Side = BitSquare::Side;
+
     static constexpr std::size_t None = ~std::size_t(0);
 
     enum class State : quint8

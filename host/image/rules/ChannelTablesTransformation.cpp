@@ -8,8 +8,6 @@
 #include <cmath>
 #include <numeric>
 
-namespace {} // namespace
-
 ChannelTablesTransformation::ChannelTablesTransformation()
 {
     std::iota(m_tables[0].begin(), m_tables[0].end(), quint8(0));
