@@ -63,9 +63,11 @@ QString BenchOptions::Take(int& argc, char** argv)
 const char* BenchOptions::Help()
 {
     return "--sizes=1,6,24,100,400  megapixels of the pictures to measure on (24)\n"
-           "--json=FILE             store the run; rows that the file has already are not measured again\n"
+           "--json=FILE             store the run; of the same build on the same machine, measure only what "
+           "the file "
+           "lacks\n"
            "--against=FILE          tell which rows became slower or faster than in a stored run, by more "
            "than noise\n"
-           "--table                 print the tables of the README instead of a line for each row\n"
+           "--table                 print the tables of docs/speed.md too\n"
            "--benchmark_filter=REGEX and the other options of Google Benchmark\n";
 }

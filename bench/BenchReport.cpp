@@ -1,5 +1,7 @@
 #include "BenchReport.h"
 
+#include "Quantile.h"
+
 #include <QFile>
 #include <QJsonDocument>
 #include <QSaveFile>
@@ -50,9 +52,7 @@ double LargestNoise(const QVector<BenchReport::Change>& all)
     std::vector<double> distances;
     for (const BenchReport::Change& change : all)
         distances.push_back(Distance(change));
-    const auto middle = distances.begin() + std::ptrdiff_t(distances.size() / 2);
-    std::nth_element(distances.begin(), middle, distances.end());
-    return std::max(least, TimesUsual * *middle);
+    return std::max(least, TimesUsual * Median(distances));
 }
 
 } // namespace

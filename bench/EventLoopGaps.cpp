@@ -2,6 +2,7 @@
 
 #include "Measurement.h"
 #include "PreviewProbe.h"
+#include "Quantile.h"
 #include "YDTaskWidget.h"
 #include "gui/KVDocumentView.h"
 

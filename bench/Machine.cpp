@@ -2,6 +2,9 @@
 
 #include "VectorTargets.h"
 
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
 #include <QStringList>
@@ -43,6 +46,25 @@ QString Gathers()
     return QStringLiteral("as built (%1)").arg(status);
 }
 
+/// Of all files that were built with the program, itself included.
+QString Checksum()
+{
+    const QString folder = QCoreApplication::applicationDirPath();
+    QStringList names{QCoreApplication::applicationFilePath()};
+    QDirIterator libraries(folder + QStringLiteral("/../lib"), {QStringLiteral("libadjustmentgui*")},
+                           QDir::Files | QDir::NoSymLinks, QDirIterator::Subdirectories);
+    while (libraries.hasNext())
+        names.append(libraries.next());
+    names.sort();
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    for (const QString& name : qAsConst(names)) {
+        QFile file(name);
+        if (file.open(QIODevice::ReadOnly))
+            hash.addData(&file);
+    }
+    return QString::fromLatin1(hash.result().toHex());
+}
+
 } // namespace
 
 QJsonObject Machine::Facts()
@@ -52,7 +74,8 @@ QJsonObject Machine::Facts()
             {QStringLiteral("vectors"), VectorSets()},
             {QStringLiteral("gathers"), Gathers()},
             {QStringLiteral("compiler"), QStringLiteral(COMPILER_NAME)},
-            {QStringLiteral("qt"), QString::fromLatin1(qVersion())}};
+            {QStringLiteral("qt"), QString::fromLatin1(qVersion())},
+            {QStringLiteral("build"), Checksum()}};
 }
 
 QString Machine::Describe(const QJsonObject& facts)

@@ -1,5 +1,6 @@
 #include "Measurement.h"
 
+#include "Quantile.h"
 #include "ReferencePass.h"
 
 #include <QElapsedTimer>
@@ -119,14 +120,3 @@ void RegisterSingleRow(int megapixels, const std::string& name,
 {
     Register(megapixels, name, measure);
 }
-
-double Quantile(std::vector<double> values, double share)
-{
-    if (values.empty())
-        return 0.0;
-    const auto place = values.begin() + std::ptrdiff_t(double(values.size() - 1) * share + 0.5);
-    std::nth_element(values.begin(), place, values.end());
-    return *place;
-}
-
-double Median(const std::vector<double>& values) { return Quantile(values, 0.5); }

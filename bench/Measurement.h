@@ -42,7 +42,3 @@ void RegisterSingleRow(int megapixels, const std::string& name,
 
 /// Has the row of that name, such as "24MP/gamma/vector", not be registered from now on.
 void LeaveRowOut(const std::string& fullName);
-
-/// The value that `share` of `values` do not exceed, 0.5 for the median; 0 if there are none.
-double Quantile(std::vector<double> values, double share);
-double Median(const std::vector<double>& values);

@@ -1,4 +1,4 @@
-#include "ReadmeTables.h"
+#include "SpeedTables.h"
 
 #include <QStringList>
 
@@ -122,7 +122,7 @@ QString SurroundingsTable(const BenchReport& report)
 
 } // namespace
 
-QString ReadmeTables(const BenchReport& report)
+QString SpeedTables(const BenchReport& report)
 {
     return RulesTable(report) + QLatin1Char('\n') + SurroundingsTable(report);
 }

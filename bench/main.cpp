@@ -10,7 +10,7 @@
 #include "Machine.h"
 #include "ManyPassRows.h"
 #include "Measurement.h"
-#include "ReadmeTables.h"
+#include "SpeedTables.h"
 #include "TableReporter.h"
 
 #include <QApplication>
@@ -55,7 +55,8 @@ QString Resume(const QString& file, BenchReport& report)
     if (!problem.isEmpty())
         return problem;
     if (stored.machine != report.machine)
-        return QStringLiteral("%1 was measured on another machine: %2")
+        return QStringLiteral(
+                   "%1 was measured with another build or on another machine (%2); name another file")
             .arg(file, Machine::Describe(stored.machine));
     report.rows = stored.rows;
     const QStringList names = report.rows.keys();
@@ -125,7 +126,7 @@ int main(int argc, char** argv)
     }
     benchmark::Shutdown();
     if (options.isTableWanted)
-        std::cout << '\n' << ReadmeTables(report).toStdString() << std::flush;
+        std::cout << '\n' << SpeedTables(report).toStdString() << std::flush;
     if (!options.against.isEmpty())
         PrintChanges(report, before);
     return 0;

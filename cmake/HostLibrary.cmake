@@ -1,9 +1,10 @@
-# adjustmentgui_host_library(NAME SOURCES ... LINKS ... [PRIVATE_LINKS ...] [INTERNAL ...])
+# adjustmentgui_host_library(NAME [WITHOUT_META_OBJECTS] SOURCES ... LINKS ... [PRIVATE_LINKS ...] [INTERNAL ...])
 #
 # One folder of the reference host as one shared library, host::NAME. LINKS names all that the folder may
 # know; its headers are included as "NAME/Header.h", also those that lie in a room, a folder of this one: rooms
 # are for who reads the sources, and a header may move from one to another. Those among the INTERNAL sources are
-# not installed: they need what an installation does not bring along.
+# not installed: they need what an installation does not bring along. WITHOUT_META_OBJECTS spares the build a search
+# for classes that moc would have to see.
 function(adjustmentgui_host_library name)
     cmake_parse_arguments(ARG "WITHOUT_META_OBJECTS" "" "SOURCES;INTERNAL;LINKS;PRIVATE_LINKS" ${ARGN})
     adjustmentgui_forward_rooms(${name} ${ARG_SOURCES} ${ARG_INTERNAL})
